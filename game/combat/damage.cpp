@@ -1,0 +1,33 @@
+#include "game/combat/damage.h"
+
+#include "game/combat/names.h"
+
+namespace arena::game {
+namespace {
+const Builtin audio_play_sound_at{"audio_play_sound_at"};
+}
+
+Value play_varied(const Value& handle) {
+  if (audio_exists(handle)) audio_sound_pitch(handle, random_range(0.8, 1.2));
+  return handle;
+}
+}  // namespace arena::game
+
+SCRIPT(canDamageTarget, Value attacker_faction, Value target_faction, Value may_hurt_friends) {
+  if (target_faction == kVulnerableFaction) return true;
+  if (attacker_faction != target_faction) return true;
+  return may_hurt_friends;
+}
+
+SCRIPT(createBlood, Real at_x, Real at_y, Real launch_speed, Real towards, Value colour) {
+  const Instance droplet = instance_create_layer(at_x, at_y, "layBlood", oBlood);
+  droplet[h_speed] = lengthdir_x(launch_speed, towards);
+  droplet[v_speed] = lengthdir_y(launch_speed, towards);
+  droplet[image_blend] = is_undefined(colour) ? Real(c_red) : Real(colour);
+  return undefined;
+}
+
+SCRIPT(playSoundAt, Value sound, Real at_x, Real at_y, Value distances) {
+  const Value reference = is_undefined(distances) ? Value(global[snd_Ref]) : distances;
+  return audio_play_sound_at(sound, at_x, at_y, 0, reference, global[snd_Max], 1, false, 0);
+}

@@ -1,0 +1,229 @@
+// A gun in somebody's hand: it follows its owner, keeps its statistics and modifier slots, and fires while is_firing is set.
+#include "game/combat/damage.h"
+#include "game/combat/weapon.h"
+#include "game/support/camera.h"
+
+namespace arena::game {
+namespace {
+
+const Variable offset_distance{"offset_distance"}, offset_angle_offset{"offset_angle_offset"}, follow_speed{"follow_speed"};
+const Variable muzzle_distance{"muzzle_distance"}, flash_time{"flash_time"};
+const Builtin audio_play_sound{"audio_play_sound"};
+
+constexpr Real kShakePixels = 6, kShakeSeconds = 0.1;  // each shot is felt, a volley does not blur
+constexpr Real kFlashRadius = 9;                       // pixels: seen, but smaller than the gun
+constexpr int kFlashColour = 0x80E8FF;                 // warm white
+constexpr Real kShotPriority = 5;                      // above blood (0), below music
+
+struct Statistic {
+  const Variable& current;
+  const Variable& base;
+};
+// Every statistic that a shot uses, with the base it starts from.
+const Statistic kStatistics[] = {
+    {bullet_damage, base_damage},         {bullet_speed, base_speed},         {fire_rate, base_fire_rate},
+    {bullet_spread, base_spread},         {bullet_type, base_bullet_type},    {knockback, base_knockback},
+    {grenade_lifetime, base_grenade_lifetime}, {explosion_radius, base_explosion_radius}, {explosion_damage, base_explosion_damage},
+    {bullet_count, base_bullet_count},    {multishot_angle, base_multishot_angle},
+};
+// What a definition hands over; a gun's base_knockback is its own.
+const Variable* const kDefinitionFields[] = {&rarity, &base_damage, &base_speed, &base_fire_rate, &base_spread, &base_bullet_type,
+                                             &base_bullet_count, &base_multishot_angle, &base_grenade_lifetime, &base_explosion_radius,
+                                             &base_explosion_damage, &max_slots};
+
+bool has(const Value& stats, const Variable& field) { return Real(variable_struct_exists(stats, field.text)) > 0.5; }
+
+}  // namespace
+}  // namespace arena::game
+
+METHOD(oGun, applyModifiers) {
+  for (const Statistic& each : kStatistics) self[each.current] = self[each.base];
+  const Value slots = self[modifiers];
+  for (const Value& slot : elements(slots)) {
+    if (slot == noone) continue;
+    self[bullet_damage] *= slot[damage_mult];
+    self[bullet_speed] *= slot[speed_mult];
+    self[fire_rate] *= slot[fire_rate_mult];
+    self[bullet_spread] += slot[spread_add];
+    self[knockback] += slot[knockback_force];
+    if (slot[bullet_type_override] != -1) self[bullet_type] = slot[bullet_type_override];
+    self[bullet_count] += slot[multishot_add];
+    // Only a modifier that adds bullets has a say in their fan: the others merely carry the default angle.
+    if (slot[multishot_add] > 0) self[multishot_angle] = slot[multishot_angle];
+    self[grenade_lifetime] *= slot[grenade_lifetime_mult];
+    self[explosion_radius] *= slot[explosion_radius_mult];
+    self[explosion_damage] *= slot[explosion_damage_mult];
+  }
+  return undefined;
+}
+
+METHOD(oGun, addModifier, Value added) {
+  const Real slots = array_length(self[modifiers]);
+  for (Real i = 0; i < slots; i += 1) {
+    if (self[modifiers][i] != noone) continue;
+    self[modifiers][i] = added;
+    self[applyModifiers]();
+    return true;
+  }
+  return false;
+}
+
+METHOD(oGun, removeModifier, Real index) {
+  if (index >= 0 && index < array_length(self[modifiers])) {
+    self[modifiers][index] = noone;
+    self[applyModifiers]();
+  }
+  return undefined;
+}
+
+METHOD(oGun, clearModifiers) {
+  const Real slots = array_length(self[modifiers]);
+  for (Real i = 0; i < slots; i += 1) self[modifiers][i] = noone;
+  self[applyModifiers]();
+  return undefined;
+}
+
+METHOD(oGun, getStats) {
+  const Value slots = array_create(self[max_slots], noone);
+  Value carried = slots;
+  for (Real i = 0; i < min(self[max_slots], array_length(self[modifiers])); i += 1) carried[i] = self[modifiers][i];
+  const auto text_or = [&](const Variable& field, const Value& otherwise) {
+    return Real(variable_instance_exists(self, field.text)) > 0.5 ? Value(self[field]) : otherwise;
+  };
+  return struct_of({{name, text_or(name, "")}, {description, text_or(description, "")}, {icon, text_or(icon, -1)},
+                    {rarity, self[rarity]}, {base_damage, self[base_damage]}, {base_speed, self[base_speed]},
+                    {base_fire_rate, self[base_fire_rate]}, {base_spread, self[base_spread]}, {base_bullet_type, self[base_bullet_type]},
+                    {base_bullet_count, self[base_bullet_count]}, {base_multishot_angle, self[base_multishot_angle]},
+                    {base_grenade_lifetime, self[base_grenade_lifetime]}, {base_explosion_radius, self[base_explosion_radius]},
+                    {base_explosion_damage, self[base_explosion_damage]}, {faction, self[faction]}, {friendly_fire, self[friendly_fire]},
+                    {max_slots, self[max_slots]}, {modifiers, carried}});
+}
+
+METHOD(oGun, setStats, Value stats) {
+  for (const Variable* field : {&name, &description, &faction, &friendly_fire}) {
+    if (has(stats, *field)) self[*field] = stats[*field];
+  }
+  if (has(stats, icon)) {
+    self[icon] = stats[icon];
+    self[sprite_index] = stats[icon];
+  }
+  for (const Variable* field : kDefinitionFields) {
+    if (has(stats, *field)) self[*field] = stats[*field];
+  }
+  self[weapon_stats] = stats;
+  Value slots = array_create(self[max_slots], noone);
+  const Value given = stats[modifiers];
+  for (Real i = 0; i < min(self[max_slots], array_length(given)); i += 1) slots[i] = given[i];
+  self[modifiers] = slots;
+  self[applyModifiers]();
+  return undefined;
+}
+
+// The flash is marked here and painted by the gun's Draw in the same frame.
+METHOD(oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
+
+METHOD(oGun, fireWeapon) {
+  self[applyModifiers]();
+  if (self[bullet_type] < 0) return false;
+  const Real aim = self[image_angle];
+  const Real muzzle_x = self[x] + lengthdir_x(self[muzzle_distance], aim);
+  const Real muzzle_y = self[y] + lengthdir_y(self[muzzle_distance], aim);
+  const Real count = self[bullet_count], fan = self[multishot_angle], spread = self[bullet_spread];
+  const Real first_angle = aim - (count - 1) * fan / 2;
+
+  for (Real i = 0; i < count; i += 1) {
+    const Real angle = first_angle + i * fan + random_range(-spread, spread);
+    Value sound = -1;
+    if (self[bullet_type] == kProjectile) {
+      const Instance bullet = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletProjectile);
+      bullet[h_speed] = lengthdir_x(self[bullet_speed], angle);
+      bullet[v_speed] = lengthdir_y(self[bullet_speed], angle);
+      bullet[damage] = self[bullet_damage];
+      bullet[lifetime] = self[bullet_lifetime];
+      bullet[owner] = self[owner];
+      bullet[faction] = self[faction];
+      bullet[friendly_fire] = self[friendly_fire];
+      bullet[image_angle] = angle;
+      bullet[knockback] = self[knockback];
+      sound = audio_play_sound(sndShot, kShotPriority, false);
+    }
+    play_varied(sound);
+  }
+  self[createMuzzleFlash]();
+  return true;
+}
+
+EVENT(oGun, Create_0) {
+  self[offset_distance] = 40;
+  self[offset_angle_offset] = -70;
+  self[follow_speed] = 40;
+  self[muzzle_distance] = 30;
+  self[rarity] = -1;
+  self[owner] = noone;
+  self[faction] = kNeutralFaction;
+  self[friendly_fire] = false;
+  self[base_damage] = 10;
+  self[base_speed] = 500;
+  self[base_fire_rate] = 0.15;
+  self[base_spread] = 5;
+  self[base_bullet_type] = -1;
+  self[base_knockback] = 0;
+  self[base_grenade_lifetime] = 2;
+  self[base_explosion_radius] = 80;
+  self[base_explosion_damage] = 30;
+  self[base_bullet_count] = 1;
+  self[base_multishot_angle] = 10;
+  for (const Statistic& each : kStatistics) self[each.current] = self[each.base];
+  self[fire_timer] = 0;
+  self[is_firing] = false;
+  self[bullet_lifetime] = 2;
+  self[beam_length] = 1000;
+  self[max_slots] = 1;
+  self[modifiers] = array_create(self[max_slots], noone);
+  self[flash_time] = 0;
+
+  self[fireWeapon] = bind(self, oGun_fireWeapon);
+  self[createMuzzleFlash] = bind(self, oGun_createMuzzleFlash);
+  self[applyModifiers] = bind(self, oGun_applyModifiers);
+  self[addModifier] = bind(self, oGun_addModifier);
+  self[removeModifier] = bind(self, oGun_removeModifier);
+  self[clearModifiers] = bind(self, oGun_clearModifiers);
+  self[getStats] = bind(self, oGun_getStats);
+  self[setStats] = bind(self, oGun_setStats);
+}
+
+EVENT(oGun, Step_0) {
+  const Real dt = global[dt_steady];
+  const Value carrier = self[owner];
+  if (!instance_exists(carrier)) {
+    instance_destroy();
+    return;
+  }
+
+  // Follow
+  const Real angle = carrier[image_angle] + self[offset_angle_offset];
+  const Real rest_x = carrier[x] + lengthdir_x(self[offset_distance], angle);
+  const Real rest_y = carrier[y] + lengthdir_y(self[offset_distance], angle);
+  const Real closer = 1 - exp(-Real(self[follow_speed]) * dt);
+  self[x] = lerp(self[x], rest_x, closer);
+  self[y] = lerp(self[y], rest_y, closer);
+
+  // Fire. Time overshooting below zero is discarded.
+  self[fire_timer] -= dt;
+  if (self[is_firing] && self[fire_timer] <= 0) {
+    if (self[fireWeapon]()) getTarnCamera()[applyShake](kShakePixels, kShakeSeconds);
+    self[fire_timer] = self[fire_rate];
+  }
+}
+
+// A carried gun is seen in its rarity's colour; it is drawn upside up whichever way it points.
+EVENT(oGun, Draw_0) {
+  const Real aim = self[image_angle];
+  const bool points_left = lengthdir_x(1, aim) < 0;
+  draw_sprite_ext(sprGun, 0, self[x], self[y], 1, points_left ? -1 : 1, aim, self[image_blend], 1);
+  if (self[flash_time] > 0) {
+    self[flash_time] = 0;
+    draw_set_colour(kFlashColour);
+    draw_circle(self[x] + lengthdir_x(self[muzzle_distance], aim), self[y] + lengthdir_y(self[muzzle_distance], aim), kFlashRadius, false);
+  }
+}

@@ -1,0 +1,81 @@
+#pragma once
+// The names that scripts of several folders share: variables, and the built-in functions that the game calls.
+#include "game/assets.h"
+#include "runtime/script.h"
+
+namespace arena::game {
+
+// Motion and timing
+inline const Variable dt_steady{"dt_steady"};
+inline const Variable dt_unsteady{"dt_unsteady"};
+inline const Variable h_speed{"h_speed"};
+inline const Variable v_speed{"v_speed"};
+inline const Variable move_speed{"move_speed"};
+inline const Variable knockback_x{"knockback_x"};
+inline const Variable knockback_y{"knockback_y"};
+inline const Variable knockback_friction{"knockback_friction"};
+inline const Variable bob_timer{"bob_timer"};
+inline const Variable image_y_offset{"image_y_offset"};
+inline const Variable lifetime{"lifetime"};
+inline const Variable life_timer{"life_timer"};
+
+// Fighting
+inline const Variable hp{"hp"};
+inline const Variable max_hp{"max_hp"};
+inline const Variable damage{"damage"};
+inline const Variable knockback{"knockback"};
+inline const Variable faction{"faction"};
+inline const Variable friendly_fire{"friendly_fire"};
+inline const Variable owner{"owner"};
+inline const Variable gun{"gun"};
+inline const Variable rarity{"rarity"};
+inline const Variable weapon_stats{"weapon_stats"};
+inline const Variable modifiers{"modifiers"};
+inline const Variable modifier{"modifier"};
+inline const Variable weapons{"weapons"};
+inline const Variable name{"name"};
+inline const Variable description{"description"};
+inline const Variable icon{"icon"};
+inline const Variable takeDamage{"takeDamage"};
+inline const Variable onDeath{"onDeath"};
+inline const Variable onPickup{"onPickup"};
+inline const Variable updateWeaponUI{"updateWeaponUI"};
+inline const Variable dropGun{"dropGun"};
+
+// Globals
+inline const Variable statistics{"statistics"};
+inline const Variable kills{"kills"};
+inline const Variable snd_Ref{"snd_Ref"};
+inline const Variable snd_Max{"snd_Max"};
+inline const Variable grid{"grid"};
+inline const Variable game_ui{"game_ui"};
+
+// Built-in functions
+inline const Builtin instance_create_layer{"instance_create_layer"};
+inline const Builtin instance_destroy{"instance_destroy"};
+inline const Builtin instance_number{"instance_number"};
+inline const Builtin event_inherited{"event_inherited"};
+inline const Builtin object_get_name{"object_get_name"};
+inline const Builtin show_debug_message{"show_debug_message"};
+inline const Builtin variable_struct_get_names{"variable_struct_get_names"};
+inline const Builtin variable_struct_get{"variable_struct_get"};
+inline const Builtin variable_struct_set{"variable_struct_set"};
+inline const Builtin variable_struct_exists{"variable_struct_exists"};
+inline const Builtin variable_instance_exists{"variable_instance_exists"};
+inline const Builtin variable_instance_get{"variable_instance_get"};
+inline const Builtin variable_instance_set{"variable_instance_set"};
+inline const Builtin variable_global_exists{"variable_global_exists"};
+inline const Builtin draw_self{"draw_self"};
+inline const Builtin draw_sprite_ext{"draw_sprite_ext"};
+inline const Builtin draw_set_alpha{"draw_set_alpha"};
+inline const Builtin draw_set_colour{"draw_set_colour"};
+inline const Builtin draw_rectangle{"draw_rectangle"};
+inline const Builtin draw_circle{"draw_circle"};
+inline const Builtin draw_text{"draw_text"};
+inline const Builtin audio_exists{"audio_exists"};
+inline const Builtin audio_sound_pitch{"audio_sound_pitch"};
+
+// Colours: blue, green, red from the high byte down.
+inline constexpr int c_white = 0xFFFFFF, c_red = 0x0000FF, c_lime = 0x00FF00;
+
+}  // namespace arena::game

@@ -1,0 +1,251 @@
+#include "game/support/camera.h"
+
+#include "game/support/motion.h"
+
+namespace arena::game {
+extern const Constructor TarnCamera;
+namespace {
+
+const Variable width{"width"}, height{"height"}, target_object{"target_object"}, x_offset{"x_offset"}, y_offset{"y_offset"};
+const Variable width_half{"width_half"}, height_half{"height_half"}, x1{"x1"}, y1{"y1"}, x2{"x2"}, y2{"y2"};
+const Variable view_index{"view_index"}, camera_view{"camera_view"}, smoothness{"smoothness"}, max_distance{"max_distance"};
+const Variable debug_enabled{"debug_enabled"}, shake{"shake"}, shake_length{"shake_length"}, shake_length_max{"shake_length_max"};
+const Variable shake_magnitude{"shake_magnitude"}, camera_zoom{"camera_zoom"}, camera_zoom_target{"camera_zoom_target"};
+const Variable camera_zoom_max{"camera_zoom_max"}, camera_zoom_min{"camera_zoom_min"}, camera_zoom_smoothness{"camera_zoom_smoothness"};
+const Variable camera_angle{"camera_angle"}, camera_angle_target{"camera_angle_target"}, camera_angle_smoothness{"camera_angle_smoothness"};
+const Variable camera_width_offset{"camera_width_offset"}, camera_height_offset{"camera_height_offset"};
+const Variable last_window_width{"last_window_width"}, last_window_height{"last_window_height"};
+const Variable debug_x1{"debug_x1"}, debug_y1{"debug_y1"}, debug_x2{"debug_x2"}, debug_y2{"debug_y2"}, instance{"instance"};
+const Variable updateViewSize{"updateViewSize"}, drawDebug{"drawDebug"}, setViewSize{"setViewSize"}, getViewSize{"getViewSize"};
+const Variable zoomIn{"zoomIn"}, zoomOut{"zoomOut"}, setTarget{"setTarget"}, setOffset{"setOffset"}, setSmoothness{"setSmoothness"};
+const Variable setZoomSmoothness{"setZoomSmoothness"}, setMaxDistance{"setMaxDistance"}, setAngle{"setAngle"};
+const Variable setAngleSmoothness{"setAngleSmoothness"}, toggleDebugMode{"toggleDebugMode"};
+const Variable view_camera{"view_camera"};
+
+const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"};
+const Builtin camera_set_view_pos{"camera_set_view_pos"}, camera_set_view_size{"camera_set_view_size"};
+const Builtin camera_set_view_angle{"camera_set_view_angle"}, camera_get_view_width{"camera_get_view_width"};
+const Builtin camera_get_view_height{"camera_get_view_height"}, view_get_camera{"view_get_camera"};
+
+constexpr Real kZoomStep = 0.1;            // of zoomIn and zoomOut: ten steps from normal to double
+constexpr Real kDebugLine = 0x00FFFF;      // yellow
+
+// The corners of the view around the centre.
+void place_rectangle(ObjectSelf self) {
+  self[x1] = self[x] - Value(self[width_half]);
+  self[y1] = self[y] - Value(self[height_half]);
+  self[x2] = self[x] + Value(self[width_half]);
+  self[y2] = self[y] + Value(self[height_half]);
+}
+
+// Towards the wanted value; at once when the smoothing is off.
+Value approached(Real from, Real to, Real amount) { return amount == 0 ? Value(to) : SmoothApproachDelta(from, to, amount); }
+
+}  // namespace
+}  // namespace arena::game
+
+METHOD(TarnCamera, init, Value target) {
+  if (!is_undefined(target)) self[target_object] = target;
+  self[x_offset] = 0;
+  self[y_offset] = 0;
+  self[camera_zoom] = 1;
+  self[camera_zoom_target] = 1;
+  self[shake] = 0;
+  self[camera_angle] = 0;
+  self[camera_angle_target] = 0;
+  self[updateViewSize]();
+  return undefined;
+}
+
+// A zoom of 2 shows everything at twice its size. The height rules and the width follows the window's proportions, so that any window
+// shows the world undistorted; the factors stretch either side on purpose.
+METHOD(TarnCamera, updateViewSize) {
+  const Real window_width = window_get_width(), window_height = window_get_height();
+  const Real proportion = window_height > 0 && window_width > 0 ? window_width / window_height : Real(self[width] / self[height]);
+  const Real zoom = self[camera_zoom];
+  const Real view_height = self[height] / zoom * self[camera_height_offset];
+  const Real view_width = self[height] / zoom * proportion * self[camera_width_offset];
+  self[last_window_width] = window_width;
+  self[last_window_height] = window_height;
+  self[width_half] = floor(view_width / 2);
+  self[height_half] = floor(view_height / 2);
+  self[camera_view] = view_get_camera(self[view_index]);
+  camera_set_view_size(self[camera_view], view_width, view_height);
+  place_rectangle(self);
+  return undefined;
+}
+
+METHOD(TarnCamera, update) {
+  const Real dt = global[dt_steady];
+
+  // Zoom
+  const bool resized = window_get_width() != self[last_window_width] || window_get_height() != self[last_window_height];
+  if (resized || self[camera_zoom] != self[camera_zoom_target]) {
+    const Real wanted = clamp(self[camera_zoom_target], self[camera_zoom_min], self[camera_zoom_max]);
+    self[camera_zoom] = approached(self[camera_zoom], wanted, self[camera_zoom_smoothness]);
+    self[updateViewSize]();
+  }
+
+  // Angle
+  if (self[camera_angle] != self[camera_angle_target]) {
+    self[camera_angle] = approached(self[camera_angle], self[camera_angle_target], self[camera_angle_smoothness]);
+    camera_set_view_angle(self[camera_view], self[camera_angle]);
+  }
+
+  // Follow. The offset is what the camera looks at beside its target: it is part of the goal of the smoothing, outside the leash.
+  const Value target = self[target_object];
+  if (target != noone && instance_exists(target)) {
+    const Real target_x = target[x], target_y = target[y];
+    self[x] = approached(self[x], target_x, self[smoothness]);
+    self[y] = approached(self[y], target_y, self[smoothness]);
+    if (point_distance(self[x], self[y], target_x, target_y) > self[max_distance]) {
+      const Real behind = point_direction(target_x, target_y, self[x], self[y]);
+      self[x] = target_x + lengthdir_x(self[max_distance], behind);
+      self[y] = target_y + lengthdir_y(self[max_distance], behind);
+    }
+    self[x] += self[x_offset];
+    self[y] += self[y_offset];
+  }
+
+  // Shake. It ends when its time has run out.
+  if (self[shake] > 0) {
+    const Real reach = self[shake];
+    self[x] += random_range(-reach, reach);
+    self[y] += random_range(-reach, reach);
+    self[shake] = self[shake_length] > 0 ? self[shake_magnitude] * self[shake_length] / self[shake_length_max] : Value(0);
+    self[shake_length] -= dt;
+  }
+
+  camera_set_view_pos(self[camera_view], self[x] - self[width_half], self[y] - self[height_half]);
+  place_rectangle(self);
+
+  if (self[debug_enabled]) {
+    self[debug_x1] = self[x] - camera_get_view_width(self[camera_view]) / 2;
+    self[debug_y1] = self[y] - camera_get_view_height(self[camera_view]) / 2;
+    self[debug_x2] = self[x] + camera_get_view_width(self[camera_view]) / 2;
+    self[debug_y2] = self[y] + camera_get_view_height(self[camera_view]) / 2;
+  }
+  return undefined;
+}
+
+// The view's frame a little inside its edge, its centre, and the leash around the target.
+METHOD(TarnCamera, drawDebug) {
+  if (!self[debug_enabled]) return undefined;
+  draw_set_colour(kDebugLine);
+  draw_rectangle(self[x1] + 8, self[y1] + 8, self[x2] - 8, self[y2] - 8, true);
+  draw_circle(self[x], self[y], 6, true);
+  const Value target = self[target_object];
+  if (target != noone && instance_exists(target)) draw_circle(target[x], target[y], self[max_distance], true);
+  draw_text(self[x1] + 16, self[y1] + 16, "zoom " + string(self[camera_zoom]) + "  shake " + string(self[shake]));
+  return undefined;
+}
+
+METHOD(TarnCamera, setViewSize, Real to_width, Real to_height) {
+  self[width] = to_width;
+  self[height] = to_height;
+  self[updateViewSize]();
+  return undefined;
+}
+
+METHOD(TarnCamera, getViewSize) { return struct_of({{width, self[width]}, {height, self[height]}}); }
+
+METHOD(TarnCamera, zoomIn) {
+  self[camera_zoom_target] = min(self[camera_zoom_target] + kZoomStep, self[camera_zoom_max]);
+  return undefined;
+}
+
+METHOD(TarnCamera, zoomOut) {
+  self[camera_zoom_target] = max(self[camera_zoom_target] - kZoomStep, self[camera_zoom_min]);
+  return undefined;
+}
+
+METHOD(TarnCamera, setPosition, Real to_x, Real to_y) {
+  self[x] = to_x;
+  self[y] = to_y;
+  place_rectangle(self);
+  return undefined;
+}
+
+METHOD(TarnCamera, setTarget, Value target) { return self[target_object] = target, undefined; }
+METHOD(TarnCamera, setOffset, Real across, Real down) {
+  self[x_offset] = across;
+  self[y_offset] = down;
+  return undefined;
+}
+
+// A weaker shake never cuts a stronger one short. Pixels and seconds.
+METHOD(TarnCamera, applyShake, Real magnitude, Real length) {
+  if (magnitude > self[shake]) {
+    self[shake] = magnitude;
+    self[shake_magnitude] = magnitude;
+    self[shake_length] = length;
+    self[shake_length_max] = length;
+  }
+  return undefined;
+}
+
+METHOD(TarnCamera, setSmoothness, Real amount) { return self[smoothness] = amount, undefined; }
+METHOD(TarnCamera, setZoomSmoothness, Real amount) { return self[camera_zoom_smoothness] = amount, undefined; }
+METHOD(TarnCamera, setMaxDistance, Real distance) { return self[max_distance] = distance, undefined; }
+METHOD(TarnCamera, setAngle, Real degrees) { return self[camera_angle_target] = degrees, undefined; }
+METHOD(TarnCamera, setAngleSmoothness, Real amount) { return self[camera_angle_smoothness] = amount, undefined; }
+METHOD(TarnCamera, toggleDebugMode) { return self[debug_enabled] = !self[debug_enabled], undefined; }
+
+CONSTRUCTOR(TarnCamera) {
+  self[x] = room_width / 2;
+  self[y] = room_height / 2;
+  self[width] = 1920;
+  self[height] = 1080;
+  self[target_object] = noone;
+  self[x_offset] = 0;
+  self[y_offset] = 0;
+  self[width_half] = floor(self[width] / 2);
+  self[height_half] = floor(self[height] / 2);
+  place_rectangle(self);
+  self[view_index] = 0;
+  self[camera_view] = view_get_camera(0);
+  self[smoothness] = 0.1;
+  self[max_distance] = 512;
+  self[debug_enabled] = false;
+  self[shake] = 0;
+  self[shake_length] = 0;
+  self[shake_length_max] = 0;
+  self[shake_magnitude] = 0;
+  self[camera_zoom] = 1;
+  self[camera_zoom_target] = 1;
+  self[camera_zoom_max] = 2;
+  self[camera_zoom_min] = 0.1;
+  self[camera_zoom_smoothness] = 0.1;
+  self[camera_angle] = 0;
+  self[camera_angle_target] = 0;
+  self[camera_angle_smoothness] = 0.1;
+  self[camera_width_offset] = 1;
+  self[camera_height_offset] = 1;
+  self[last_window_width] = window_get_width();
+  self[last_window_height] = window_get_height();
+
+  self[init] = bind(self, TarnCamera_init);
+  self[updateViewSize] = bind(self, TarnCamera_updateViewSize);
+  self[update] = bind(self, TarnCamera_update);
+  self[drawDebug] = bind(self, TarnCamera_drawDebug);
+  self[setViewSize] = bind(self, TarnCamera_setViewSize);
+  self[getViewSize] = bind(self, TarnCamera_getViewSize);
+  self[zoomIn] = bind(self, TarnCamera_zoomIn);
+  self[zoomOut] = bind(self, TarnCamera_zoomOut);
+  self[setPosition] = bind(self, TarnCamera_setPosition);
+  self[setTarget] = bind(self, TarnCamera_setTarget);
+  self[setOffset] = bind(self, TarnCamera_setOffset);
+  self[applyShake] = bind(self, TarnCamera_applyShake);
+  self[setSmoothness] = bind(self, TarnCamera_setSmoothness);
+  self[setZoomSmoothness] = bind(self, TarnCamera_setZoomSmoothness);
+  self[setMaxDistance] = bind(self, TarnCamera_setMaxDistance);
+  self[setAngle] = bind(self, TarnCamera_setAngle);
+  self[setAngleSmoothness] = bind(self, TarnCamera_setAngleSmoothness);
+  self[toggleDebugMode] = bind(self, TarnCamera_toggleDebugMode);
+}
+
+SCRIPT(getTarnCamera) {
+  ObjectSelf kept = statics(getTarnCamera);
+  if (kept.object()->find_variable(instance.slot) == nullptr) kept[instance] = TarnCamera.make();
+  return kept[instance];
+}

@@ -1,0 +1,198 @@
+#include "runtime/arrays_structs/array.h"
+
+#include <cstring>
+#include <new>
+
+#include "runtime/arrays_structs/collector.h"
+#include "runtime/values/block_pool.h"
+#include "runtime/variables_calls/report.h"
+
+namespace arena {
+namespace {
+
+GCArrayThing* thing_of(const ArrayRecord& array) { return static_cast<GCArrayThing*>(array.owner); }
+
+void move_elements(ArrayRecord& array, std::int32_t capacity) {
+  RValue* moved = static_cast<RValue*>(allocate_block(static_cast<std::size_t>(capacity) * sizeof(RValue)));
+  if (array.elements != nullptr) {
+    std::memcpy(static_cast<void*>(moved), static_cast<const void*>(array.elements), static_cast<std::size_t>(array.length) * sizeof(RValue));
+  }
+  free_block(array.elements, static_cast<std::size_t>(array.capacity) * sizeof(RValue));
+  array.elements = moved;
+  array.capacity = capacity;
+}
+
+// Sets the length after making room by the growth rule: half as much again when geometric, exactly enough otherwise.
+void extend(ArrayRecord& array, std::int32_t length) {
+  if (length > array.capacity || (kStressBuild && array.capacity > 0)) {
+    std::int32_t capacity = array.capacity;
+    if (length > capacity) {
+      capacity = (array.flags & kArrayGrowsGeometrically) != 0 ? array.capacity * 3 / 2 : length;
+      if (capacity < length) capacity = length;
+    }
+    move_elements(array, capacity);
+  }
+  for (std::int32_t i = array.length; i < length; ++i) new (array.elements + i) RValue(0.0);
+  array.length = length;
+}
+
+void stamp(ArrayRecord& array) {
+  if (array.release_mark == 0) array.release_mark = collector_mark_counter();
+}
+
+// A fresh array for the slot `value`, which belongs to the current container.
+void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
+  release(value);
+  value.array = &made->record;
+  value.flags = 0;
+  value.kind_bits = kArray;
+  if (array_counting_is_on) made->record.count = 1;
+  write_barrier(current_container(), made, site);
+  note_heap_value_stored(current_container(), value);
+}
+
+}  // namespace
+
+GCArrayThing::GCArrayThing(std::int64_t token)
+    : WBObjectBase(ObjectKind::kArray), record{this, nullptr, token, 0, 0, 0, 0, 0} {}
+
+GCArrayThing::~GCArrayThing() {
+  if (holds_counted_values) release_counted_values();
+  free_block(record.elements, static_cast<std::size_t>(record.capacity) * sizeof(RValue));
+}
+
+void GCArrayThing::release_counted_values() {
+  holds_counted_values = false;
+  for (std::int32_t i = 0; i < record.length; ++i) record.elements[i] = RValue();
+}
+
+void GCArrayThing::visit_values(ValueVisitor& visitor) {
+  for (std::int32_t i = 0; i < record.length; ++i) visitor(record.elements[i]);
+}
+
+RValue make_array(std::int32_t length) {
+  GCArrayThing* thing = new GCArrayThing(current_owner_token);
+  if (length > 0) extend(thing->record, length);
+  return RValue::of_array(&thing->record);
+}
+
+RValue make_array(const RValue* values, std::int32_t count) {
+  RValue made = make_array(count);
+  for (std::int32_t i = 0; i < count; ++i) array_store(*made.array, i, values[i]);
+  return made;
+}
+
+void count_array_reference(ArrayRecord* array) {
+  if (array == nullptr || !array_counting_is_on) return;
+  ++array->count;
+  stamp(*array);
+}
+
+void discount_array_reference(ArrayRecord* array) {
+  if (array == nullptr || !array_counting_is_on) return;
+  --array->count;
+  stamp(*array);
+}
+
+RValue* array_element_for_write(RValue& value, std::int32_t index) {
+  if (!value.is_array() || value.array == nullptr) {
+    replace_array(value, new GCArrayThing(current_owner_token), BarrierSite::kArrayMade);
+  } else if (array_counting_is_on && value.array->owner_token != current_owner_token) {
+    if (value.array->count != 1) {
+      const ArrayRecord& shared = *value.array;
+      RValue copy = array_copy(shared, 0, shared.length);
+      GCArrayThing* thing = thing_of(*copy.array);
+      replace_array(value, thing, BarrierSite::kArrayCopied);
+      copy.forget();
+    } else if (value.array->owner_token == 0) {
+      value.array->owner_token = current_owner_token;
+    }
+  }
+  ArrayRecord& array = *value.array;
+  if ((array.flags & kArrayImmutable) != 0) {
+    report_error(messages::kImmutableArray);
+    return nullptr;
+  }
+  if (index < 0) return nullptr;
+  if (index >= kLongestArray) {
+    report_error(messages::kIndexOutOfBounds, index, kLongestArray);
+    return nullptr;
+  }
+  if (index >= array.length) extend(array, index + 1);
+  return array.elements + index;
+}
+
+void array_write(RValue& value, std::int32_t index, const RValue& element) {
+  const RValue kept(element);  // may be an element of the very array that grows
+  RValue* slot = array_element_for_write(value, index);
+  if (slot == nullptr) {
+    if (index < 0) report_error(messages::kIndexNegative);
+    return;
+  }
+  if (kept.is_array()) clear_owner_token(kept);
+  const ContainerScope container(value.array->owner);
+  assign(*slot, kept);
+}
+
+const RValue* array_element(const RValue& value, std::int32_t index, bool inline_form) {
+  if (!value.is_array() || value.array == nullptr) {
+    report_error(inline_form ? messages::kInlineIndexNotArray : messages::kIndexNotArray);
+    return nullptr;
+  }
+  if (index < 0) {
+    report_error(messages::kIndexNegative);
+    return nullptr;
+  }
+  if (index >= value.array->length) {
+    report_error(messages::kIndexOutOfBounds, index, value.array->length);
+    return nullptr;
+  }
+  return value.array->elements + index;
+}
+
+void array_store(ArrayRecord& array, std::int32_t at, const RValue& element) {
+  RValue& slot = array.elements[at];
+  if (!element.owns_heap() && !slot.owns_heap()) {
+    slot.i64 = element.i64;
+    slot.flags = element.flags;
+    slot.kind_bits = element.kind_bits;
+    return;
+  }
+  const ContainerScope container(array.owner);
+  if (element.is_array()) clear_owner_token(element);
+  assign(slot, element);
+}
+
+void array_append(ArrayRecord& array, const RValue& element) {
+  if (array.length == array.capacity || kStressBuild) {
+    const RValue kept(element);
+    if (array.length == array.capacity) move_elements(array, array.capacity < 4 ? 4 : array.capacity * 2);
+    extend(array, array.length + 1);
+    array_store(array, array.length - 1, kept);
+    return;
+  }
+  new (array.elements + array.length) RValue(0.0);
+  ++array.length;
+  array_store(array, array.length - 1, element);
+}
+
+void array_set_length(ArrayRecord& array, std::int32_t length) {
+  if (length > array.length) {
+    extend(array, length);
+    return;
+  }
+  for (std::int32_t i = length; i < array.length; ++i) array.elements[i].~RValue();
+  array.length = length;
+}
+
+void clear_owner_token(const RValue& value) {
+  if (value.is_array() && value.array != nullptr) value.array->owner_token = 0;
+}
+
+RValue array_copy(const ArrayRecord& source, std::int32_t first, std::int32_t count) {
+  RValue copy = make_array(count);
+  for (std::int32_t i = 0; i < count; ++i) array_store(*copy.array, i, source.elements[first + i]);
+  return copy;
+}
+
+}  // namespace arena

@@ -1,0 +1,79 @@
+#pragma once
+// Script arrays: reference counted, copied on write when shared.
+//
+// Always true: a write through one holder is never seen through another. A shared array (count above 1) is copied first unless the
+// writer is the owner that its token names; a store that makes a second holder clears the token.
+#include <cstdint>
+
+#include "runtime/arrays_structs/object.h"
+#include "runtime/values/value.h"
+
+namespace arena {
+
+inline constexpr std::uint8_t kArrayImmutable = 1;
+inline constexpr std::uint8_t kArrayGrowsGeometrically = 2;
+inline constexpr std::int32_t kLongestArray = 1 << 28;  // elements
+
+struct ArrayRecord {
+  WBObjectBase* owner;        // the collector object that carries this record
+  RValue* elements;
+  std::int64_t owner_token;   // 0: nobody's
+  std::int32_t count;         // values that refer to this array
+  std::int32_t length;
+  std::int32_t capacity;
+  std::uint32_t release_mark;  // the collector's mark counter when first counted or released; 0: none yet
+  std::uint8_t flags;
+};
+
+// The collector object that carries an array.
+class GCArrayThing final : public WBObjectBase {
+ public:
+  explicit GCArrayThing(std::int64_t token);
+  ~GCArrayThing() override;
+  void visit_values(ValueVisitor& visitor) override;
+  void release_counted_values() override;
+  ArrayRecord record;
+};
+
+// Process-wide: whether arrays count their references. Off, nothing is ever copied on write.
+inline bool array_counting_is_on = true;
+// Process-wide: who writes now. A script frame, an object or an outer array, by serial number.
+inline std::int64_t current_owner_token = 1;
+
+class OwnerTokenScope {
+ public:
+  explicit OwnerTokenScope(std::int64_t token) : saved_(current_owner_token) { current_owner_token = token; }
+  ~OwnerTokenScope() { current_owner_token = saved_; }
+  OwnerTokenScope(const OwnerTokenScope&) = delete;
+  OwnerTokenScope& operator=(const OwnerTokenScope&) = delete;
+
+ private:
+  std::int64_t saved_;
+};
+
+// A new array of `length` zeroes (numbers), with count 1 in the value and the current owner token.
+RValue make_array(std::int32_t length = 0);
+RValue make_array(const RValue* values, std::int32_t count);
+
+void count_array_reference(ArrayRecord* array);
+void discount_array_reference(ArrayRecord* array);
+
+// The slot to write for `a[index] = v`. Makes an array of what is none, copies a shared one, grows as needed (new elements between the
+// old and the new end are the number 0). Null for a negative index, which the caller reports, and after a suppressed report.
+RValue* array_element_for_write(RValue& value, std::int32_t index);
+// The whole store: slot, container and assign. Reports a negative index.
+void array_write(RValue& value, std::int32_t index, const RValue& element);
+// The element for reading, or null after a report. `inline_form` picks between the two wordings for what is no array.
+const RValue* array_element(const RValue& value, std::int32_t index, bool inline_form = false);
+
+// In place, whoever else holds the array: for functions whose purpose it is. `at` must be inside the array.
+void array_store(ArrayRecord& array, std::int32_t at, const RValue& element);
+void array_append(ArrayRecord& array, const RValue& element);
+// New elements are the number 0; dropped ones are released.
+void array_set_length(ArrayRecord& array, std::int32_t length);
+// Gives up an array's single owner, as a store that makes a second holder does.
+void clear_owner_token(const RValue& value);
+// A new array with copies of the elements from `first` on.
+RValue array_copy(const ArrayRecord& source, std::int32_t first, std::int32_t count);
+
+}  // namespace arena

@@ -1,0 +1,166 @@
+// Arrays. Functions that change an array change the one they were given, whoever else holds it.
+#include <algorithm>
+#include <vector>
+
+#include "runtime/instances_loop/random.h"
+#include "runtime/values/compare.h"
+#include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/arguments.h"
+#include "runtime/variables_calls/calls.h"
+
+namespace arena {
+namespace {
+
+std::int32_t length_of(const RValue& value) { return value.is_array() && value.array != nullptr ? value.array->length : 0; }
+
+RValue array_create(std::int32_t length, const RValue& fill) {
+  RValue made = make_array(std::clamp(length, 0, kLongestArray));
+  const RValue content = fill.is_undefined() ? RValue(0.0) : fill;
+  for (std::int32_t i = 0; i < made.array->length; ++i) array_store(*made.array, i, content);
+  return made;
+}
+void array_push(MutableArray target, Rest values) {
+  for (const RValue& value : values) array_append(*target.array, value);
+}
+RValue array_pop(MutableArray target) {
+  if (target.array->length == 0) return {};
+  const RValue last(target.array->elements[target.array->length - 1]);
+  array_set_length(*target.array, target.array->length - 1);
+  return last;
+}
+void array_insert(MutableArray target, std::int32_t at, Rest values) {
+  const std::int32_t place = std::clamp(at < 0 ? at + target.array->length : at, 0, target.array->length);
+  const std::int32_t count = static_cast<std::int32_t>(values.size()), old_length = target.array->length;
+  array_set_length(*target.array, old_length + count);
+  RValue* elements = target.array->elements;
+  std::rotate(elements + place, elements + old_length, elements + old_length + count);
+  for (std::int32_t i = 0; i < count; ++i) array_store(*target.array, place + i, values[static_cast<std::size_t>(i)]);
+}
+void array_delete(MutableArray target, std::int32_t at, std::int32_t count) {
+  const std::int32_t length = target.array->length;
+  const std::int32_t first = std::clamp(at < 0 ? at + length : at, 0, length);
+  const std::int32_t removed = std::clamp(count, 0, length - first);
+  RValue* elements = target.array->elements;
+  std::rotate(elements + first, elements + first + removed, elements + length);
+  array_set_length(*target.array, length - removed);
+}
+void array_resize(MutableArray target, std::int32_t length) { array_set_length(*target.array, std::clamp(length, 0, kLongestArray)); }
+RValue array_get(ReadArray source, std::int32_t at) {
+  const RValue holder = RValue::of_array(source.array);
+  const RValue* element = array_element(holder, at);
+  return element != nullptr ? *element : RValue();
+}
+void array_set(MutableArray target, std::int32_t at, const RValue& value) {
+  if (at < 0 || at >= kLongestArray) {
+    report_error(messages::kIndexNegative);
+    return;
+  }
+  if (at >= target.array->length) array_set_length(*target.array, at + 1);
+  array_store(*target.array, at, value);
+}
+RValue array_concat(Rest arrays) {
+  RValue joined = make_array();
+  for (std::size_t i = 0; i < arrays.size(); ++i) {
+    const RValue& each = arrays[i];
+    if (!each.is_array() || each.array == nullptr) {
+      report_error(messages::kArgumentArray, current_builtin_name(), static_cast<std::int32_t>(i) + 1);
+      return joined;
+    }
+    for (std::int32_t at = 0; at < each.array->length; ++at) array_append(*joined.array, each.array->elements[at]);
+  }
+  return joined;
+}
+void array_copy_range(MutableArray target, std::int32_t to, ReadArray source, std::int32_t from, std::int32_t count) {
+  if (to < 0 || from < 0) return;
+  const std::int32_t copied = std::clamp(count, 0, std::max(0, source.array->length - from));
+  const RValue kept = arena::array_copy(*source.array, from, copied);
+  if (to + copied > target.array->length) array_set_length(*target.array, to + copied);
+  for (std::int32_t i = 0; i < copied; ++i) array_store(*target.array, to + i, kept.array->elements[i]);
+}
+bool array_equals(ReadArray a, ReadArray b) {
+  if (a.array->length != b.array->length) return false;
+  for (std::int32_t i = 0; i < a.array->length; ++i) {
+    if (!values_equal(a.array->elements[i], b.array->elements[i])) return false;
+  }
+  return true;
+}
+std::int32_t array_get_index(ReadArray source, const RValue& value) {
+  for (std::int32_t i = 0; i < source.array->length; ++i) {
+    if (values_equal(source.array->elements[i], value)) return i;
+  }
+  return -1;
+}
+bool array_contains(ReadArray source, const RValue& value) { return array_get_index(source, value) >= 0; }
+void array_reverse(MutableArray target) { std::reverse(target.array->elements, target.array->elements + target.array->length); }
+void array_shuffle(MutableArray target) {
+  for (std::int32_t i = target.array->length - 1; i > 0; --i) {
+    target.array->elements[i].swap(target.array->elements[game_random().integer(0, i)]);
+  }
+}
+
+// Exact order: numbers before texts before the rest, NaN last of the numbers. A tolerant order would be none.
+bool comes_before(const RValue& a, const RValue& b) {
+  const auto rank = [](const RValue& value) { return value.is_string() ? 1 : is_number_like(value) ? 0 : 2; };
+  if (rank(a) != rank(b)) return rank(a) < rank(b);
+  if (rank(a) == 1) return text_of(a) < text_of(b);
+  if (rank(a) == 2) return false;
+  const double left = to_real(a), right = to_real(b);
+  if (left != left || right != right) return left == left && right != right;
+  return left < right;
+}
+// `order` is true for ascending, false for descending, or a function (a, b) that gives below, above or exactly zero.
+void array_sort(const CallContext& call, MutableArray target, const RValue& order) {
+  std::vector<RValue> sorted(target.array->elements, target.array->elements + target.array->length);
+  if (order.is_object() || (order.is_number() && order.real >= 2)) {
+    std::stable_sort(sorted.begin(), sorted.end(), [&](const RValue& a, const RValue& b) {
+      const RValue* arguments[] = {&a, &b};
+      RValue result;
+      call_method(call.self, call.other, result, 2, order, arguments);
+      return to_real(result) < 0;
+    });
+  } else {
+    const bool ascending = order.is_undefined() || to_bool(order);
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [&](const RValue& a, const RValue& b) { return ascending ? comes_before(a, b) : comes_before(b, a); });
+  }
+  for (std::int32_t i = 0; i < target.array->length; ++i) array_store(*target.array, i, sorted[static_cast<std::size_t>(i)]);
+}
+RValue call_for_element(const CallContext& call, const Callable& function, const RValue& element, std::int32_t index) {
+  const RValue place(static_cast<double>(index));
+  const RValue* arguments[] = {&element, &place};
+  RValue result;
+  call_method(call.self, call.other, result, 2, function.value, arguments);
+  return result;
+}
+void array_foreach(const CallContext& call, ReadArray source, Callable function) {
+  for (std::int32_t i = 0; i < source.array->length; ++i) call_for_element(call, function, RValue(source.array->elements[i]), i);
+}
+RValue array_map(const CallContext& call, ReadArray source, Callable function) {
+  RValue mapped = make_array();
+  for (std::int32_t i = 0; i < source.array->length; ++i) {
+    array_append(*mapped.array, call_for_element(call, function, RValue(source.array->elements[i]), i));
+  }
+  return mapped;
+}
+RValue array_filter(const CallContext& call, ReadArray source, Callable function) {
+  RValue kept = make_array();
+  for (std::int32_t i = 0; i < source.array->length; ++i) {
+    const RValue element(source.array->elements[i]);
+    if (to_bool(call_for_element(call, function, element, i))) array_append(*kept.array, element);
+  }
+  return kept;
+}
+
+const BuiltinEntry kEntries[] = {
+    {"array_length", builtin<length_of>}, {"array_create", builtin<array_create>}, {"array_push", builtin<array_push>},
+    {"array_pop", builtin<array_pop>}, {"array_insert", builtin<array_insert>}, {"array_delete", builtin<array_delete>},
+    {"array_resize", builtin<array_resize>}, {"array_get", builtin<array_get>}, {"array_set", builtin<array_set>},
+    {"array_concat", builtin<array_concat>}, {"array_copy", builtin<array_copy_range>}, {"array_equals", builtin<array_equals>},
+    {"array_get_index", builtin<array_get_index>}, {"array_contains", builtin<array_contains>}, {"array_reverse", builtin<array_reverse>},
+    {"array_shuffle", builtin<array_shuffle>}, {"array_sort", builtin<array_sort>}, {"array_foreach", builtin<array_foreach>},
+    {"array_map", builtin<array_map>}, {"array_filter", builtin<array_filter>},
+};
+const BuiltinTable table(kEntries);
+
+}  // namespace
+}  // namespace arena

@@ -1,0 +1,386 @@
+#include "runtime/arrays_structs/collector.h"
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+#include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/holder.h"
+#include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/values/block_pool.h"
+#include "runtime/variables_calls/log.h"
+#include "runtime/variables_calls/messages.h"
+
+namespace arena {
+namespace {
+
+constexpr std::size_t kYoungLimit = 512;       // objects: fewer are left for the next safe point
+constexpr std::size_t kMarkBudget = 2000;      // old objects traced in one slice
+constexpr std::size_t kSweepBudget = 4000;     // old objects looked at in one slice
+constexpr std::size_t kOldGrowth = 4096;       // old objects added before a new cycle starts, and
+constexpr std::size_t kOldGrowthDivisor = 4;   // ... at least this share of those that survived the last one
+constexpr std::size_t kDroppedLimit = 20000;   // dropped references that count as growth
+constexpr int kOlderEvery = 8;                 // collections of generation 0 between two of generation 1
+constexpr int kOldest = kGenerations - 1;
+
+enum class Phase { kIdle, kMarking, kSweeping };
+
+struct Collector {
+  std::vector<WBObjectBase*> objects[kGenerations];
+  std::vector<WBObjectBase*> referenced_from_older[kGenerations];
+  std::vector<WBObjectBase*> remembered[kGenerations];
+  std::vector<WBObjectBase*> counted[kGenerations];  // objects in which strings or arrays stand
+  std::vector<WBObjectBase*> stack;      // marked, not yet traced: of the collection that runs now
+  std::vector<WBObjectBase*> old_stack;  // the same for the old generation, kept between slices
+  std::vector<CWeakRef*> weak_references;
+  Phase phase = Phase::kIdle;
+  std::size_t sweep_read = 0, sweep_write = 0;
+  std::size_t old_survivors = 0;
+  std::uint32_t mark_counter = 1;
+  std::uint64_t minors = 0, majors = 0, dropped = 0, dropped_at_last_cycle = 0;
+  bool whole_requested = false;
+  bool checks_thread = false;
+  std::thread::id main_thread = std::this_thread::get_id();
+};
+
+Collector& collector() {
+  static Collector* const instance = new Collector;  // outlives every static object that still drops references
+  return *instance;
+}
+
+WBObjectBase* object_of(const RValue& value) {
+  if (value.is_object()) return value.object;
+  if (value.is_array() && value.array != nullptr) return value.array->owner;
+  return nullptr;
+}
+
+// Marks what is in the young generations up to `oldest`.
+class YoungMarker final : public ValueVisitor {
+ public:
+  explicit YoungMarker(int oldest) : ValueVisitor(false), oldest_(oldest) {}
+  void visit(const RValue& value) override {
+    if (WBObjectBase* object = object_of(value)) mark(object);
+  }
+  void mark(WBObjectBase* object) {
+    if (object->is_marked || object->generation > oldest_) return;
+    object->is_marked = true;
+    collector().stack.push_back(object);
+  }
+  void drain() {
+    std::vector<WBObjectBase*>& stack = collector().stack;
+    while (!stack.empty()) {
+      WBObjectBase* object = stack.back();
+      stack.pop_back();
+      object->visit_values(*this);
+    }
+  }
+
+ private:
+  int oldest_;
+};
+
+class OldMarker final : public ValueVisitor {
+ public:
+  OldMarker() : ValueVisitor(false) {}
+  void visit(const RValue& value) override {
+    if (WBObjectBase* object = object_of(value)) mark(object);
+  }
+  static void mark(WBObjectBase* object) {
+    if (object->is_marked || object->generation != kOldest) return;
+    object->is_marked = true;
+    collector().old_stack.push_back(object);
+  }
+  // Traces at most `budget` objects; true when nothing is left.
+  bool trace(std::size_t budget) {
+    std::vector<WBObjectBase*>& stack = collector().old_stack;
+    for (; budget > 0 && !stack.empty(); --budget) {
+      WBObjectBase* object = stack.back();
+      stack.pop_back();
+      object->visit_values(*this);
+    }
+    return stack.empty();
+  }
+};
+
+// After a promotion an object may point at younger ones without a store having said so.
+class PromotionVisitor final : public ValueVisitor {
+ public:
+  explicit PromotionVisitor(WBObjectBase* promoted) : ValueVisitor(false), promoted_(promoted) {}
+  void visit(const RValue& value) override {
+    if (WBObjectBase* object = object_of(value)) write_barrier(promoted_, object, BarrierSite::kPromotion);
+  }
+
+ private:
+  WBObjectBase* promoted_;
+};
+
+class YoungerChildFinder final : public ValueVisitor {
+ public:
+  explicit YoungerChildFinder(int generation) : ValueVisitor(false), generation_(generation) {}
+  void visit(const RValue& value) override {
+    const WBObjectBase* object = object_of(value);
+    found = found || (object != nullptr && object->generation <= generation_);
+  }
+  bool found = false;
+
+ private:
+  int generation_;
+};
+
+void clear_dead_weak_references(int oldest, int youngest) {
+  for (CWeakRef* reference : collector().weak_references) {
+    if (reference->target == nullptr || reference->target->generation > oldest || reference->target->generation < youngest) continue;
+    if (!reference->target->is_marked) reference->target = nullptr;
+  }
+}
+
+template <class Predicate>
+void keep_only(std::vector<WBObjectBase*>& list, Predicate keep) {
+  list.erase(std::remove_if(list.begin(), list.end(), [&](WBObjectBase* object) { return !keep(object); }), list.end());
+}
+
+// Remembered containers that are about to die leave the sets; so do those that no longer point at anything so young.
+void trim_remembered_sets(int oldest, int youngest, bool look_inside) {
+  for (int g = 0; g < kGenerations; ++g) {
+    keep_only(collector().remembered[g], [&](WBObjectBase* container) {
+      bool keep = container->is_marked || container->generation > oldest || container->generation < youngest;
+      if (keep && look_inside && g <= oldest) {
+        YoungerChildFinder finder(g);
+        container->visit_values(finder);
+        keep = finder.found;
+      }
+      if (!keep) container->remembered_in = static_cast<std::uint8_t>(container->remembered_in & ~(1u << g));
+      return keep;
+    });
+  }
+}
+
+// The dead give back their strings and arrays before any of them is destroyed: a dead array may stand in another dead array.
+void release_dead_counted(int generation) {
+  keep_only(collector().counted[generation], [](WBObjectBase* object) {
+    if (!object->is_marked) object->release_counted_values();
+    return object->is_marked;
+  });
+}
+
+void mark_young_roots(YoungMarker& marker, int oldest) {
+  Collector& c = collector();
+  Holder::visit_all(marker);
+  global_object()->visit_values(marker);
+  for (int g = 0; g <= oldest; ++g) {
+    for (WBObjectBase* object : c.objects[g]) {
+      if (object->is_root) marker.mark(object);
+    }
+    for (WBObjectBase* object : c.referenced_from_older[g]) marker.mark(object);
+    for (WBObjectBase* container : c.remembered[g]) container->visit_values(marker);
+  }
+  marker.drain();
+}
+
+// Sweeps one young generation; survivors of a second collection go to `promoted`.
+void sweep_young(int generation, std::vector<WBObjectBase*>& promoted) {
+  std::vector<WBObjectBase*>& list = collector().objects[generation];
+  std::size_t kept = 0;
+  for (WBObjectBase* object : list) {
+    if (!object->is_marked) {
+      delete object;
+      continue;
+    }
+    object->is_marked = false;
+    if (object->has_survived) {
+      promoted.push_back(object);
+    } else {
+      object->has_survived = true;
+      list[kept++] = object;
+    }
+  }
+  list.resize(kept);
+}
+
+void promote(const std::vector<WBObjectBase*>& promoted) {
+  Collector& c = collector();
+  for (WBObjectBase* object : promoted) {
+    ++object->generation;
+    object->has_survived = false;
+    object->is_referenced_from_older = false;
+    if (object->holds_counted_values) c.counted[object->generation].push_back(object);
+    c.objects[object->generation].push_back(object);
+    if (object->generation != kOldest) continue;
+    if (c.phase == Phase::kMarking) OldMarker::mark(object);
+    if (c.phase == Phase::kSweeping) object->is_marked = true;  // the sweep clears it when it arrives there
+  }
+  for (WBObjectBase* object : promoted) {
+    PromotionVisitor visitor(object);
+    object->visit_values(visitor);
+  }
+}
+
+void collect_young(int oldest) {
+  Collector& c = collector();
+  ++c.minors;
+  ++c.mark_counter;
+  YoungMarker marker(oldest);
+  mark_young_roots(marker, oldest);
+  clear_dead_weak_references(oldest, 0);
+  trim_remembered_sets(oldest, 0, false);
+  for (int g = 0; g <= oldest; ++g) {
+    keep_only(c.referenced_from_older[g], [](WBObjectBase* object) { return object->is_marked; });
+  }
+  for (int g = 0; g <= oldest; ++g) release_dead_counted(g);
+  std::vector<WBObjectBase*> promoted;
+  for (int g = 0; g <= oldest; ++g) sweep_young(g, promoted);
+  promote(promoted);
+  for (int g = 0; g <= oldest; ++g) {
+    const auto stayed = [g](WBObjectBase* object) { return object->generation == g; };
+    keep_only(c.referenced_from_older[g], stayed);
+    keep_only(c.counted[g], stayed);
+  }
+  if (oldest > 0) trim_remembered_sets(oldest, kGenerations, true);
+}
+
+void mark_old_roots(OldMarker& marker) {
+  Collector& c = collector();
+  Holder::visit_all(marker);
+  global_object()->visit_values(marker);
+  for (int g = 0; g < kOldest; ++g) {
+    for (WBObjectBase* object : c.objects[g]) object->visit_values(marker);
+  }
+  for (WBObjectBase* object : c.objects[kOldest]) {
+    if (object->is_root) OldMarker::mark(object);
+  }
+}
+
+void start_old_cycle() {
+  Collector& c = collector();
+  c.phase = Phase::kMarking;
+  ++c.mark_counter;
+  c.dropped_at_last_cycle = c.dropped;
+  OldMarker marker;
+  mark_old_roots(marker);
+}
+
+// The last step of marking is not interruptible: the roots again, and what they lead to that no barrier saw.
+void finish_marking() {
+  Collector& c = collector();
+  OldMarker marker;
+  mark_old_roots(marker);
+  marker.trace(SIZE_MAX);
+  clear_dead_weak_references(kOldest, kOldest);
+  trim_remembered_sets(kOldest, kOldest, false);
+  release_dead_counted(kOldest);
+  c.phase = Phase::kSweeping;
+  c.sweep_read = c.sweep_write = 0;
+}
+
+void sweep_old(std::size_t budget) {
+  Collector& c = collector();
+  std::vector<WBObjectBase*>& list = c.objects[kOldest];
+  for (; budget > 0 && c.sweep_read < list.size(); --budget) {
+    WBObjectBase* object = list[c.sweep_read++];
+    if (object->is_marked) {
+      object->is_marked = false;
+      list[c.sweep_write++] = object;
+    } else {
+      delete object;
+    }
+  }
+  if (c.sweep_read < list.size()) return;
+  list.resize(c.sweep_write);
+  c.old_survivors = list.size();
+  c.phase = Phase::kIdle;
+  ++c.majors;
+}
+
+void advance_old_cycle(std::size_t mark_budget, std::size_t sweep_budget) {
+  Collector& c = collector();
+  if (c.phase == Phase::kMarking) {
+    OldMarker marker;
+    if (marker.trace(mark_budget)) finish_marking();
+  } else if (c.phase == Phase::kSweeping) {
+    sweep_old(sweep_budget);
+  }
+}
+
+bool old_cycle_is_due() {
+  const Collector& c = collector();
+  const std::size_t grown = c.objects[kOldest].size() - std::min(c.objects[kOldest].size(), c.old_survivors);
+  return grown > std::max(kOldGrowth, c.old_survivors / kOldGrowthDivisor) || c.dropped - c.dropped_at_last_cycle > kDroppedLimit;
+}
+
+}  // namespace
+
+void adopt_new_object(WBObjectBase* object) { collector().objects[0].push_back(object); }
+std::uint32_t collector_mark_counter() { return collector().mark_counter; }
+void request_collection() { collector().whole_requested = true; }
+void set_collector_thread_check(bool on) { collector().checks_thread = on; }
+
+void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite site) {
+  Collector& c = collector();
+  if (c.checks_thread && std::this_thread::get_id() != c.main_thread) log_warning(messages::kStoreOnThread.format);
+  if ((disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
+  if (c.phase == Phase::kMarking && (disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0) OldMarker::mark(object);
+  if (container->generation <= object->generation) return;
+  if (!object->is_referenced_from_older) {
+    object->is_referenced_from_older = true;
+    c.referenced_from_older[object->generation].push_back(object);
+  }
+  for (int between = object->generation + 1; between < container->generation; ++between) {
+    if ((container->remembered_in >> between & 1) != 0) continue;
+    container->remembered_in = static_cast<std::uint8_t>(container->remembered_in | 1u << between);
+    c.remembered[between].push_back(container);
+  }
+}
+
+void note_heap_value_stored(WBObjectBase* container, const RValue& value) {
+  if (container->holds_counted_values || value.is_object()) return;
+  container->holds_counted_values = true;
+  collector().counted[container->generation].push_back(container);
+}
+
+void reference_dropped(WBObjectBase* container, WBObjectBase* object) {
+  if (object == nullptr || container->generation < kOldest || object->generation < kOldest) return;
+  ++collector().dropped;
+}
+
+bool is_remembered(const WBObjectBase* container, int generation) { return (container->remembered_in >> generation & 1) != 0; }
+
+void collect_everything() {
+  Collector& c = collector();
+  c.whole_requested = false;
+  while (c.phase != Phase::kIdle) advance_old_cycle(SIZE_MAX, SIZE_MAX);
+  collect_young(kOldest - 1);
+  start_old_cycle();
+  while (c.phase != Phase::kIdle) advance_old_cycle(SIZE_MAX, SIZE_MAX);
+}
+
+void collect_at_safe_point() {
+  Collector& c = collector();
+  if (kStressBuild || c.whole_requested) {
+    collect_everything();
+    return;
+  }
+  if (c.objects[0].size() >= kYoungLimit) collect_young(c.minors % kOlderEvery == kOlderEvery - 1 ? kOldest - 1 : 0);
+  if (c.phase != Phase::kIdle) {
+    advance_old_cycle(kMarkBudget, kSweepBudget);
+  } else if (old_cycle_is_due()) {
+    start_old_cycle();
+  }
+}
+
+CollectorStatistics collector_statistics() {
+  const Collector& c = collector();
+  CollectorStatistics result{};
+  for (int g = 0; g < kGenerations; ++g) result.objects[g] = c.objects[g].size();
+  result.minor_collections = c.minors;
+  result.major_collections = c.majors;
+  result.dropped_references = c.dropped;
+  return result;
+}
+
+void register_weak_reference(CWeakRef* reference) { collector().weak_references.push_back(reference); }
+void forget_weak_reference(CWeakRef* reference) {
+  std::vector<CWeakRef*>& list = collector().weak_references;
+  list.erase(std::remove(list.begin(), list.end(), reference), list.end());
+}
+
+}  // namespace arena

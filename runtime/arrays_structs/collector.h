@@ -1,0 +1,54 @@
+#pragma once
+// The generational, non-moving collector. It runs at safe points only, between frames, when no compiled function is on the stack: so
+// native locals are never roots. Roots are the live instances, the global object and the holders.
+//
+//   generation 0  new objects; what survives a second collection moves on
+//   generation 1  survivors, collected with every eighth collection of generation 0
+//   generation 2  old; marked and swept in slices budgeted in objects, so that a run never depends on the machine
+#include <cstddef>
+#include <cstdint>
+
+#include "runtime/arrays_structs/container_stack.h"
+#include "runtime/arrays_structs/object.h"
+
+namespace arena {
+
+inline constexpr int kGenerations = 3;
+
+// Every place that runs the barrier, so that a test can take each away in turn.
+enum class BarrierSite : std::uint8_t { kAssignObject, kAssignArray, kArrayMade, kArrayCopied, kBoundSelf, kPromotion, kMarking, kCount };
+
+// A reference to `object` is stored into `container`.
+void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite site);
+// A string, array or object value stands in `container` now.
+void note_heap_value_stored(WBObjectBase* container, const RValue& value);
+// A slot of `container` no longer refers to `object`: the old generation is worth looking at sooner.
+void reference_dropped(WBObjectBase* container, WBObjectBase* object);
+void adopt_new_object(WBObjectBase* object);
+std::uint32_t collector_mark_counter();
+
+// Does a bounded share of the work. Call it between frames, with no compiled function on the stack.
+void collect_at_safe_point();
+// A whole collection of every generation, at once. Same condition.
+void collect_everything();
+// Asks for a whole collection at the next safe point: what scripts may call.
+void request_collection();
+
+struct CollectorStatistics {
+  std::size_t objects[kGenerations];
+  std::uint64_t minor_collections, major_collections, dropped_references;
+};
+CollectorStatistics collector_statistics();
+
+// While on, a store from another thread than the main one logs a warning; the store proceeds.
+void set_collector_thread_check(bool on);
+
+// For tests: a bit set here takes that barrier away.
+inline std::uint32_t disabled_barriers = 0;
+bool is_remembered(const WBObjectBase* container, int generation);
+
+class CWeakRef;
+void register_weak_reference(CWeakRef* reference);
+void forget_weak_reference(CWeakRef* reference);
+
+}  // namespace arena

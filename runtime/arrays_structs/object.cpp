@@ -1,0 +1,136 @@
+#include "runtime/arrays_structs/object.h"
+
+#include <cstring>
+#include <unordered_map>
+
+#include "runtime/arrays_structs/collector.h"
+#include "runtime/values/block_pool.h"
+
+namespace arena {
+namespace {
+
+std::uint32_t next_serial = 1;
+int live_count = 0;
+
+}  // namespace
+
+int live_objects() { return live_count; }
+
+WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind), serial(next_serial++) {
+  ++live_count;
+  adopt_new_object(this);
+}
+WBObjectBase::~WBObjectBase() { --live_count; }
+const RValue* WBObjectBase::find_variable(std::int32_t) { return nullptr; }
+RValue* WBObjectBase::get_variable_ref(std::int32_t) { return nullptr; }
+void WBObjectBase::visit_values(ValueVisitor&) {}
+void WBObjectBase::release_counted_values() { holds_counted_values = false; }
+void* WBObjectBase::operator new(std::size_t bytes) { return allocate_block(bytes); }
+void WBObjectBase::operator delete(void* object, std::size_t bytes) { free_block(object, bytes); }
+
+// Variables in order of insertion, found by id through an index.
+struct PropertyObject::Dictionary {
+  std::vector<std::int32_t> ids;
+  std::vector<RValue> values;
+  std::unordered_map<std::int32_t, std::size_t> places;
+
+  RValue* find(std::int32_t id) {
+    const auto found = places.find(id);
+    return found == places.end() ? nullptr : &values[found->second];
+  }
+  RValue* add(std::int32_t id) {
+    places[id] = ids.size();
+    ids.push_back(id);
+    values.push_back(RValue::unset());
+    return &values.back();
+  }
+  void remove(std::int32_t id) {
+    const std::size_t place = places[id];
+    ids.erase(ids.begin() + static_cast<std::ptrdiff_t>(place));
+    values.erase(values.begin() + static_cast<std::ptrdiff_t>(place));
+    places.erase(id);
+    for (std::size_t later = place; later < ids.size(); ++later) places[ids[later]] = later;
+  }
+};
+
+PropertyObject::~PropertyObject() { clear_variables(); }
+
+void PropertyObject::release_counted_values() {
+  holds_counted_values = false;
+  for (std::size_t i = 0; i < shape->ids.size(); ++i) row[i] = RValue();
+  if (dictionary_ == nullptr) return;
+  for (RValue& value : dictionary_->values) value = RValue();
+}
+
+void PropertyObject::clear_variables() {
+  if (holds_counted_values) release_counted_values();
+  free_block(row, row_capacity_ * sizeof(RValue));
+  delete dictionary_;
+  row = nullptr;
+  row_capacity_ = 0;
+  dictionary_ = nullptr;
+  shape = empty_shape();
+}
+
+const RValue* PropertyObject::find_variable(std::int32_t id) {
+  if (dictionary_ != nullptr) return dictionary_->find(id);
+  return id >= 0 && id < shape_table_size() ? find_in_row(id) : nullptr;
+}
+
+RValue* PropertyObject::get_variable_ref(std::int32_t id) {
+  if (dictionary_ == nullptr) {
+    if (id >= 0 && id < shape_table_size()) {
+      if (RValue* found = find_in_row(id)) return found;
+    }
+    if (const Shape* longer = shape_with(shape, id)) {
+      const std::size_t place = shape->ids.size();
+      if (place == row_capacity_ || kStressBuild) reserve_row(row_capacity_ < 4 ? 4 : place == row_capacity_ ? place * 2 : row_capacity_);
+      shape = longer;
+      return new (row + place) RValue(RValue::unset());
+    }
+    become_dictionary();
+  }
+  RValue* found = dictionary_->find(id);
+  return found != nullptr ? found : dictionary_->add(id);
+}
+
+// Rows are moved as raw memory: references travel with their values.
+void PropertyObject::reserve_row(std::size_t capacity) {
+  if (capacity < shape->ids.size() || (capacity <= row_capacity_ && !kStressBuild) || capacity == 0) return;
+  RValue* moved = static_cast<RValue*>(allocate_block(capacity * sizeof(RValue)));
+  if (row != nullptr) std::memcpy(static_cast<void*>(moved), static_cast<const void*>(row), shape->ids.size() * sizeof(RValue));
+  free_block(row, row_capacity_ * sizeof(RValue));
+  row = moved;
+  row_capacity_ = static_cast<std::uint32_t>(capacity);
+}
+
+void PropertyObject::become_dictionary() {
+  Dictionary* dictionary = new Dictionary;
+  for (std::size_t i = 0; i < shape->ids.size(); ++i) {
+    dictionary->add(shape->ids[i])->swap(row[i]);
+    row[i].~RValue();
+  }
+  free_block(row, row_capacity_ * sizeof(RValue));
+  row = nullptr;
+  row_capacity_ = 0;
+  shape = dictionary_shape();
+  dictionary_ = dictionary;
+}
+
+bool PropertyObject::remove_variable(std::int32_t id) {
+  if (find_variable(id) == nullptr) return false;
+  if (dictionary_ == nullptr) become_dictionary();
+  dictionary_->remove(id);
+  return true;
+}
+
+std::vector<std::int32_t> PropertyObject::variable_ids() const { return dictionary_ != nullptr ? dictionary_->ids : shape->ids; }
+std::size_t PropertyObject::variable_count() const { return dictionary_ != nullptr ? dictionary_->ids.size() : shape->ids.size(); }
+
+void PropertyObject::visit_values(ValueVisitor& visitor) {
+  for (std::size_t i = 0; i < shape->ids.size(); ++i) visitor(row[i]);
+  if (dictionary_ == nullptr) return;
+  for (const RValue& value : dictionary_->values) visitor(value);
+}
+
+}  // namespace arena

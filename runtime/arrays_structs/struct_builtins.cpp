@@ -1,0 +1,146 @@
+// Structs, variables by name, methods and weak references.
+#include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/instances_loop/resolve.h"
+#include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/arguments.h"
+#include "runtime/variables_calls/calls.h"
+#include "runtime/variables_calls/names.h"
+
+namespace arena {
+namespace {
+
+bool has_value(PropertyObject* object, std::string_view name) {
+  const RValue* found = object->find_variable(find_variable_id(name));
+  return found != nullptr && !found->is_unset();
+}
+RValue names_of(PropertyObject* object) {
+  RValue names = make_array();
+  for (const std::int32_t id : object->variable_ids()) {
+    if (!object->find_variable(id)->is_unset()) array_append(*names.array, make_string(variable_name(id)));
+  }
+  return names;
+}
+
+RValue struct_names(StructArgument target) { return names_of(target.object); }
+std::int32_t struct_count(StructArgument target) { return names_of(target.object).array->length; }
+bool struct_exists(StructArgument target, std::string_view name) { return has_value(target.object, name); }
+RValue struct_read(StructArgument target, std::string_view name) {
+  const RValue* found = target.object->find_variable(find_variable_id(name));
+  return found != nullptr && !found->is_unset() ? *found : RValue();
+}
+void struct_write(StructArgument target, std::string_view name, const RValue& value) {
+  if (target.object->object_kind == ObjectKind::kInstance && !name.empty() && !name.starts_with("@@")) {
+    var_set(RValue::of_object(target.object), variable_id(name), kNoIndex, value);
+  } else {
+    struct_set_named(target.object, name, value);
+  }
+}
+void struct_remove(StructArgument target, std::string_view name) { target.object->remove_variable(find_variable_id(name)); }
+
+bool instance_variable_exists(const RValue& target, std::string_view name) {
+  WBObjectBase* object = resolve_object(target);
+  return object != nullptr && has_value(static_cast<PropertyObject*>(object), name);
+}
+RValue instance_variable_get(const RValue& target, std::string_view name) {
+  RValue value;
+  WBObjectBase* object = require_object(target);
+  if (object == nullptr) return value;
+  const std::int32_t id = find_variable_id(name);
+  if (id < 0) return value;
+  const RValue named = RValue::of_object(object);
+  if (has_value(static_cast<PropertyObject*>(object), name) || object->object_kind == ObjectKind::kInstance) var_get(named, id, kNoIndex, value);
+  return value;
+}
+void instance_variable_set(const RValue& target, std::string_view name, const RValue& value) {
+  WBObjectBase* object = require_object(target);
+  if (object != nullptr) struct_write(StructArgument{static_cast<PropertyObject*>(object)}, name, value);
+}
+RValue instance_variable_names(const RValue& target) {
+  WBObjectBase* object = require_object(target);
+  return object != nullptr ? names_of(static_cast<PropertyObject*>(object)) : RValue();
+}
+
+bool global_exists(std::string_view name) { return has_value(global_object(), name); }
+RValue global_get(std::string_view name) { return struct_read(StructArgument{global_object()}, name); }
+void global_set(std::string_view name, const RValue& value) { struct_set_named(global_object(), name, value); }
+
+// method(self, function): `function` is a method, a script reference or a script's number. undefined as self leaves the caller's.
+RValue make_method_value(const RValue& bound, Callable function) {
+  RValue made;
+  CompiledFunction* code = nullptr;
+  if (const MethodClosure* closure = method_of(function.value)) {
+    code = closure->function;
+  } else if (function.value.is_object()) {
+    code = static_cast<CScriptRef*>(function.value.object)->function;
+  } else {
+    const std::int32_t number = to_int32(function.value);
+    if (number < kFirstScriptNumber || number - kFirstScriptNumber >= script_count()) return function.value;
+    code = &script_at(number - kFirstScriptNumber);
+  }
+  make_method(made, *code, bound.is_undefined() ? nullptr : resolve_object(bound));
+  return made;
+}
+RValue method_get_self(const RValue& value) {
+  const MethodClosure* closure = method_of(value);
+  return closure != nullptr && closure->bound_self.is_object() ? closure->bound_self : RValue();
+}
+RValue method_get_index(const RValue& value) {
+  const MethodClosure* closure = method_of(value);
+  return closure != nullptr ? RValue(static_cast<double>(kFirstScriptNumber + closure->function->index)) : RValue();
+}
+RValue method_call(const CallContext& call, Callable function, std::optional<ReadArray> arguments) {
+  RValue holder = arguments ? array_copy(*arguments->array, 0, arguments->array->length) : make_array();
+  std::vector<const RValue*> pointers;
+  for (std::int32_t i = 0; i < holder.array->length; ++i) pointers.push_back(&holder.array->elements[i]);
+  RValue result;
+  call_method(call.self, call.other, result, holder.array->length, function.value, pointers.data());
+  return result;
+}
+RValue script_execute(const CallContext& call, Callable function, Rest arguments) {
+  std::vector<const RValue*> pointers;
+  for (const RValue& argument : arguments) pointers.push_back(&argument);
+  RValue result;
+  call_method(call.self, call.other, result, static_cast<std::int32_t>(pointers.size()), function.value, pointers.data());
+  return result;
+}
+bool script_exists(std::int32_t number) { return number >= kFirstScriptNumber && number - kFirstScriptNumber < script_count(); }
+std::string script_get_name(std::int32_t number) {
+  return script_exists(number) ? std::string(script_at(number - kFirstScriptNumber).name).substr(std::string_view("ksl_Script_").size()) : "<undefined>";
+}
+RValue static_get(const RValue& callee) {
+  if (const MethodClosure* closure = method_of(callee)) return RValue::of_object(statics_of(*closure->function));
+  const std::int32_t number = to_int32(callee);
+  return script_exists(number) ? RValue::of_object(statics_of(script_at(number - kFirstScriptNumber))) : RValue();
+}
+
+RValue weak_ref_create(PlainStruct target) { return RValue::of_object(new CWeakRef(target.object)); }
+RValue weak_ref_target(const RValue& reference) {
+  const auto* weak = reference.is_object() && reference.object->object_kind == ObjectKind::kWeakRef ? static_cast<CWeakRef*>(reference.object) : nullptr;
+  return weak != nullptr && weak->target != nullptr ? RValue::of_object(weak->target) : RValue();
+}
+bool weak_ref_alive(const RValue& reference) { return !weak_ref_target(reference).is_undefined(); }
+// From here on scripts can read the struct but not write it: what services hand out.
+void struct_freeze(PlainStruct target) { target.object->is_read_only = true; }
+void collect() { request_collection(); }
+
+const BuiltinEntry kEntries[] = {
+    {"variable_struct_get_names", builtin<struct_names>}, {"struct_get_names", builtin<struct_names>},
+    {"variable_struct_names_count", builtin<struct_count>}, {"struct_names_count", builtin<struct_count>},
+    {"variable_struct_exists", builtin<struct_exists>}, {"struct_exists", builtin<struct_exists>},
+    {"variable_struct_get", builtin<struct_read>}, {"struct_get", builtin<struct_read>}, {"variable_struct_set", builtin<struct_write>},
+    {"struct_set", builtin<struct_write>}, {"variable_struct_remove", builtin<struct_remove>}, {"struct_remove", builtin<struct_remove>},
+    {"struct_freeze", builtin<struct_freeze>}, {"variable_instance_exists", builtin<instance_variable_exists>},
+    {"variable_instance_get", builtin<instance_variable_get>}, {"variable_instance_set", builtin<instance_variable_set>},
+    {"variable_instance_get_names", builtin<instance_variable_names>}, {"variable_global_exists", builtin<global_exists>},
+    {"variable_global_get", builtin<global_get>}, {"variable_global_set", builtin<global_set>}, {"method", builtin<make_method_value>},
+    {"method_get_self", builtin<method_get_self>}, {"method_get_index", builtin<method_get_index>}, {"method_call", builtin<method_call>},
+    {"script_execute", builtin<script_execute>}, {"script_exists", builtin<script_exists>}, {"script_get_name", builtin<script_get_name>},
+    {"static_get", builtin<static_get>}, {"weak_ref_create", builtin<weak_ref_create>}, {"weak_ref_get", builtin<weak_ref_target>},
+    {"weak_ref_alive", builtin<weak_ref_alive>}, {"gc_collect", builtin<collect>},
+};
+const BuiltinTable table(kEntries);
+
+}  // namespace
+}  // namespace arena

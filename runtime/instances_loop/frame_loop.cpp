@@ -1,0 +1,225 @@
+#include "runtime/instances_loop/frame_loop.h"
+
+#include <chrono>
+
+#include "runtime/arrays_structs/collector.h"
+#include "runtime/instances_loop/cameras.h"
+#include "runtime/instances_loop/clock.h"
+#include "runtime/instances_loop/collisions.h"
+#include "runtime/instances_loop/input_state.h"
+#include "runtime/instances_loop/motion.h"
+#include "runtime/instances_loop/sprites.h"
+#include "runtime/values/number_text.h"
+
+namespace arena {
+namespace {
+
+DrawHooks draw_hooks;
+StageTimes stages{};
+
+using Clock = std::chrono::steady_clock;
+
+class Stopwatch {
+ public:
+  // Microseconds since the last lap.
+  double lap() {
+    const Clock::time_point now = Clock::now();
+    const double passed = std::chrono::duration<double, std::micro>(now - last_).count();
+    last_ = now;
+    return passed;
+  }
+
+ private:
+  Clock::time_point last_ = Clock::now();
+};
+
+// Everybody who was there when the pass began.
+void run_pass(EventKey key, bool only_visible = false) {
+  const auto entry = object_types().lists().find(key);
+  if (entry == object_types().lists().end()) return;
+  EventList& list = entry->second;
+  const std::size_t count = list.size();
+  for (std::size_t i = 0; i < count && i < list.size(); ++i) {
+    CInstance& instance = *list[i];
+    if (!instance.is_alive || (only_visible && instance.visible < 0.5)) continue;
+    const BoundEvent* event = instance.type->find_event(key);
+    if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(instance, key);
+    run_handler(instance, &instance, *event);
+  }
+}
+
+void remember_positions() {
+  for (CInstance* instance : world().all()) {
+    instance->xprevious = instance->x;
+    instance->yprevious = instance->y;
+  }
+}
+
+void run_alarms() {
+  const std::vector<CInstance*>& all = world().all();
+  const std::size_t count = all.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    CInstance& instance = *all[i];
+    for (int alarm = 0; alarm < kAlarms && instance.is_alive; ++alarm) {
+      if (instance.alarm[alarm] < 0) continue;
+      instance.alarm[alarm] -= 1;
+      if (instance.alarm[alarm] > 0) continue;
+      instance.alarm[alarm] = -1;
+      run_event(instance, &instance, {EventKind::kAlarm, alarm});
+    }
+  }
+}
+
+void run_key_events() {
+  const InputState& input = input_state();
+  for (const auto& [key, list] : object_types().lists()) {
+    if (list.empty()) continue;
+    if (key.kind == EventKind::kKeyboard && key_test(input.key_down, key.number)) run_pass(key);
+    if (key.kind == EventKind::kKeyPress && key_test(input.key_pressed, key.number)) run_pass(key);
+    if (key.kind == EventKind::kKeyRelease && key_test(input.key_released, key.number)) run_pass(key);
+  }
+}
+
+bool mouse_event_is_on(std::int32_t number) {
+  const InputState& input = input_state();
+  const std::int32_t which = number >= kMouseAnywhere ? number - kMouseAnywhere : number;
+  if (which >= kMouseReleased && which < kMouseReleased + 3) return input.button_released[which - kMouseReleased + 1];
+  if (which >= kMousePressed && which < kMousePressed + 3) return input.button_pressed[which - kMousePressed + 1];
+  return which >= 0 && which < 3 && input.button_down[which + 1];
+}
+
+void run_mouse_events() {
+  const Point pointer = pointer_in_room();
+  for (const auto& [key, list] : object_types().lists()) {
+    if (key.kind != EventKind::kMouse || list.empty() || !mouse_event_is_on(key.number)) continue;
+    const std::size_t count = list.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      CInstance& instance = *list[i];
+      const bool is_meant = key.number >= kMouseAnywhere || shapes_overlap(shape_of(instance), point_shape(pointer.x, pointer.y));
+      if (instance.is_alive && is_meant) run_event(instance, &instance, key);
+    }
+  }
+}
+
+void move_all() {
+  for (CInstance* instance : world().all()) {
+    if (instance->is_alive) move_instance(*instance);
+  }
+}
+
+void animate(CInstance& instance) {
+  if (instance.image_speed == 0) return;
+  const SpriteInfo* sprite = find_sprite(saturate_int32(instance.sprite_index));
+  if (sprite == nullptr || sprite->frames <= 1) return;
+  const double seconds = static_cast<double>(game_clock.frame_microseconds) / 1e6;
+  const double speed = sprite->frames_per_second > 0 ? sprite->frames_per_second * seconds : 1;
+  instance.image_index += instance.image_speed * speed;
+  bool wrapped = false;
+  while (instance.image_index >= sprite->frames) {
+    instance.image_index -= sprite->frames;
+    wrapped = true;
+  }
+  while (instance.image_index < 0) {
+    instance.image_index += sprite->frames;
+    wrapped = true;
+  }
+  if (wrapped) run_event(instance, &instance, {EventKind::kOther, kOtherAnimationEnd});
+}
+
+void animate_all() {
+  const std::vector<CInstance*>& all = world().all();
+  const std::size_t count = all.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    if (all[i]->is_alive) animate(*all[i]);
+  }
+}
+
+void draw_one(CInstance& instance) {
+  const EventKey key{EventKind::kDraw, kDrawNormal};
+  if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(instance, key);
+  if (const BoundEvent* event = instance.type->find_event(key)) {
+    run_handler(instance, &instance, *event);
+  } else if (draw_hooks.draw_instance != nullptr) {
+    draw_hooks.draw_instance(instance);
+  }
+}
+
+// Backgrounds and instances by depth, the furthest first; a background lies behind the instances of its own depth.
+void draw_world() {
+  std::map<double, std::vector<Layer>, std::greater<>> backgrounds;
+  for (const Layer& layer : world().layers) {
+    if (layer.visible && layer.background_sprite >= 0) backgrounds[layer.depth].push_back(layer);
+  }
+  auto background = backgrounds.begin();
+  const auto draw_backgrounds_above = [&](double depth) {
+    for (; background != backgrounds.end() && background->first >= depth; ++background) {
+      for (const Layer& layer : background->second) {
+        if (draw_hooks.draw_background != nullptr) draw_hooks.draw_background(layer);
+      }
+    }
+  };
+  std::vector<CInstance*> visible;
+  for (const auto& [depth, bucket] : world().by_depth()) {
+    for (CInstance* instance : bucket) {
+      const Layer* layer = instance->layer >= 0 ? world().find_layer(static_cast<std::int32_t>(instance->layer)) : nullptr;
+      if (layer == nullptr || layer->visible) visible.push_back(instance);
+    }
+  }
+  for (CInstance* instance : visible) {
+    draw_backgrounds_above(instance->depth);
+    if (instance->is_alive && instance->visible > 0.5) draw_one(*instance);
+  }
+  draw_backgrounds_above(-1e300);
+}
+
+}  // namespace
+
+void set_draw_hooks(const DrawHooks& hooks) { draw_hooks = hooks; }
+const StageTimes& last_stage_times() { return stages; }
+
+void draw_frame() {
+  if (draw_hooks.begin_world != nullptr) draw_hooks.begin_world();
+  run_pass({EventKind::kDraw, kDrawBegin}, true);
+  draw_world();
+  run_pass({EventKind::kDraw, kDrawEnd}, true);
+  if (draw_hooks.begin_gui != nullptr) draw_hooks.begin_gui();
+  run_pass({EventKind::kDraw, kDrawGuiBegin}, true);
+  run_pass({EventKind::kDraw, kDrawGui}, true);
+  run_pass({EventKind::kDraw, kDrawGuiEnd}, true);
+  if (draw_hooks.end_frame != nullptr) draw_hooks.end_frame();
+}
+
+void run_frame(std::int64_t microseconds) {
+  if (world().ended) return;
+  Stopwatch whole, watch;
+  begin_input_frame();
+  game_clock.frame_microseconds = microseconds;
+  game_clock.total_microseconds += microseconds;
+  ++game_clock.frame;
+  remember_positions();
+  watch.lap();
+  run_pass({EventKind::kStep, kStepBegin});
+  stages.begin_step = watch.lap();
+  run_alarms();
+  run_key_events();
+  run_mouse_events();
+  stages.alarms_input = watch.lap();
+  run_pass({EventKind::kStep, kStepNormal});
+  stages.step = watch.lap();
+  move_all();
+  stages.movement = watch.lap();
+  run_collision_events();
+  stages.collision = watch.lap();
+  run_pass({EventKind::kStep, kStepEnd});
+  animate_all();
+  world().carry_out_requests();
+  stages.end_step = watch.lap();
+  draw_frame();
+  stages.draw = watch.lap();
+  world().forget_dead();
+  collect_at_safe_point();
+  stages.collect = watch.lap();
+  stages.total = whole.lap();
+}
+
+}  // namespace arena

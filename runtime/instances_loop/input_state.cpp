@@ -1,0 +1,122 @@
+#include "runtime/instances_loop/input_state.h"
+
+#include <algorithm>
+
+namespace arena {
+namespace {
+
+std::vector<InputEvent> queue, applied;
+
+bool in_range(int code, int count) { return code >= 0 && code < count; }
+
+void apply_key(InputState& state, int code, bool down) {
+  if (!in_range(code, kKeys) || code <= kVkAnyKey) return;
+  if (down && !state.key_down[code]) state.key_pressed[code] = true;
+  if (!down && state.key_down[code]) state.key_released[code] = true;
+  state.key_down[code] = down;
+  if (down) state.last_key = code;
+}
+
+void apply_button(InputState& state, int button, bool down) {
+  if (!in_range(button, kButtons) || button == 0) return;
+  if (down && !state.button_down[button]) state.button_pressed[button] = true;
+  if (!down && state.button_down[button]) state.button_released[button] = true;
+  state.button_down[button] = down;
+}
+
+// Whoever loses the focus never hears of the keys let go meanwhile.
+void release_all(InputState& state) {
+  for (int code = 0; code < kKeys; ++code) apply_key(state, code, false);
+  for (int button = 0; button < kButtons; ++button) apply_button(state, button, false);
+}
+
+void apply(InputState& state, const InputEvent& event) {
+  switch (event.type) {
+    case InputEvent::Type::kKey: apply_key(state, event.code, event.value != 0); break;
+    case InputEvent::Type::kButton: apply_button(state, event.code, event.value != 0); break;
+    case InputEvent::Type::kPointer:
+      state.pointer_space = event.space;
+      state.pointer_x = event.x;
+      state.pointer_y = event.y;
+      break;
+    case InputEvent::Type::kText: state.text += event.text; break;
+    case InputEvent::Type::kFocus:
+      state.has_focus = event.value != 0;
+      if (!state.has_focus) release_all(state);
+      break;
+    case InputEvent::Type::kWindowSize:
+      state.window_width = event.code;
+      state.window_height = event.value;
+      break;
+    case InputEvent::Type::kWheel: state.wheel += event.code; break;
+  }
+}
+
+void clear_edges(InputState& state) {
+  std::fill(std::begin(state.key_pressed), std::end(state.key_pressed), false);
+  std::fill(std::begin(state.key_released), std::end(state.key_released), false);
+  std::fill(std::begin(state.button_pressed), std::end(state.button_pressed), false);
+  std::fill(std::begin(state.button_released), std::end(state.button_released), false);
+  state.text.clear();
+  state.wheel = 0;
+}
+
+}  // namespace
+
+void push_input(const InputEvent& event) { queue.push_back(event); }
+
+void push_key(int code, bool down) {
+  InputEvent event;
+  event.code = code;
+  event.value = down ? 1 : 0;
+  push_input(event);
+}
+
+void push_button(int button, bool down) {
+  InputEvent event;
+  event.type = InputEvent::Type::kButton;
+  event.code = button;
+  event.value = down ? 1 : 0;
+  push_input(event);
+}
+
+void push_pointer(PointerSpace space, double x, double y) {
+  InputEvent event;
+  event.type = InputEvent::Type::kPointer;
+  event.space = space;
+  event.x = x;
+  event.y = y;
+  push_input(event);
+}
+
+void begin_input_frame() {
+  InputState& state = input_state();
+  clear_edges(state);
+  applied.swap(queue);
+  queue.clear();
+  for (const InputEvent& event : applied) apply(state, event);
+}
+
+const std::vector<InputEvent>& applied_input() { return applied; }
+
+void reset_input() {
+  InputState& state = input_state();
+  clear_edges(state);
+  std::fill(std::begin(state.key_down), std::end(state.key_down), false);
+  std::fill(std::begin(state.button_down), std::end(state.button_down), false);
+  state.last_key = 0;
+  queue.clear();
+}
+
+InputState& input_state() {
+  static InputState state;
+  return state;
+}
+
+bool key_test(const bool (&keys)[kKeys], int code) {
+  if (code == kVkAnyKey) return std::any_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
+  if (code == kVkNoKey) return std::none_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
+  return in_range(code, kKeys) && keys[code];
+}
+
+}  // namespace arena

@@ -1,0 +1,52 @@
+#pragma once
+// The one input queue and the state that scripts read. Every change of keys, buttons, pointer, text and window enters through
+// push_input and takes effect at the start of the next frame, so that a recording of the queue is a recording of the player.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace arena {
+
+inline constexpr int kKeys = 256;     // key codes: letters and digits by their ASCII capitals, others as the vk_ constants
+inline constexpr int kButtons = 4;    // 1 left, 2 right, 3 middle
+inline constexpr int kVkNoKey = 0, kVkAnyKey = 1;
+
+enum class PointerSpace : std::uint8_t { kWindow, kRoom, kGui };
+
+struct InputEvent {
+  enum class Type : std::uint8_t { kKey, kButton, kPointer, kText, kFocus, kWindowSize, kWheel } type = Type::kKey;
+  std::int32_t code = 0;  // key code, button, width, wheel steps
+  std::int32_t value = 0;  // 1 down, 0 up; focus gained; height
+  PointerSpace space = PointerSpace::kWindow;
+  double x = 0, y = 0;
+  std::string text;
+};
+
+struct InputState {
+  bool key_down[kKeys] = {}, key_pressed[kKeys] = {}, key_released[kKeys] = {};
+  bool button_down[kButtons] = {}, button_pressed[kButtons] = {}, button_released[kButtons] = {};
+  std::int32_t last_key = 0;
+  std::int32_t wheel = 0;  // steps up in this frame; down is negative
+  PointerSpace pointer_space = PointerSpace::kWindow;
+  double pointer_x = 0, pointer_y = 0;
+  std::string text;        // typed in this frame, UTF-8
+  bool has_focus = true;
+  std::int32_t window_width = 1280, window_height = 720;
+};
+
+void push_input(const InputEvent& event);
+void push_key(int code, bool down);
+void push_button(int button, bool down);
+void push_pointer(PointerSpace space, double x, double y);
+// Applies the queue; edges last for this frame.
+void begin_input_frame();
+// The events that begin_input_frame applied last: what a recorder writes.
+const std::vector<InputEvent>& applied_input();
+// Forgets edges, keys held and queued events, as a restart does.
+void reset_input();
+InputState& input_state();
+
+// "Any" and "no key" counted in.
+bool key_test(const bool (&keys)[kKeys], int code);
+
+}  // namespace arena

@@ -1,0 +1,91 @@
+#include "runtime/instances_loop/object_type.h"
+
+#include <algorithm>
+#include <set>
+
+namespace arena {
+namespace {
+
+// Events that are called for one instance at its own moment, not in a pass over all.
+bool runs_in_passes(EventKind kind) {
+  return kind != EventKind::kPreCreate && kind != EventKind::kCreate && kind != EventKind::kDestroy && kind != EventKind::kCleanUp;
+}
+
+std::int32_t find_object(std::string_view name) { return object_types().find(name); }
+
+}  // namespace
+
+ObjectTypes& object_types() {
+  static ObjectTypes types;
+  return types;
+}
+
+const BoundEvent* ObjectType::find_event(EventKey key) const {
+  const auto place = std::lower_bound(events.begin(), events.end(), key, [](const BoundEvent& event, const EventKey& wanted) { return event.key < wanted; });
+  return place != events.end() && place->key == key ? &*place : nullptr;
+}
+
+bool ObjectType::descends_from(std::int32_t ancestor) const {
+  return std::find(lineage.begin(), lineage.end(), ancestor) != lineage.end();
+}
+
+std::int32_t ObjectTypes::find(std::string_view name) const {
+  for (const auto& type : types_) {
+    if (type->definition.name == name) return type->index;
+  }
+  return -1;
+}
+
+std::vector<std::string> ObjectTypes::define(std::vector<ObjectDefinition> definitions) {
+  std::vector<std::string> problems;
+  types_.clear();
+  lists_.clear();
+  for (ObjectDefinition& definition : definitions) {
+    if (find(definition.name) >= 0) problems.push_back("object '" + definition.name + "' is defined twice");
+    auto type = std::make_unique<ObjectType>();
+    type->definition = std::move(definition);
+    type->index = count();
+    types_.push_back(std::move(type));
+  }
+  for (const auto& type : types_) {
+    std::int32_t at = type->index;
+    while (at >= 0 && !type->descends_from(at)) {
+      type->lineage.push_back(at);
+      at = has(at) ? this->at(at).definition.parent : -1;
+      if (at >= count()) {
+        problems.push_back("object '" + type->definition.name + "' has an unknown parent");
+        at = -1;
+      }
+    }
+    if (at >= 0) problems.push_back("object '" + type->definition.name + "' is its own ancestor");
+  }
+  for (const auto& type : types_) bind_events(*type, problems);
+  return problems;
+}
+
+void ObjectTypes::bind_events(ObjectType& type, std::vector<std::string>& problems) {
+  std::set<EventKey> bound;
+  for (const std::int32_t owner : type.lineage) {
+    const ObjectDefinition& definition = at(owner).definition;
+    for (const std::string& event : definition.events) {
+      const auto key = parse_event(event, find_object);
+      if (!key) {
+        if (owner == type.index) problems.push_back("object '" + definition.name + "' names an event that does not exist: '" + event + "'");
+        continue;
+      }
+      const std::string name = "ksl_Object_" + definition.name + "_" + event;
+      const CompiledFunction* function = find_handler(name);
+      if (function == nullptr) {
+        if (owner == type.index) problems.push_back("object '" + definition.name + "' has no code for event '" + event + "'");
+        continue;
+      }
+      if (bound.insert(*key).second) type.events.push_back({*key, function, owner});
+    }
+  }
+  std::sort(type.events.begin(), type.events.end(), [](const BoundEvent& a, const BoundEvent& b) { return a.key < b.key; });
+  for (const BoundEvent& event : type.events) {
+    if (runs_in_passes(event.key.kind)) type.lists.push_back(&lists_[event.key]);
+  }
+}
+
+}  // namespace arena

@@ -1,0 +1,68 @@
+#pragma once
+// Object types: name, parent, defaults of new instances, and the table of event handlers with inheritance resolved.
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "runtime/arrays_structs/shape.h"
+#include "runtime/instances_loop/events.h"
+#include "runtime/variables_calls/functions.h"
+
+namespace arena {
+
+class CInstance;
+
+// What the data says of an object type. Events name handlers that the compiled function table must hold.
+struct ObjectDefinition {
+  std::string name;
+  std::int32_t parent = -1, sprite = -1, mask = -1;
+  bool visible = true, solid = false, persistent = false;
+  std::vector<std::string> events;  // "Create_0", "Collision_oParentEnemy"
+};
+
+struct BoundEvent {
+  EventKey key;
+  const CompiledFunction* function;
+  std::int32_t owner;  // the object whose handler it is: this one or an ancestor
+};
+
+// All instances that take part in one event, whatever their types, in order of creation. Dead ones leave at the end of the frame.
+using EventList = std::vector<CInstance*>;
+
+struct ObjectType {
+  ObjectDefinition definition;
+  std::int32_t index = -1;
+  std::vector<std::int32_t> lineage;       // itself, its parent, and so on
+  std::vector<BoundEvent> events;          // in order of their keys
+  std::vector<EventList*> lists;           // one for each event that runs in passes
+  std::vector<CInstance*> instances;       // of this type and its children, in order of creation, dead ones until the frame's end
+  std::int32_t live_count = 0;
+  std::size_t typical_row = 0;             // variables that an instance of this type ended up with: room made at once
+
+  const BoundEvent* find_event(EventKey key) const;
+  bool descends_from(std::int32_t ancestor) const;
+};
+
+// The table of types. Defining replaces all; problems (unknown parents, circles, events without code) are listed, one line each.
+class ObjectTypes {
+ public:
+  std::vector<std::string> define(std::vector<ObjectDefinition> definitions);
+  std::int32_t count() const { return static_cast<std::int32_t>(types_.size()); }
+  bool has(std::int32_t index) const { return index >= 0 && index < count(); }
+  ObjectType& at(std::int32_t index) { return *types_[static_cast<std::size_t>(index)]; }
+  std::int32_t find(std::string_view name) const;  // -1: none
+  // The list of an event's participants; made on demand.
+  EventList& list(EventKey key) { return lists_[key]; }
+  std::map<EventKey, EventList>& lists() { return lists_; }
+
+ private:
+  void bind_events(ObjectType& type, std::vector<std::string>& problems);
+  std::vector<std::unique_ptr<ObjectType>> types_;
+  std::map<EventKey, EventList> lists_;
+};
+
+ObjectTypes& object_types();
+
+}  // namespace arena

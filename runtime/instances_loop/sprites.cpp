@@ -1,0 +1,27 @@
+#include "runtime/instances_loop/sprites.h"
+
+#include <algorithm>
+
+#include "runtime/values/elementary.h"
+
+namespace arena {
+
+std::vector<SpriteInfo>& sprite_infos() {
+  static std::vector<SpriteInfo> infos;
+  return infos;
+}
+
+const SpriteInfo* find_sprite(std::int32_t index) {
+  const std::vector<SpriteInfo>& infos = sprite_infos();
+  if (index < 0 || static_cast<std::size_t>(index) >= infos.size()) return nullptr;
+  const SpriteInfo& info = infos[static_cast<std::size_t>(index)];
+  return info.name.empty() ? nullptr : &info;
+}
+
+void finish_sprite_info(SpriteInfo& sprite) {
+  const double across = std::max(sprite.origin_x - sprite.left, sprite.right - sprite.origin_x);
+  const double down = std::max(sprite.origin_y - sprite.top, sprite.bottom - sprite.origin_y);
+  sprite.radius = elementary::sqrt(across * across + down * down);
+}
+
+}  // namespace arena

@@ -1,0 +1,249 @@
+#include "runtime/instances_loop/world.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "runtime/arrays_structs/collector.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/instances_loop/builtin_variables.h"
+#include "runtime/instances_loop/cameras.h"
+#include "runtime/instances_loop/input_state.h"
+#include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/resolve.h"
+#include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/report.h"
+
+namespace arena {
+namespace {
+
+// Fields that arrive with a creation reach built-in variables too.
+void write_fields(CInstance& instance, PropertyObject& fields) {
+  for (const std::int32_t id : fields.variable_ids()) {
+    const RValue value(*fields.find_variable(id));
+    var_set(RValue::of_object(&instance), id, kNoIndex, value);
+  }
+}
+
+void drop_dead(std::vector<CInstance*>& list) {
+  list.erase(std::remove_if(list.begin(), list.end(), [](const CInstance* instance) { return !instance->is_alive; }), list.end());
+}
+
+constexpr std::string_view kGlobalScriptPrefix = "ksl_GlobalScript_";
+
+void run_global_scripts() {
+  for (std::int32_t i = 0; i < script_count(); ++i) {
+    if (!std::string_view(script_at(i).name).starts_with(kGlobalScriptPrefix)) continue;
+    RValue ignored;
+    script_at(i).script(global_object(), nullptr, ignored, 0, nullptr);
+  }
+}
+
+}  // namespace
+
+World& world() {
+  static World* const instance = new World;  // outlives every static object that still names instances
+  return *instance;
+}
+
+CInstance* World::find(std::int32_t id) {
+  const std::uint32_t place = static_cast<std::uint32_t>(id - kFirstInstanceId);
+  if (place / 1024 >= pages_.size() || pages_[place / 1024] == nullptr) return nullptr;
+  return pages_[place / 1024]->slots[place % 1024];
+}
+
+CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
+                         WBObjectBase* creator) {
+  ObjectType& type = object_types().at(object);
+  CInstance* instance = new CInstance;
+  instance->is_root = true;
+  instance->id = next_id_++;
+  instance->type = &type;
+  instance->x = instance->xprevious = instance->xstart = x;
+  instance->y = instance->yprevious = instance->ystart = y;
+  instance->layer = layer;
+  const Layer* on = find_layer(layer);
+  instance->depth = on != nullptr ? on->depth : depth;
+  instance->sprite_index = type.definition.sprite;
+  instance->mask_index = type.definition.mask;
+  instance->visible = type.definition.visible;
+  instance->solid = type.definition.solid;
+  instance->persistent = type.definition.persistent;
+  instance->reserve_row(type.typical_row);
+
+  const std::uint32_t place = static_cast<std::uint32_t>(instance->id - kFirstInstanceId);
+  if (place / 1024 >= pages_.size()) pages_.resize(place / 1024 + 1);
+  if (pages_[place / 1024] == nullptr) pages_[place / 1024] = std::make_unique<Page>();
+  pages_[place / 1024]->slots[place % 1024] = instance;
+  ++pages_[place / 1024]->used;
+  all_.push_back(instance);
+  ++live_count_;
+  for (const std::int32_t ancestor : type.lineage) {
+    object_types().at(ancestor).instances.push_back(instance);
+    ++object_types().at(ancestor).live_count;
+  }
+  for (EventList* list : type.lists) list->push_back(instance);
+  by_depth_[instance->depth].push_back(instance);
+
+  if (fields != nullptr) write_fields(*instance, *fields);
+  run_event(*instance, creator, {EventKind::kPreCreate, 0});
+  if (instance->is_alive) run_event(*instance, creator, {EventKind::kCreate, 0});
+  type.typical_row = std::max(type.typical_row, std::min(instance->variable_count(), kLongestRow));
+  return instance;
+}
+
+void World::unlist(CInstance& instance) {
+  instance.is_alive = false;
+  instance.is_root = false;
+  has_dead_ = true;
+  --live_count_;
+  for (const std::int32_t ancestor : instance.type->lineage) --object_types().at(ancestor).live_count;
+  const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
+  std::unique_ptr<Page>& page = pages_[place / 1024];
+  page->slots[place % 1024] = nullptr;
+  if (--page->used == 0 && place / 1024 + 1 < pages_.size()) page.reset();
+}
+
+void World::destroy(CInstance& instance, bool runs_destroy_event) {
+  if (!instance.is_alive) return;
+  unlist(instance);
+  WBObjectBase* const self = &instance;
+  if (runs_destroy_event) run_event(instance, self, {EventKind::kDestroy, 0});
+  run_event(instance, self, {EventKind::kCleanUp, 0});
+}
+
+Layer* World::find_layer(std::string_view name) {
+  const auto found = std::find_if(layers.begin(), layers.end(), [&](const Layer& layer) { return layer.name == name; });
+  return found == layers.end() ? nullptr : &*found;
+}
+
+Layer* World::find_layer(std::int32_t id) {
+  const auto found = std::find_if(layers.begin(), layers.end(), [&](const Layer& layer) { return layer.id == id; });
+  return found == layers.end() ? nullptr : &*found;
+}
+
+std::int32_t World::add_layer(const Layer& layer) {
+  layers.push_back(layer);
+  layers.back().id = next_layer_id_++;
+  return layers.back().id;
+}
+
+void World::depth_changed(CInstance& instance, double old_depth) {
+  std::vector<CInstance*>& from = by_depth_[old_depth];
+  from.erase(std::remove(from.begin(), from.end(), &instance), from.end());
+  std::vector<CInstance*>& to = by_depth_[instance.depth];
+  const auto by_id = [](const CInstance* left, const CInstance* right) { return left->id < right->id; };
+  to.insert(std::upper_bound(to.begin(), to.end(), &instance, by_id), &instance);
+}
+
+void World::forget_dead() {
+  if (!has_dead_) return;
+  has_dead_ = false;
+  drop_dead(all_);
+  for (std::int32_t i = 0; i < object_types().count(); ++i) drop_dead(object_types().at(i).instances);
+  for (auto& [key, list] : object_types().lists()) drop_dead(list);
+  for (auto bucket = by_depth_.begin(); bucket != by_depth_.end();) {
+    drop_dead(bucket->second);
+    bucket = bucket->second.empty() ? by_depth_.erase(bucket) : std::next(bucket);
+  }
+}
+
+void World::run_for_all(EventKey key) {
+  const std::vector<CInstance*> snapshot = all_;
+  for (CInstance* instance : snapshot) {
+    if (instance->is_alive) run_event(*instance, instance, key);
+  }
+}
+
+void World::leave_room() {
+  run_for_all({EventKind::kOther, kOtherRoomEnd});
+  const std::vector<CInstance*> snapshot = all_;
+  for (CInstance* instance : snapshot) {
+    if (instance->is_alive && instance->persistent < 0.5) destroy(*instance, false);
+  }
+  forget_dead();
+}
+
+void World::enter_room(std::int32_t next) {
+  if (room >= 0) leave_room();
+  const RoomDefinition& definition = rooms[static_cast<std::size_t>(next)];
+  const bool is_first = room < 0;
+  room = next;
+  room_width = definition.width;
+  room_height = definition.height;
+  layers.clear();
+  std::vector<std::int32_t> layer_ids;
+  for (const Layer& layer : definition.layers) layer_ids.push_back(add_layer(layer));
+  reset_cameras(definition.view_width, definition.view_height);
+  for (const RoomInstance& placed : definition.instances) {
+    const bool has_layer = placed.layer >= 0 && static_cast<std::size_t>(placed.layer) < layer_ids.size();
+    // A persistent object that came along is not made a second time.
+    const ObjectType& type = object_types().at(placed.object);
+    if (type.definition.persistent && type.live_count > 0) continue;
+    CInstance* made = create(placed.x, placed.y, has_layer ? layer_ids[static_cast<std::size_t>(placed.layer)] : -1, 0, placed.object, nullptr, nullptr);
+    made->image_angle += placed.angle;
+    made->image_xscale *= placed.xscale;
+    made->image_yscale *= placed.yscale;
+  }
+  if (is_first) run_for_all({EventKind::kOther, kOtherGameStart});
+  run_for_all({EventKind::kOther, kOtherRoomStart});
+}
+
+void World::start_game(std::int32_t starting_room) {
+  run_global_scripts();
+  first_room = starting_room;
+  room = -1;
+  enter_room(starting_room);
+}
+
+void World::restart_game() {
+  run_for_all({EventKind::kOther, kOtherRoomEnd});
+  run_for_all({EventKind::kOther, kOtherGameEnd});
+  const std::vector<CInstance*> snapshot = all_;
+  for (CInstance* instance : snapshot) destroy(*instance, false);
+  forget_dead();
+  for (void (*hook)() : restart_hooks) hook();
+  global_object()->clear_variables();
+  reset_statics();
+  reset_input();
+  room_wanted = -1;
+  start_game(first_room);
+}
+
+void World::carry_out_requests() {
+  // A room may send on to the next one from its Create events; the bound only breaks endless circles.
+  for (int changes = 0; changes < 100 && (restart_wanted || room_wanted >= 0); ++changes) {
+    if (restart_wanted) {
+      restart_wanted = false;
+      restart_game();
+    } else {
+      const std::int32_t next = room_wanted;
+      room_wanted = -1;
+      enter_room(next);
+    }
+  }
+  if (ended) run_for_all({EventKind::kOther, kOtherGameEnd});
+}
+
+std::int32_t instance_id_of(const WBObjectBase& object) { return static_cast<const CInstance&>(object).id; }
+
+CInstance* resolve_instance(std::int32_t number) {
+  if (number >= kFirstInstanceId) return world().find(number);
+  if (!object_types().has(number)) return nullptr;
+  for (CInstance* instance : object_types().at(number).instances) {
+    if (instance->is_alive) return instance;
+  }
+  return nullptr;
+}
+
+PropertyObject* resolve_instance_object(std::int32_t number) { return resolve_instance(number); }
+CInstance* instance_of(WBObjectBase* object) {
+  return object != nullptr && object->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(object) : nullptr;
+}
+bool is_instance_ref(const RValue& value) { return value.kind() == kRef && (value.ref_type() == kInstanceRefType || value.ref_type() == kObjectRefType); }
+std::string_view object_type_name(std::int32_t index) {
+  return object_types().has(index) ? std::string_view(object_types().at(index).definition.name) : std::string_view("<undefined>");
+}
+std::string_view object_name_of(const CInstance& instance) { return instance.type->definition.name; }
+
+}  // namespace arena

@@ -1,0 +1,108 @@
+#pragma once
+// The world that scripts live in: rooms and layers, the instances alive, and what happens to them at the frame's seams.
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "runtime/instances_loop/instance.h"
+#include "runtime/instances_loop/object_type.h"
+
+namespace arena {
+
+struct Layer {
+  std::int32_t id = -1;
+  std::string name;
+  double depth = 0;
+  bool visible = true;
+  std::int32_t background_sprite = -1;  // -1: no background on this layer
+  bool background_tiled = false;
+  std::uint32_t background_color = 0xFFFFFF;
+};
+
+struct RoomInstance {
+  std::int32_t object = -1, layer = -1;  // layer: place in the room's list
+  double x = 0, y = 0, angle = 0, xscale = 1, yscale = 1;
+};
+
+struct RoomDefinition {
+  std::string name;
+  std::int32_t width = 0, height = 0;
+  std::int32_t view_width = 1920, view_height = 1080;
+  std::uint32_t color = 0;
+  bool persistent = false;
+  std::vector<Layer> layers;
+  std::vector<RoomInstance> instances;  // in order of creation
+};
+
+class World {
+ public:
+  std::vector<RoomDefinition> rooms;  // index is the room's number
+  std::int32_t room = -1;             // the current one; -1 before the first
+  std::int32_t first_room = 0;
+  double room_width = 0, room_height = 0;
+  std::vector<Layer> layers;          // of the current room, in no order
+  bool ended = false;                 // game_end was called: no frame runs any more
+  std::int32_t room_wanted = -1;      // room_goto takes effect at the end of the frame
+  bool restart_wanted = false;
+
+  CInstance* find(std::int32_t id);
+  // Creates on a layer (or at a depth, with layer -1), writes `fields` before Create, runs Create. Never null.
+  CInstance* create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields, WBObjectBase* creator);
+  // Runs Destroy (when asked to) and Clean Up; from here on nothing finds the instance. Destroying twice is harmless.
+  void destroy(CInstance& instance, bool runs_destroy_event);
+  Layer* find_layer(std::string_view name);
+  Layer* find_layer(std::int32_t id);
+  std::int32_t add_layer(const Layer& layer);
+
+  // Room and game.
+  void start_game(std::int32_t starting_room);
+  void enter_room(std::int32_t next);
+  void restart_game();
+  // What room_goto, game_restart and game_end asked for; called at the end of the frame.
+  void carry_out_requests();
+
+  // Every live instance in order of creation.
+  const std::vector<CInstance*>& all() const { return all_; }
+  std::int32_t live_count() const { return live_count_; }
+  // Instances to draw by depth, greatest first; each list in order of creation.
+  const std::map<double, std::vector<CInstance*>, std::greater<>>& by_depth() const { return by_depth_; }
+  void depth_changed(CInstance& instance, double old_depth);
+  // Drops the dead from every list: between frames only.
+  void forget_dead();
+  // Called when the game restarts, so that services forget what belongs to a run.
+  std::vector<void (*)()> restart_hooks;
+
+ private:
+  void unlist(CInstance& instance);
+  void leave_room();
+  void run_for_all(EventKey key);
+
+  struct Page {
+    CInstance* slots[1024] = {};
+    int used = 0;
+  };
+  std::vector<std::unique_ptr<Page>> pages_;  // by id: finding is two loads
+  std::int32_t next_id_ = 100000;
+  std::vector<CInstance*> all_;
+  std::int32_t live_count_ = 0;
+  bool has_dead_ = false;
+  std::map<double, std::vector<CInstance*>, std::greater<>> by_depth_;
+  std::int32_t next_layer_id_ = 0;
+};
+
+World& world();
+
+// Runs one handler for an instance, with the event named in reports and inherited handlers within reach.
+void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event);
+// Runs the handler that the instance's type has for the event; false when there is none.
+bool run_event(CInstance& self, WBObjectBase* other, EventKey key);
+// Runs the parent's handler of the event that runs now; nothing when there is none.
+void run_inherited_event();
+// What an error of a handler does: by default it goes on to the caller. The console's sink keeps it and lets the frame go on.
+using ScriptErrorSink = void (*)(const class WBKSLException& error);
+void set_script_error_sink(ScriptErrorSink sink);
+
+}  // namespace arena

@@ -1,0 +1,242 @@
+#pragma once
+// How scripts are defined. Each macro makes one named entry of the compiled function table, opens its call-stack frame and runs the
+// body that follows.
+//
+//   EVENT(oFader, Step_0) { ... }                                the handler ksl_Object_oFader_Step_0; `self` and `other` are instances
+//   SCRIPT(Approach, Real from, Real to, Real amount) { ... }    the script ksl_Script_Approach, declared before as
+//                                                                extern const Script<Real(Real, Real, Real)> Approach;
+//   METHOD(oPlayer, startDash) { ... }                           a method: `self[startDash] = method(oPlayer_startDash)`
+//   CONSTRUCTOR(Weapon, Value label, Value stats) { ... }        `self` is the new struct; made with Weapon.make(...) or create
+//   GLOBAL_SCRIPT(SPATIAL_HASH) { ... }                          runs once when the game starts, before the first room
+#include <tuple>
+
+#include "runtime/arrays_structs/method.h"
+#include "runtime/script/handles.h"
+
+namespace arena::script {
+
+// How an argument enters a body: known kinds are converted, a Value takes anything. A missing one reads undefined.
+template <class T>
+T unpack_argument(std::int32_t argc, const RValue** args, std::size_t at) {
+  static const RValue missing;
+  const RValue& value = at < static_cast<std::size_t>(argc) ? *args[at] : missing;
+  if constexpr (std::is_same_v<T, Real>) {
+    return to_real(value);
+  } else if constexpr (std::is_same_v<T, bool>) {
+    return to_bool(value);
+  } else {
+    return T(Value(value));
+  }
+}
+
+// All arguments of a call, for scripts that count them.
+struct Arguments {
+  std::int32_t count;
+  const RValue** values;
+  Value operator[](std::int32_t at) const { return at < count ? Value(*values[at]) : Value(); }
+};
+
+template <class Body>
+struct Entry;
+template <class Result, class SelfType, class... Parameters>
+struct Entry<Result (*)(SelfType, ObjectSelf, Parameters...)> {
+  template <std::size_t... Index>
+  static RValue& call(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObjectBase* self, WBObjectBase* other, RValue& result,
+                      std::int32_t argc, const RValue** args, std::index_sequence<Index...>) {
+    if constexpr (std::is_void_v<Result>) {
+      body(to_self(self), ObjectSelf(other), unpack_argument<Parameters>(argc, args, Index)...);
+    } else {
+      result = as_value(body(to_self(self), ObjectSelf(other), unpack_argument<Parameters>(argc, args, Index)...));
+    }
+    return result;
+  }
+  static SelfType to_self(WBObjectBase* self) {
+    if constexpr (std::is_same_v<SelfType, Self>) {
+      return Self(instance_of(self));
+    } else {
+      return SelfType(self);
+    }
+  }
+};
+
+// A script as compiled code knows it: called like a function, and usable as a value (its number).
+template <class Signature>
+class Script;
+template <class Result, class... Parameters>
+class Script<Result(Parameters...)> {
+ public:
+  using Body = Result (*)(ObjectSelf, ObjectSelf, Parameters...);
+  using ResultType = Result;
+  Script(const char* name, const char* file, Body body, ScriptFunction entry) : function_(name, file, entry), body_(body) {}
+
+  // Missing arguments read undefined.
+  template <class... Given>
+    requires(sizeof...(Given) <= sizeof...(Parameters))
+  Result operator()(Given&&... given) const {
+    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
+    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+    return run(self, other, std::index_sequence_for<Parameters...>(), static_cast<Given&&>(given)...);
+  }
+  operator Value() const { return Value(Real(kFirstScriptNumber + function_.index)); }
+  CompiledFunction& function() const { return function_; }
+
+ private:
+  template <std::size_t... Index, class... Given>
+  Result run(WBObjectBase* self, WBObjectBase* other, std::index_sequence<Index...>, Given&&... given) const {
+    [[maybe_unused]] std::tuple<Given&&...> pack(static_cast<Given&&>(given)...);
+    std::tuple<Parameters...> arguments(convert<Index, Parameters>(pack)...);
+    const FrameScope frame(function_.name, self, other);
+    return std::apply([&](auto&... each) { return body_(ObjectSelf(self), ObjectSelf(other), static_cast<Parameters&&>(each)...); }, arguments);
+  }
+  template <std::size_t Index, class Parameter, class Pack>
+  static Parameter convert(Pack& pack) {
+    if constexpr (Index < std::tuple_size_v<Pack>) {
+      using Given = std::tuple_element_t<Index, Pack>;
+      if constexpr (std::is_same_v<Parameter, Real> && Dynamic<Given>) {
+        return to_real(as_value(std::get<Index>(pack)));
+      } else if constexpr (std::is_same_v<Parameter, Value>) {
+        return Value(as_value(static_cast<Given>(std::get<Index>(pack))));
+      } else {
+        return Parameter(static_cast<Given>(std::get<Index>(pack)));
+      }
+    } else {
+      return unpack_argument<Parameter>(0, nullptr, Index);
+    }
+  }
+  mutable CompiledFunction function_;
+  Body body_;
+};
+
+// A method's code, before it is bound.
+class Method {
+ public:
+  Method(const char* name, const char* file, ScriptFunction entry) : function_(name, file, entry) {}
+  CompiledFunction& function() const { return function_; }
+
+ private:
+  mutable CompiledFunction function_;
+};
+
+// A constructor: Weapon.make("Pistol", stats) is `new Weapon("Pistol", stats)`.
+class Constructor {
+ public:
+  Constructor(const char* name, const char* file, ScriptFunction entry) : function_(name, file, entry, true) {}
+  template <class... Given>
+  Value make(const Given&... given) const {
+    const Value values[sizeof...(Given) + 1] = {Value(as_value(given))..., Value()};
+    const RValue* pointers[sizeof...(Given) + 1];
+    for (std::size_t i = 0; i < sizeof...(Given); ++i) pointers[i] = &values[i];
+    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->self : nullptr;
+    return construct(other, function_, static_cast<std::int32_t>(sizeof...(Given)), pointers);
+  }
+  CompiledFunction& function() const { return function_; }
+
+ private:
+  mutable CompiledFunction function_;
+};
+
+// A closure over `self`, to be stored in a variable.
+inline Value bind(const ObjectSelf& self, const Method& code) {
+  Value closure;
+  make_method(closure, code.function(), self.object());
+  return closure;
+}
+inline Value bind(const Self& self, const Method& code) { return bind(ObjectSelf(instance_of(Value(self).object)), code); }
+
+// The static variables of a script: statics(getTarnCamera)[camera].
+template <class Callable>
+ObjectSelf statics(const Callable& callable) {
+  return ObjectSelf(statics_of(callable.function()));
+}
+
+// `self` of a method is an instance when it belongs to an object type, else whatever it is bound to.
+template <class Owner>
+struct SelfOf {
+  using Type = ObjectSelf;
+};
+template <>
+struct SelfOf<ObjectName> {
+  using Type = Self;
+};
+
+}  // namespace arena::script
+
+// The scripts of the game live here; the names of the script layer are within reach, and hide the C library's.
+namespace arena::game {
+using namespace arena::script;
+}
+
+#define ARENA_CAT(a, b) a##b
+
+#define EVENT(object, event)                                                                                        \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                              \
+  namespace arena::game {                                                                                           \
+  struct Event_##object##_##event {                                                                                 \
+    static void body(Self self, Instance other);                                                                   \
+  };                                                                                                                \
+  static CompiledFunction registered_##object##_##event{"ksl_Object_" #object "_" #event, __FILE__,                 \
+                                                        &ksl_Object_##object##_##event};                            \
+  }                                                                                                                 \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other) {                             \
+    const arena::FrameScope frame(arena::game::registered_##object##_##event.name, self, other);                    \
+    arena::game::Event_##object##_##event::body(arena::script::Self(self), arena::script::Instance(other));         \
+  }                                                                                                                 \
+  void arena::game::Event_##object##_##event::body([[maybe_unused]] Self self, [[maybe_unused]] Instance other)
+
+// The boxed entry beside a body: opens the frame and unpacks the arguments.
+#define ARENA_ENTRY(holder, full_name)                                                                                        \
+  static RValue& entry(WBObjectBase* self_object, WBObjectBase* other_object, RValue& result, std::int32_t argc, const RValue** args) { \
+    const FrameScope frame(full_name, self_object, other_object);                                                             \
+    return call_entry(&holder::body, self_object, other_object, result, argc, args);                                          \
+  }
+
+namespace arena::script {
+template <class Result, class SelfType, class... Parameters>
+RValue& call_entry(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObjectBase* self, WBObjectBase* other, RValue& result,
+                   std::int32_t argc, const RValue** args) {
+  return Entry<Result (*)(SelfType, ObjectSelf, Parameters...)>::call(body, self, other, result, argc, args,
+                                                                      std::index_sequence_for<Parameters...>());
+}
+}  // namespace arena::script
+
+#define SCRIPT(name, ...)                                                                                              \
+  namespace arena::game {                                                                                              \
+  struct Script_##name {                                                                                               \
+    static decltype(name)::ResultType body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);              \
+    ARENA_ENTRY(Script_##name, "ksl_Script_" #name)                                                                    \
+  };                                                                                                                   \
+  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::body, &Script_##name::entry};              \
+  }                                                                                                                    \
+  decltype(arena::game::name)::ResultType arena::game::Script_##name::body([[maybe_unused]] ObjectSelf self,           \
+                                                                           [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+
+#define METHOD(owner, name, ...)                                                                                         \
+  namespace arena::game {                                                                                                \
+  struct Method_##owner##_##name {                                                                                       \
+    static Value body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__); \
+    ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                 \
+  };                                                                                                                     \
+  const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                \
+  }                                                                                                                      \
+  arena::script::Value arena::game::Method_##owner##_##name::body(                                                       \
+      [[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+
+#define CONSTRUCTOR(name, ...)                                                                          \
+  namespace arena::game {                                                                               \
+  struct Constructor_##name {                                                                           \
+    static void body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);                     \
+    ARENA_ENTRY(Constructor_##name, "ksl_Script_" #name)                                                \
+  };                                                                                                    \
+  const Constructor name{"ksl_Script_" #name, __FILE__, &Constructor_##name::entry};                    \
+  }                                                                                                     \
+  void arena::game::Constructor_##name::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+
+#define GLOBAL_SCRIPT(file)                                                                              \
+  namespace arena::game {                                                                                \
+  struct GlobalScript_##file {                                                                           \
+    static void body(ObjectSelf self, ObjectSelf other);                                                 \
+    ARENA_ENTRY(GlobalScript_##file, "ksl_GlobalScript_" #file)                                          \
+  };                                                                                                     \
+  [[maybe_unused]] static CompiledFunction registered_##file{"ksl_GlobalScript_" #file, __FILE__, &GlobalScript_##file::entry}; \
+  }                                                                                                      \
+  void arena::game::GlobalScript_##file::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other)

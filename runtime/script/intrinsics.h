@@ -1,0 +1,94 @@
+#pragma once
+// Functions that compile straight into script code because the hot loops of a game call them millions of times a second: arithmetic,
+// array and grid access. Each is also in the table of built-in functions, where it is the same code behind argument checks.
+#include <algorithm>
+
+#include "runtime/arrays_structs/containers.h"
+#include "runtime/instances_loop/random.h"
+#include "runtime/script/define.h"
+#include "runtime/values/elementary.h"
+#include "runtime/values/text.h"
+
+namespace arena::script {
+
+// Numbers. Angles of the plain functions are radians, of the d- and length functions degrees.
+inline Real sin(Real angle) { return elementary::sin(angle.number()); }
+inline Real cos(Real angle) { return elementary::cos(angle.number()); }
+inline Real tan(Real angle) { return elementary::tan(angle.number()); }
+inline Real exp(Real power_of_e) { return elementary::exp(power_of_e.number()); }
+inline Real power(Real base, Real exponent) { return elementary::pow(base.number(), exponent.number()); }
+inline Real sqrt(Real number) { return elementary::sqrt(number.number()); }
+inline Real abs(Real number) { return std::fabs(number.number()); }
+inline Real floor(Real number) { return std::floor(number.number()); }
+inline Real ceil(Real number) { return std::ceil(number.number()); }
+inline Real sign(Real number) { return number > 0 ? 1 : number < 0 ? -1 : 0; }
+inline Real min(Real a, Real b) { return b.number() < a.number() ? b : a; }
+inline Real max(Real a, Real b) { return a.number() < b.number() ? b : a; }
+inline Real clamp(Real value, Real low, Real high) { return min(high, max(low, value)); }  // low above high gives high
+inline Real lerp(Real from, Real to, Real amount) { return from + (to - from) * amount; }
+inline Real degtorad(Real degrees) { return degrees * (elementary::kPi / 180.0); }
+
+// Points and directions: degrees, counter-clockwise, y downwards.
+inline Real point_direction(Real x1, Real y1, Real x2, Real y2) {
+  return arena::point_direction(x1.number(), y1.number(), x2.number(), y2.number());
+}
+inline Real point_distance(Real x1, Real y1, Real x2, Real y2) {
+  return arena::point_distance(x1.number(), y1.number(), x2.number(), y2.number());
+}
+inline Real lengthdir_x(Real length, Real angle) { return arena::lengthdir_x(length.number(), angle.number()); }
+inline Real lengthdir_y(Real length, Real angle) { return arena::lengthdir_y(length.number(), angle.number()); }
+
+// Chance. `random(x)` lies in [0, x); the integer ones include both ends.
+inline Real random(Real below) { return game_random().unit() * below.number(); }
+inline Real random_range(Real low, Real high) { return low + random(high - low); }
+inline Real irandom(Real high) { return static_cast<double>(game_random().integer(0, saturate_int64(high.number()))); }
+inline Real irandom_range(Real low, Real high) {
+  return static_cast<double>(game_random().integer(saturate_int64(low.number()), saturate_int64(high.number())));
+}
+template <class... Choices>
+Value choose(const Choices&... choices) {
+  const Value all[] = {Value(as_value(choices))...};
+  return all[game_random().integer(0, static_cast<std::int64_t>(sizeof...(Choices)) - 1)];
+}
+
+// Arrays, in place whoever holds them.
+inline bool is_array(const Value& value) { return value.is_array(); }
+inline Real array_length(const Value& array) { return array.is_array() && array.array != nullptr ? array.array->length : 0; }
+void array_push(const Value& array, const Value& element);
+Value array_create(Real length, const Value& fill = 0);
+void array_swap(const Value& array, Real first, Real second);
+
+// Grids.
+Value ds_grid_get(const Value& grid, Real column, Real row);
+void ds_grid_set(const Value& grid, Real column, Real row, const Value& value);
+
+inline bool is_undefined(const Value& value) { return value.RValue::is_undefined(); }
+inline bool instance_exists(const Value& target) {
+  if (target.kind_bits != kNumber && target.kind_bits != kObject) return false;
+  const CInstance* found = target.is_object() ? instance_of(target.object) : resolve_instance(to_int32(target));
+  return found != nullptr && found->is_alive;
+}
+// The value's text, as string() gives it.
+inline Value string(const Value& value) { return make_string(to_text(value)); }
+
+// Elements of an array, for `for (Value each : elements(list))`. The array may grow meanwhile; the loop ends at its old length.
+class Elements {
+ public:
+  explicit Elements(const Value& array) : array_(array), count_(saturate_int32(array_length(array).number())) {}
+  struct Iterator {
+    const ArrayRecord* array;
+    std::int32_t at;
+    const Value& operator*() const { return static_cast<const Value&>(array->elements[at]); }
+    Iterator& operator++() { return ++at, *this; }
+    bool operator!=(const Iterator& other) const { return at != other.at; }
+  };
+  Iterator begin() const { return {array_.array, 0}; }
+  Iterator end() const { return {array_.array, count_}; }
+
+ private:
+  RValue array_;
+  std::int32_t count_;
+};
+inline Elements elements(const Value& array) { return Elements(array); }
+
+}  // namespace arena::script

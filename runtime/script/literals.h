@@ -1,0 +1,47 @@
+#pragma once
+// Struct and array literals, and built-in functions as names: `make_struct({{name, "Pistol"}, {rarity, 2}})`, `array_of(1, 2, 3)`,
+// `play(sndShot)` through a slot.
+#include <initializer_list>
+
+#include "runtime/script/define.h"
+
+namespace arena::script {
+
+struct FieldLiteral {
+  FieldLiteral(const Variable& field, const Value& content) : name(field), value(content) {}
+  const Variable& name;
+  Value value;
+};
+
+// {{name, "Pistol"}, {rarity, 2}} as a struct, in this order.
+inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
+  Value made = make_struct();
+  for (const FieldLiteral& field : fields) store_variable(property_object(made), field.name.slot, field.value);
+  return made;
+}
+
+template <class... Elements>
+Value array_of(const Elements&... elements) {
+  const OwnerTokenScope token(innermost_frame != nullptr ? innermost_frame->token : 1);
+  const Value values[sizeof...(Elements) + 1] = {Value(as_value(elements))..., Value()};
+  Value made = make_array(static_cast<std::int32_t>(sizeof...(Elements)));
+  for (std::size_t i = 0; i < sizeof...(Elements); ++i) array_store(*made.array, static_cast<std::int32_t>(i), values[i]);
+  return made;
+}
+
+// A built-in function by name. Static storage; calls go through the slot that the start-up lookup filled.
+class Builtin : public NameSlot {
+ public:
+  explicit Builtin(const char* name) : NameSlot(Type::kFunction, name) {}
+  template <class... Given>
+  Value operator()(const Given&... given) const {
+    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
+    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+    RValue block[sizeof...(Given) + 1] = {RValue(as_value(given))..., RValue()};
+    Value result;
+    call_builtin_in_place(self, other, result, static_cast<std::int32_t>(sizeof...(Given)), slot, block);
+    return result;
+  }
+};
+
+}  // namespace arena::script

@@ -1,0 +1,22 @@
+#pragma once
+// Comparison with the script's tolerance. Sorting, keys and depths do not use it: a tolerant order is no order.
+#include "runtime/values/value.h"
+
+namespace arena {
+
+inline constexpr int kUnordered = -2;
+
+// The process-wide tolerance of every script comparison.
+inline double comparison_epsilon = 0.00001;
+// A difference counts as at most the tolerance up to one part in 10^9 above it: 1 == 1.00001 must hold in doubles.
+inline constexpr double kEpsilonSlack = 1.0 + 1e-9;
+inline double tolerance() { return comparison_epsilon * kEpsilonSlack; }
+
+// -1, 0, 1, or kUnordered. `strict` makes an array operand an error.
+int compare(const RValue& left, const RValue& right, double epsilon, bool strict);
+int compare_reals(double left, double right, double epsilon);
+
+inline int compare(const RValue& left, const RValue& right) { return compare(left, right, comparison_epsilon, false); }
+inline bool values_equal(const RValue& left, const RValue& right) { return compare(left, right) == 0; }
+
+}  // namespace arena

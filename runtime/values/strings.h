@@ -1,0 +1,24 @@
+#pragma once
+// Making and joining the runtime's shared texts. Text is UTF-8; a record is immutable once a second value holds it.
+#include <string>
+#include <string_view>
+
+#include "runtime/values/value.h"
+
+namespace arena {
+
+RValue make_string(std::string_view text);
+// `text` must live as long as the program: the record refers to it and never frees it.
+RValue make_constant_string(const char* text);
+RValue concatenate(const StringRecord* left, const StringRecord* right);
+
+// The text of a string value; empty for a string without a record and for every other kind.
+std::string_view text_of(const RValue& value);
+
+// Reference counting, under the string lock. release_string frees text and record when the last reference goes.
+void add_string_reference(StringRecord* record);
+void release_string(StringRecord* record);
+// String records alive now: for leak tests.
+int live_strings();
+
+}  // namespace arena

@@ -1,0 +1,39 @@
+#pragma once
+// The two process-wide locks of the runtime: "StringLock" over string reference counts and "NurseryMutex" over allocation. Script
+// code lives on one thread, so a lock is taken only while a worker thread that may hold strings or allocate is registered.
+#include <atomic>
+#include <mutex>
+
+namespace arena {
+
+class WorkerLock {
+ public:
+  enum Which { kString, kNursery };
+  explicit WorkerLock(Which which) {
+    if (registered_workers.load(std::memory_order_relaxed) == 0) return;
+    locked_ = &mutexes[which];
+    locked_->lock();
+  }
+  ~WorkerLock() {
+    if (locked_ != nullptr) locked_->unlock();
+  }
+  WorkerLock(const WorkerLock&) = delete;
+  WorkerLock& operator=(const WorkerLock&) = delete;
+
+  inline static std::atomic<int> registered_workers{0};
+
+ private:
+  inline static std::mutex mutexes[2];
+  std::mutex* locked_ = nullptr;
+};
+
+// Held by a worker thread for as long as it may touch values. Register before the thread starts, on the main thread.
+class WorkerRegistration {
+ public:
+  WorkerRegistration() { WorkerLock::registered_workers.fetch_add(1); }
+  ~WorkerRegistration() { WorkerLock::registered_workers.fetch_sub(1); }
+  WorkerRegistration(const WorkerRegistration&) = delete;
+  WorkerRegistration& operator=(const WorkerRegistration&) = delete;
+};
+
+}  // namespace arena

@@ -1,0 +1,42 @@
+#pragma once
+// The script call-stack: one frame on the native stack of every compiled function that runs, linked from the innermost outwards.
+// Always true: `innermost_frame` designates the frame of the function that is running, also after an exception passed through.
+#include <cstdint>
+
+namespace arena {
+
+class WBObjectBase;
+
+struct Frame {
+  Frame* previous;
+  const char* function;  // full name, as in the compiled function table
+  std::int32_t line;     // source line of the statement that runs; 0 before the first
+};
+
+// What a running compiled function keeps besides: for whom it runs and for whom that was asked.
+struct ScriptFrame : Frame {
+  WBObjectBase* self;
+  WBObjectBase* other;
+  std::int64_t token;  // the owner token of arrays in its locals; negative, so that it is no object's serial
+};
+
+inline std::int64_t last_frame_token = 0;
+inline ScriptFrame* innermost_frame = nullptr;
+
+// Opens a frame for the life of the scope.
+class FrameScope : public ScriptFrame {
+ public:
+  FrameScope(const char* name, WBObjectBase* for_self, WBObjectBase* for_other)
+      : ScriptFrame{{innermost_frame, name, 0}, for_self, for_other, --last_frame_token} {
+    innermost_frame = this;
+  }
+  ~FrameScope() { innermost_frame = static_cast<ScriptFrame*>(previous); }
+  FrameScope(const FrameScope&) = delete;
+  FrameScope& operator=(const FrameScope&) = delete;
+};
+
+inline void set_line(int line) {
+  if (innermost_frame != nullptr) innermost_frame->line = line;
+}
+
+}  // namespace arena

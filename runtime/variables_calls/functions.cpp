@@ -1,0 +1,130 @@
+#include "runtime/variables_calls/functions.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "runtime/arrays_structs/holder.h"
+#include "runtime/arrays_structs/object.h"
+
+namespace arena {
+namespace {
+
+CompiledFunction* first_function = nullptr;
+BuiltinTable* first_table = nullptr;
+std::vector<CompiledFunction*> scripts, handlers;
+std::vector<BuiltinEntry> builtins;
+std::vector<ScriptFunction> extensions;
+
+constexpr std::string_view kScriptPrefix = "ksl_Script_";
+
+class Statics final : public Holder {
+ public:
+  void visit_values(ValueVisitor& visitor) override {
+    for (CompiledFunction* function = first_function; function != nullptr; function = function->next) {
+      if (function->statics != nullptr) visitor(RValue::of_object(function->statics));
+    }
+  }
+};
+
+template <class Entry>
+bool by_name(const Entry* left, const Entry* right) {
+  return std::strcmp(left->name, right->name) < 0;
+}
+
+CompiledFunction* find_in(const std::vector<CompiledFunction*>& table, std::string_view name) {
+  const auto place = std::lower_bound(table.begin(), table.end(), name,
+                                      [](const CompiledFunction* entry, std::string_view wanted) { return entry->name < wanted; });
+  return place != table.end() && (*place)->name == name ? *place : nullptr;
+}
+
+void note_doubles(const std::vector<CompiledFunction*>& table, std::vector<std::string>& problems) {
+  for (std::size_t i = 1; i < table.size(); ++i) {
+    if (std::strcmp(table[i - 1]->name, table[i]->name) != 0) continue;
+    problems.push_back(std::string("function '") + table[i]->name + "' is defined twice, in " + table[i - 1]->file + " and " + table[i]->file);
+  }
+}
+
+}  // namespace
+
+CompiledFunction::CompiledFunction(const char* full_name, const char* source_file, EventHandler event_handler)
+    : name(full_name), file(source_file), handler(event_handler), next(first_function) {
+  first_function = this;
+}
+
+CompiledFunction::CompiledFunction(const char* full_name, const char* source_file, ScriptFunction entry, bool constructs)
+    : name(full_name), file(source_file), script(entry), is_constructor(constructs), next(first_function) {
+  first_function = this;
+}
+
+BuiltinTable::BuiltinTable(const BuiltinEntry* table, std::size_t length) : entries(table), count(length), next(first_table) {
+  first_table = this;
+}
+
+int build_function_tables(std::vector<std::string>& problems) {
+  static Statics statics;
+  for (CompiledFunction* function = first_function; function != nullptr; function = function->next) {
+    (function->handler != nullptr ? handlers : scripts).push_back(function);
+  }
+  std::sort(scripts.begin(), scripts.end(), by_name<CompiledFunction>);
+  std::sort(handlers.begin(), handlers.end(), by_name<CompiledFunction>);
+  for (std::size_t i = 0; i < scripts.size(); ++i) scripts[i]->index = static_cast<std::int32_t>(i);
+  for (BuiltinTable* table = first_table; table != nullptr; table = table->next) {
+    builtins.insert(builtins.end(), table->entries, table->entries + table->count);
+  }
+  std::sort(builtins.begin(), builtins.end(), [](const BuiltinEntry& a, const BuiltinEntry& b) { return std::strcmp(a.name, b.name) < 0; });
+  note_doubles(scripts, problems);
+  note_doubles(handlers, problems);
+  for (std::size_t i = 1; i < builtins.size(); ++i) {
+    if (std::strcmp(builtins[i - 1].name, builtins[i].name) == 0) {
+      problems.push_back(std::string("built-in function '") + builtins[i].name + "' is defined twice");
+    }
+  }
+  return static_cast<int>(scripts.size() + handlers.size());
+}
+
+std::int32_t builtin_count() { return static_cast<std::int32_t>(builtins.size()); }
+const BuiltinEntry& builtin_at(std::int32_t index) { return builtins[static_cast<std::size_t>(index)]; }
+
+std::int32_t find_builtin(std::string_view name) {
+  const auto place =
+      std::lower_bound(builtins.begin(), builtins.end(), name, [](const BuiltinEntry& entry, std::string_view wanted) { return entry.name < wanted; });
+  return place != builtins.end() && place->name == name ? static_cast<std::int32_t>(place - builtins.begin()) : -1;
+}
+
+std::int32_t script_count() { return static_cast<std::int32_t>(scripts.size()); }
+CompiledFunction& script_at(std::int32_t index) { return *scripts[static_cast<std::size_t>(index)]; }
+
+std::int32_t find_script(std::string_view name) {
+  const CompiledFunction* found = find_in(scripts, name.starts_with(kScriptPrefix) ? std::string(name) : std::string(kScriptPrefix).append(name));
+  return found != nullptr ? found->index : -1;
+}
+
+CompiledFunction* find_handler(std::string_view full_name) { return find_in(handlers, full_name); }
+std::vector<const CompiledFunction*> all_handlers() { return {handlers.begin(), handlers.end()}; }
+
+std::string source_file_of(std::string_view full_name) {
+  const CompiledFunction* found = find_in(scripts, full_name);
+  if (found == nullptr) found = find_in(handlers, full_name);
+  return found != nullptr ? found->file : "";
+}
+
+PropertyObject* statics_of(CompiledFunction& function) {
+  if (function.statics == nullptr) function.statics = new PropertyObject(ObjectKind::kStruct);
+  return function.statics;
+}
+
+void reset_statics() {
+  for (CompiledFunction* function = first_function; function != nullptr; function = function->next) function->statics = nullptr;
+}
+
+std::int32_t add_extension_function(ScriptFunction function) {
+  extensions.push_back(function);
+  return kFirstExtensionNumber + static_cast<std::int32_t>(extensions.size());
+}
+
+ScriptFunction extension_function(std::int32_t number) {
+  const std::int64_t place = static_cast<std::int64_t>(number) - kFirstExtensionNumber - 1;
+  return place >= 0 && place < static_cast<std::int64_t>(extensions.size()) ? extensions[static_cast<std::size_t>(place)] : nullptr;
+}
+
+}  // namespace arena

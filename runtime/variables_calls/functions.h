@@ -1,0 +1,83 @@
+#pragma once
+// The two tables that calls go through: the compiled functions (scripts, methods, constructors, event handlers) and the built-in ones.
+// Both are filled from static storage and put in order of their names by the start-up lookup.
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "runtime/values/value.h"
+
+namespace arena {
+
+class CInstance;
+class PropertyObject;
+
+using EventHandler = void (*)(CInstance* self, CInstance* other);
+using ScriptFunction = RValue& (*)(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue** args);
+using BuiltinFunction = void (*)(RValue& result, WBObjectBase* self, WBObjectBase* other, std::int32_t argc, RValue* args);
+
+inline constexpr std::int32_t kFirstScriptNumber = 100000;     // script n is the number 100000 + n
+inline constexpr std::int32_t kFirstExtensionNumber = 500000;  // entry n of the second table is 500000 + n
+
+// One compiled function. Static storage; the constructor enters it into the table.
+class CompiledFunction {
+ public:
+  CompiledFunction(const char* full_name, const char* source_file, EventHandler event_handler);
+  CompiledFunction(const char* full_name, const char* source_file, ScriptFunction entry, bool constructs = false);
+  const char* const name;  // "ksl_Script_Approach"
+  const char* const file;
+  const EventHandler handler = nullptr;
+  const ScriptFunction script = nullptr;
+  const bool is_constructor = false;
+  std::int32_t index = -1;             // scripts: number - 100000
+  PropertyObject* statics = nullptr;   // made on first need; kept alive by the table
+  CompiledFunction* next;
+};
+
+struct BuiltinEntry {
+  const char* name;
+  BuiltinFunction function;
+};
+
+// A service's list of the built-in functions it offers. Static storage.
+class BuiltinTable {
+ public:
+  template <std::size_t N>
+  explicit BuiltinTable(const BuiltinEntry (&table)[N]) : BuiltinTable(table, N) {}
+  BuiltinTable(const BuiltinEntry* table, std::size_t length);
+  const BuiltinEntry* entries;
+  std::size_t count;
+  BuiltinTable* next;
+};
+
+// The entry being run, for messages; null when none is.
+inline const BuiltinEntry* current_builtin = nullptr;
+
+std::int32_t builtin_count();
+const BuiltinEntry& builtin_at(std::int32_t index);
+std::int32_t find_builtin(std::string_view name);  // -1: none
+
+// Scripts, methods and constructors, by number - 100000.
+std::int32_t script_count();
+CompiledFunction& script_at(std::int32_t index);
+// By the name that scripts use ("Approach") or the full one ("ksl_Script_Approach"); -1: none.
+std::int32_t find_script(std::string_view name);
+CompiledFunction* find_handler(std::string_view full_name);
+std::vector<const CompiledFunction*> all_handlers();
+// The source file of a compiled function; "" when the name is unknown.
+std::string source_file_of(std::string_view full_name);
+
+// The struct that holds the script's static variables, shared by all its closures.
+PropertyObject* statics_of(CompiledFunction& function);
+// Forgets every static struct, as a restart of the game does.
+void reset_statics();
+
+// The second function table: functions that the host program adds (native extensions). Returns the number that calls it.
+std::int32_t add_extension_function(ScriptFunction function);
+ScriptFunction extension_function(std::int32_t number);  // null: none
+
+// For the start-up lookup: orders both tables, notes what is defined twice, returns the number of compiled functions.
+int build_function_tables(std::vector<std::string>& problems);
+
+}  // namespace arena

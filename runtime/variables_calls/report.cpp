@@ -1,0 +1,80 @@
+#include "runtime/variables_calls/report.h"
+
+#include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/functions.h"
+
+namespace arena {
+namespace {
+
+int suppressions = 0;
+bool happened = false;
+std::uint64_t reports = 0;
+
+// Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
+void cut(std::string& message) {
+  if (message.size() < kLongestMessage) return;
+  std::size_t end = kLongestMessage - 1;
+  while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
+  message.resize(end);
+}
+
+}  // namespace
+
+ErrorSuppression::ErrorSuppression() { ++suppressions; }
+ErrorSuppression::~ErrorSuppression() { --suppressions; }
+bool error_happened() { return happened; }
+void clear_error_happened() { happened = false; }
+std::uint64_t error_count() { return reports; }
+
+std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count) {
+  std::string message;
+  std::size_t next = 0;
+  for (const char* at = format; *at != 0; ++at) {
+    if (*at != '%' || next >= count) {
+      message += *at;
+      continue;
+    }
+    ++at;
+    const MessageArgument& argument = arguments[next++];
+    if (argument.type == MessageArgument::kText) {
+      message += argument.text;
+    } else {
+      message += std::to_string(argument.integer);
+    }
+  }
+  cut(message);
+  return message;
+}
+
+std::string build_report(const std::string& message) {
+  std::string report(43, '_');
+  report += "\nERROR in action number " + std::to_string(event_context.action_number);
+  report += "\nof " + (event_context.event != nullptr ? event_context.event_text(event_context.event) : std::string("<Unknown Event>"));
+  report += " for object ";
+  report += event_context.object_name;
+  report += ":\n" + message + "\n";
+  for (const Frame* frame = innermost_frame; frame != nullptr; frame = frame->previous) {
+    if (frame->line > 0) {
+      report += " at " + std::string(frame->function) + " (line " + std::to_string(frame->line) + ") - ";
+      report += source_file_of(frame->function);
+      report += "\n";
+    } else {
+      report += "at " + std::string(frame->function) + "\n";
+    }
+  }
+  report.append(92, '#');
+  report += "\n";
+  return report;
+}
+
+void report_formatted(std::string message) {
+  ++reports;
+  if (suppressions > 0) {
+    happened = true;
+    return;
+  }
+  std::string report = build_report(message);
+  throw WBKSLException(std::move(message), std::move(report));
+}
+
+}  // namespace arena

@@ -1,0 +1,87 @@
+#pragma once
+// The runtime's one error routine. A report throws WBKSLException unless reporting is suppressed; then it only sets a flag, and the
+// failed operation yields 0, false or its unchanged left operand.
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "runtime/variables_calls/messages.h"
+
+namespace arena {
+
+inline constexpr std::size_t kLongestMessage = 1024;  // bytes; longer messages are cut between characters
+
+class WBKSLException : public std::exception {
+ public:
+  WBKSLException(std::string message, std::string report) : message_(std::move(message)), report_(std::move(report)) {}
+  const char* what() const noexcept override { return message_.c_str(); }
+  const std::string& message() const { return message_; }
+  // The whole report: heading, message and the call-stack at the moment of the error.
+  const std::string& report() const { return report_; }
+
+ private:
+  std::string message_, report_;
+};
+
+// While one lives, reports only set `error_happened`.
+class ErrorSuppression {
+ public:
+  ErrorSuppression();
+  ~ErrorSuppression();
+  ErrorSuppression(const ErrorSuppression&) = delete;
+  ErrorSuppression& operator=(const ErrorSuppression&) = delete;
+};
+bool error_happened();
+void clear_error_happened();
+std::uint64_t error_count();  // reports so far, suppressed ones included
+
+// What the heading of a report says is running; set around every event handler.
+struct EventContext {
+  std::string (*event_text)(const void* event);  // called only when a report is made
+  const void* event;
+  const char* object_name;
+  int action_number;  // counts the handlers of one event of one instance, the inherited ones included, from 1
+};
+inline EventContext event_context{nullptr, nullptr, "", 1};
+
+class EventContextScope {
+ public:
+  explicit EventContextScope(const EventContext& context) : saved_(event_context) { event_context = context; }
+  ~EventContextScope() { event_context = saved_; }
+  EventContextScope(const EventContextScope&) = delete;
+  EventContextScope& operator=(const EventContextScope&) = delete;
+
+ private:
+  EventContext saved_;
+};
+
+struct MessageArgument {
+  enum { kText, kInteger, kSerial } type;
+  Text text;
+  std::int64_t integer = 0;
+  MessageArgument(Text value) : type(kText), text(value) {}
+  MessageArgument(std::int32_t value) : type(kInteger), integer(value) {}
+  MessageArgument(Serial value) : type(kSerial), integer(value.number) {}
+};
+
+std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count);
+void report_formatted(std::string message);
+
+template <class... Parameters>
+std::string format_message(const Message<Parameters...>& message, std::type_identity_t<Parameters>... values) {
+  const MessageArgument arguments[sizeof...(Parameters) + 1] = {MessageArgument(values)..., MessageArgument(0)};
+  return format_message(message.format, arguments, sizeof...(Parameters));
+}
+
+// Throws WBKSLException, or returns when errors are suppressed.
+template <class... Parameters>
+[[gnu::cold, gnu::noinline]] void report_error(const Message<Parameters...>& message, std::type_identity_t<Parameters>... values) {
+  report_formatted(format_message(message, values...));
+}
+
+// The report's text for a message, with the frames from the innermost outwards.
+std::string build_report(const std::string& message);
+
+}  // namespace arena
