@@ -13,8 +13,7 @@ constexpr Real kBobHeight = 4;           // pixels
 Push separation_from_neighbours(Instance self) {
   Push push{0, 0};
   const Real self_x = self[x], self_y = self[y];
-  for (const Value& other_inst : elements(grid_get_nearby(self_x, self_y))) {
-    const Instance other(other_inst);
+  for (const Instance other : instances(grid_get_nearby(self_x, self_y))) {
     if (other == self) continue;
     const Real dx = self_x - other[x], dy = self_y - other[y];
     const Real d2 = dx * dx + dy * dy;

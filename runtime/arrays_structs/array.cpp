@@ -8,16 +8,24 @@
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
+
+static_assert(sizeof(GCArrayThing) == 128);
+
 namespace {
 
 GCArrayThing* thing_of(const ArrayRecord& array) { return static_cast<GCArrayThing*>(array.owner); }
+
+void free_elements(ArrayRecord& array) {
+  if (array.elements == thing_of(array)->inline_elements()) return;
+  free_block(array.elements, static_cast<std::size_t>(array.capacity) * sizeof(RValue));
+}
 
 void move_elements(ArrayRecord& array, std::int32_t capacity) {
   RValue* moved = static_cast<RValue*>(allocate_block(static_cast<std::size_t>(capacity) * sizeof(RValue)));
   if (array.elements != nullptr) {
     std::memcpy(static_cast<void*>(moved), static_cast<const void*>(array.elements), static_cast<std::size_t>(array.length) * sizeof(RValue));
+    free_elements(array);
   }
-  free_block(array.elements, static_cast<std::size_t>(array.capacity) * sizeof(RValue));
   array.elements = moved;
   array.capacity = capacity;
 }
@@ -36,10 +44,6 @@ void extend(ArrayRecord& array, std::int32_t length) {
   array.length = length;
 }
 
-void stamp(ArrayRecord& array) {
-  if (array.release_mark == 0) array.release_mark = collector_mark_counter();
-}
-
 // A fresh array for the slot `value`, which belongs to the current container.
 void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
   release(value);
@@ -54,11 +58,15 @@ void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
 }  // namespace
 
 GCArrayThing::GCArrayThing(std::int64_t token)
-    : WBObjectBase(ObjectKind::kArray), record{this, nullptr, token, 0, 0, 0, 0, 0} {}
+    : WBObjectBase(ObjectKind::kArray), record{this, nullptr, token, 0, 0, 0, 0, 0} {
+  if (kStressBuild) return;
+  record.elements = inline_elements();
+  record.capacity = kInlineCapacity;
+}
 
 GCArrayThing::~GCArrayThing() {
   if (holds_counted_values) release_counted_values();
-  free_block(record.elements, static_cast<std::size_t>(record.capacity) * sizeof(RValue));
+  if (record.elements != nullptr) free_elements(record);
 }
 
 void GCArrayThing::release_counted_values() {
@@ -80,18 +88,6 @@ RValue make_array(const RValue* values, std::int32_t count) {
   RValue made = make_array(count);
   for (std::int32_t i = 0; i < count; ++i) array_store(*made.array, i, values[i]);
   return made;
-}
-
-void count_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !array_counting_is_on) return;
-  ++array->count;
-  stamp(*array);
-}
-
-void discount_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !array_counting_is_on) return;
-  --array->count;
-  stamp(*array);
 }
 
 RValue* array_element_for_write(RValue& value, std::int32_t index) {
@@ -163,10 +159,11 @@ void array_store(ArrayRecord& array, std::int32_t at, const RValue& element) {
   assign(slot, element);
 }
 
-void array_append(ArrayRecord& array, const RValue& element) {
+// Small arrays grow fast: the many short-lived ones of a frame move once or twice at most.
+void array_append_slow(ArrayRecord& array, const RValue& element) {
   if (array.length == array.capacity || kStressBuild) {
     const RValue kept(element);
-    if (array.length == array.capacity) move_elements(array, array.capacity < 4 ? 4 : array.capacity * 2);
+    if (array.length == array.capacity) move_elements(array, array.capacity < 4 ? 4 : array.capacity < 64 ? array.capacity * 4 : array.capacity * 2);
     extend(array, array.length + 1);
     array_store(array, array.length - 1, kept);
     return;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "runtime/arrays_structs/object.h"
+#include "runtime/values/block_pool.h"
 #include "runtime/values/value.h"
 
 namespace arena {
@@ -21,11 +22,13 @@ struct ArrayRecord {
   std::int32_t count;         // values that refer to this array
   std::int32_t length;
   std::int32_t capacity;
-  std::uint32_t release_mark;  // the collector's mark counter when first counted or released; 0: none yet
-  std::uint8_t flags;
+  std::uint32_t release_mark : 24;  // the collector's mark counter when first counted or released; 0: none yet
+  std::uint32_t flags : 8;
 };
 
-// The collector object that carries an array.
+// The collector object that carries an array. The first few elements stand in the same block, for most arrays of a frame are short:
+//
+//   | object | record (to byte 64) | 4 elements (to byte 128) |       two cache lines
 class GCArrayThing final : public WBObjectBase {
  public:
   explicit GCArrayThing(std::int64_t token);
@@ -33,6 +36,12 @@ class GCArrayThing final : public WBObjectBase {
   void visit_values(ValueVisitor& visitor) override;
   void release_counted_values() override;
   ArrayRecord record;
+
+  static constexpr std::int32_t kInlineCapacity = 4;
+  RValue* inline_elements() { return reinterpret_cast<RValue*>(inline_storage_); }
+
+ private:
+  alignas(RValue) unsigned char inline_storage_[kInlineCapacity * sizeof(RValue)];
 };
 
 // Process-wide: whether arrays count their references. Off, nothing is ever copied on write.
@@ -55,8 +64,18 @@ class OwnerTokenScope {
 RValue make_array(std::int32_t length = 0);
 RValue make_array(const RValue* values, std::int32_t count);
 
-void count_array_reference(ArrayRecord* array);
-void discount_array_reference(ArrayRecord* array);
+// Counted only while counting is on; the first count or release stamps the array with the collector's mark counter.
+inline std::uint32_t collector_mark = 1;
+inline void count_array_reference(ArrayRecord* array) {
+  if (array == nullptr || !array_counting_is_on) return;
+  ++array->count;
+  if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
+}
+inline void discount_array_reference(ArrayRecord* array) {
+  if (array == nullptr || !array_counting_is_on) return;
+  --array->count;
+  if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
+}
 
 // The slot to write for `a[index] = v`. Makes an array of what is none, copies a shared one, grows as needed (new elements between the
 // old and the new end are the number 0). Null for a negative index, which the caller reports, and after a suppressed report.
@@ -68,7 +87,17 @@ const RValue* array_element(const RValue& value, std::int32_t index, bool inline
 
 // In place, whoever else holds the array: for functions whose purpose it is. `at` must be inside the array.
 void array_store(ArrayRecord& array, std::int32_t at, const RValue& element);
-void array_append(ArrayRecord& array, const RValue& element);
+void array_append_slow(ArrayRecord& array, const RValue& element);
+inline void array_append(ArrayRecord& array, const RValue& element) {
+  if (array.length < array.capacity && !element.owns_heap() && !kStressBuild) [[likely]] {
+    RValue& slot = array.elements[array.length++];
+    slot.i64 = element.i64;
+    slot.flags = element.flags;
+    slot.kind_bits = element.kind_bits;
+    return;
+  }
+  array_append_slow(array, element);
+}
 // New elements are the number 0; dropped ones are released.
 void array_set_length(ArrayRecord& array, std::int32_t length);
 // Gives up an array's single owner, as a store that makes a second holder does.

@@ -36,17 +36,19 @@ struct Collector {
   Phase phase = Phase::kIdle;
   std::size_t sweep_read = 0, sweep_write = 0;
   std::size_t old_survivors = 0;
-  std::uint32_t mark_counter = 1;
   std::uint64_t minors = 0, majors = 0, dropped = 0, dropped_at_last_cycle = 0;
   bool whole_requested = false;
   bool checks_thread = false;
   std::thread::id main_thread = std::this_thread::get_id();
 };
 
-Collector& collector() {
-  static Collector* const instance = new Collector;  // outlives every static object that still drops references
-  return *instance;
+Collector* the_collector = nullptr;  // made on first use, never destroyed: static objects still drop references at the end
+
+[[gnu::noinline]] Collector& make_collector() {
+  the_collector = new Collector;
+  return *the_collector;
 }
+Collector& collector() { return the_collector != nullptr ? *the_collector : make_collector(); }
 
 WBObjectBase* object_of(const RValue& value) {
   if (value.is_object()) return value.object;
@@ -54,29 +56,41 @@ WBObjectBase* object_of(const RValue& value) {
   return nullptr;
 }
 
+// An array of plain numbers leads nowhere.
+bool is_leaf(const WBObjectBase* object) { return object->object_kind == ObjectKind::kArray && !object->holds_heap_values; }
+
+// Most objects that die are short-lived arrays: they go without a virtual call.
+void destroy(WBObjectBase* object) {
+  if (object->object_kind == ObjectKind::kArray) {
+    delete static_cast<GCArrayThing*>(object);
+  } else {
+    delete object;
+  }
+}
+
 // Marks what is in the young generations up to `oldest`.
 class YoungMarker final : public ValueVisitor {
  public:
-  explicit YoungMarker(int oldest) : ValueVisitor(false), oldest_(oldest) {}
+  explicit YoungMarker(int oldest) : ValueVisitor(false), oldest_(oldest), stack_(collector().stack) {}
   void visit(const RValue& value) override {
     if (WBObjectBase* object = object_of(value)) mark(object);
   }
   void mark(WBObjectBase* object) {
     if (object->is_marked || object->generation > oldest_) return;
     object->is_marked = true;
-    collector().stack.push_back(object);
+    if (!is_leaf(object)) stack_.push_back(object);
   }
   void drain() {
-    std::vector<WBObjectBase*>& stack = collector().stack;
-    while (!stack.empty()) {
-      WBObjectBase* object = stack.back();
-      stack.pop_back();
+    while (!stack_.empty()) {
+      WBObjectBase* object = stack_.back();
+      stack_.pop_back();
       object->visit_values(*this);
     }
   }
 
  private:
   int oldest_;
+  std::vector<WBObjectBase*>& stack_;
 };
 
 class OldMarker final : public ValueVisitor {
@@ -183,7 +197,7 @@ void sweep_young(int generation, std::vector<WBObjectBase*>& promoted) {
   std::size_t kept = 0;
   for (WBObjectBase* object : list) {
     if (!object->is_marked) {
-      delete object;
+      destroy(object);
       continue;
     }
     object->is_marked = false;
@@ -218,7 +232,7 @@ void promote(const std::vector<WBObjectBase*>& promoted) {
 void collect_young(int oldest) {
   Collector& c = collector();
   ++c.minors;
-  ++c.mark_counter;
+  ++collector_mark;
   YoungMarker marker(oldest);
   mark_young_roots(marker, oldest);
   clear_dead_weak_references(oldest, 0);
@@ -253,7 +267,7 @@ void mark_old_roots(OldMarker& marker) {
 void start_old_cycle() {
   Collector& c = collector();
   c.phase = Phase::kMarking;
-  ++c.mark_counter;
+  ++collector_mark;
   c.dropped_at_last_cycle = c.dropped;
   OldMarker marker;
   mark_old_roots(marker);
@@ -281,7 +295,7 @@ void sweep_old(std::size_t budget) {
       object->is_marked = false;
       list[c.sweep_write++] = object;
     } else {
-      delete object;
+      destroy(object);
     }
   }
   if (c.sweep_read < list.size()) return;
@@ -310,7 +324,6 @@ bool old_cycle_is_due() {
 }  // namespace
 
 void adopt_new_object(WBObjectBase* object) { collector().objects[0].push_back(object); }
-std::uint32_t collector_mark_counter() { return collector().mark_counter; }
 void request_collection() { collector().whole_requested = true; }
 void set_collector_thread_check(bool on) { collector().checks_thread = on; }
 
@@ -332,6 +345,7 @@ void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite si
 }
 
 void note_heap_value_stored(WBObjectBase* container, const RValue& value) {
+  container->holds_heap_values = true;
   if (container->holds_counted_values || value.is_object()) return;
   container->holds_counted_values = true;
   collector().counted[container->generation].push_back(container);

@@ -25,7 +25,6 @@ void note_heap_value_stored(WBObjectBase* container, const RValue& value);
 // A slot of `container` no longer refers to `object`: the old generation is worth looking at sooner.
 void reference_dropped(WBObjectBase* container, WBObjectBase* object);
 void adopt_new_object(WBObjectBase* object);
-std::uint32_t collector_mark_counter();
 
 // Does a bounded share of the work. Call it between frames, with no compiled function on the stack.
 void collect_at_safe_point();

@@ -1,35 +1,24 @@
 #include "runtime/arrays_structs/container_stack.h"
 
-#include <vector>
+#include <algorithm>
 
 namespace arena {
-namespace {
 
-// A growable array whose capacity doubles, starting at 1.
-std::vector<WBObjectBase*> stack;
-
-}  // namespace
-
-void push_container(WBObjectBase* container) { stack.push_back(container); }
-
-void pop_container() {
-  if (!stack.empty()) stack.pop_back();
+void grow_container_stack() {
+  const int capacity = std::max(1, container_stack.capacity * 2);
+  WBObjectBase** entries = new WBObjectBase*[static_cast<std::size_t>(capacity)];
+  std::copy(container_stack.entries, container_stack.entries + container_stack.count, entries);
+  delete[] container_stack.entries;
+  container_stack.entries = entries;
+  container_stack.capacity = capacity;
 }
 
-int container_depth() { return static_cast<int>(stack.size()); }
-WBObjectBase* current_container() { return stack.empty() ? global_object() : stack.back(); }
+WBObjectBase* current_container() { return container_stack.count == 0 ? global_object() : container_stack.entries[container_stack.count - 1]; }
 
-void restore_container_depth(int depth) {
-  while (container_depth() > depth) stack.pop_back();
-}
-
-PropertyObject* global_object() {
-  static PropertyObject* const object = [] {
-    PropertyObject* made = new PropertyObject(ObjectKind::kStruct);
-    made->is_root = true;
-    return made;
-  }();
-  return object;
+PropertyObject* make_global_object() {
+  the_global_object = new PropertyObject(ObjectKind::kStruct);
+  the_global_object->is_root = true;
+  return the_global_object;
 }
 
 }  // namespace arena

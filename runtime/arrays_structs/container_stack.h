@@ -4,14 +4,29 @@
 
 namespace arena {
 
-void push_container(WBObjectBase* container);
+// A growable array whose capacity doubles, starting at 1.
+struct ContainerStack {
+  WBObjectBase** entries = nullptr;
+  int count = 0, capacity = 0;
+};
+inline ContainerStack container_stack;
+
+void grow_container_stack();
+inline void push_container(WBObjectBase* container) {
+  if (container_stack.count == container_stack.capacity) grow_container_stack();
+  container_stack.entries[container_stack.count++] = container;
+}
 // Never below empty.
-void pop_container();
-int container_depth();
+inline void pop_container() {
+  if (container_stack.count > 0) --container_stack.count;
+}
+inline int container_depth() { return container_stack.count; }
 // Top of the stack, or the global object when the stack is empty.
 WBObjectBase* current_container();
 // Restores a depth remembered before, after an exception.
-void restore_container_depth(int depth);
+inline void restore_container_depth(int depth) {
+  if (container_stack.count > depth) container_stack.count = depth;
+}
 
 class ContainerScope {
  public:
@@ -22,6 +37,8 @@ class ContainerScope {
 };
 
 // The object that holds all global variables; made on first use, alive for the process.
-PropertyObject* global_object();
+PropertyObject* make_global_object();
+inline PropertyObject* the_global_object = nullptr;
+inline PropertyObject* global_object() { return the_global_object != nullptr ? the_global_object : make_global_object(); }
 
 }  // namespace arena

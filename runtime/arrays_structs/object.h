@@ -56,6 +56,7 @@ class WBObjectBase {
   bool is_root = false;                   // kept alive by itself: live instances, the global object
   bool is_referenced_from_older = false;  // stands in its generation's list of such objects
   std::uint8_t remembered_in = 0;         // bit g: stands in the remembered set of generation g
+  bool holds_heap_values = false;         // anything but plain numbers was ever stored in it (kept for arrays)
   bool holds_counted_values = false;      // strings or arrays stand in it: they are given back when it dies
   bool is_exception = false;              // a caught script error, made into a struct
   bool is_read_only = false;              // a managed object that scripts may not write

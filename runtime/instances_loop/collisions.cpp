@@ -92,13 +92,14 @@ class BroadPhase {
   std::vector<CInstance*> entries_;
 };
 
-void collide(CInstance& owner, CInstance& target, EventKey key) {
+void collide(const Participant& participant, CInstance& target) {
+  CInstance& owner = *participant.instance;
   if (&owner == &target || !owner.is_alive || !target.is_alive) return;
   const double reach = bounding_radius(owner) + bounding_radius(target);
   const double dx = owner.x - target.x, dy = owner.y - target.y;
   if (dx * dx + dy * dy > reach * reach) return;
   if (!shapes_overlap(shape_of(owner), shape_of(target))) return;
-  if (const BoundEvent* event = owner.type->find_event(key)) run_handler(owner, &target, *event);
+  run_handler(owner, &target, *participant.event);
 }
 
 constexpr std::size_t kPairsWithoutBuckets = 4096;
@@ -134,16 +135,17 @@ void run_collision_events() {
     if (target_count == 0) continue;
     if (owner_count <= 2 || owner_count * target_count <= kPairsWithoutBuckets) {
       for (std::size_t o = 0; o < owner_count; ++o) {
-        for (std::size_t t = 0; t < target_count; ++t) collide(*owners[o], *targets[t], key);
+        for (std::size_t t = 0; t < target_count; ++t) collide(owners[o], *targets[t]);
       }
       continue;
     }
     const BroadPhase buckets(targets);
     for (std::size_t o = 0; o < owner_count; ++o) {
-      if (!owners[o]->is_alive) continue;
-      buckets.query(owners[o]->x, owners[o]->y, bounding_radius(*owners[o]), near);
+      const Participant owner = owners[o];
+      if (!owner.instance->is_alive) continue;
+      buckets.query(owner.instance->x, owner.instance->y, bounding_radius(*owner.instance), near);
       const std::vector<CInstance*> round = near;
-      for (CInstance* target : round) collide(*owners[o], *target, key);
+      for (CInstance* target : round) collide(owner, *target);
     }
   }
 }

@@ -33,6 +33,19 @@ class Stopwatch {
   Clock::time_point last_ = Clock::now();
 };
 
+// The instances of a long pass lie all over the memory: those that come next are fetched while this one runs (a quarter of a crowd's
+// step was waiting).
+void fetch_ahead(const EventList& list, std::size_t at) {
+  if (at + 4 < list.size()) {
+    __builtin_prefetch(list[at + 4].instance);
+    __builtin_prefetch(&list[at + 4].instance->x);
+  }
+  if (at + 2 < list.size()) {
+    const RValue* row = list[at + 2].instance->row;
+    for (int line = 0; line < 4; ++line) __builtin_prefetch(row + line * 4);
+  }
+}
+
 // Everybody who was there when the pass began.
 void run_pass(EventKey key, bool only_visible = false) {
   const auto entry = object_types().lists().find(key);
@@ -40,11 +53,11 @@ void run_pass(EventKey key, bool only_visible = false) {
   EventList& list = entry->second;
   const std::size_t count = list.size();
   for (std::size_t i = 0; i < count && i < list.size(); ++i) {
-    CInstance& instance = *list[i];
-    if (!instance.is_alive || (only_visible && instance.visible < 0.5)) continue;
-    const BoundEvent* event = instance.type->find_event(key);
-    if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(instance, key);
-    run_handler(instance, &instance, *event);
+    const Participant each = list[i];
+    fetch_ahead(list, i);
+    if (!each.instance->is_alive || (only_visible && each.instance->visible < 0.5)) continue;
+    if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(*each.instance, key);
+    run_handler(*each.instance, each.instance, *each.event);
   }
 }
 
@@ -94,7 +107,7 @@ void run_mouse_events() {
     if (key.kind != EventKind::kMouse || list.empty() || !mouse_event_is_on(key.number)) continue;
     const std::size_t count = list.size();
     for (std::size_t i = 0; i < count; ++i) {
-      CInstance& instance = *list[i];
+      CInstance& instance = *list[i].instance;
       const bool is_meant = key.number >= kMouseAnywhere || shapes_overlap(shape_of(instance), point_shape(pointer.x, pointer.y));
       if (instance.is_alive && is_meant) run_event(instance, &instance, key);
     }

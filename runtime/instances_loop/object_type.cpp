@@ -84,7 +84,7 @@ void ObjectTypes::bind_events(ObjectType& type, std::vector<std::string>& proble
   }
   std::sort(type.events.begin(), type.events.end(), [](const BoundEvent& a, const BoundEvent& b) { return a.key < b.key; });
   for (const BoundEvent& event : type.events) {
-    if (runs_in_passes(event.key.kind)) type.lists.push_back(&lists_[event.key]);
+    if (runs_in_passes(event.key.kind)) type.subscriptions.push_back({&lists_[event.key], &event});
   }
 }
 

@@ -29,14 +29,22 @@ struct BoundEvent {
 };
 
 // All instances that take part in one event, whatever their types, in order of creation. Dead ones leave at the end of the frame.
-using EventList = std::vector<CInstance*>;
+struct Participant {
+  CInstance* instance;
+  const BoundEvent* event;  // its type's handler
+};
+using EventList = std::vector<Participant>;
+struct EventSubscription {
+  EventList* list;
+  const BoundEvent* event;
+};
 
 struct ObjectType {
   ObjectDefinition definition;
   std::int32_t index = -1;
   std::vector<std::int32_t> lineage;       // itself, its parent, and so on
   std::vector<BoundEvent> events;          // in order of their keys
-  std::vector<EventList*> lists;           // one for each event that runs in passes
+  std::vector<EventSubscription> subscriptions;  // one for each event that runs in passes
   std::vector<CInstance*> instances;       // of this type and its children, in order of creation, dead ones until the frame's end
   std::int32_t live_count = 0;
   std::size_t typical_row = 0;             // variables that an instance of this type ended up with: room made at once

@@ -8,47 +8,54 @@
 namespace arena {
 namespace {
 
+// The handler that runs, linked to the one that caused it.
 struct RunningEvent {
+  RunningEvent* previous;
   CInstance* self;
   WBObjectBase* other;
   const BoundEvent* event;
-  int action;
+  int action;  // counts the handlers of one event of one instance, the inherited ones included, from 1
 };
-RunningEvent running{nullptr, nullptr, nullptr, 0};
+RunningEvent* running = nullptr;
 ScriptErrorSink error_sink = nullptr;
 
-std::string running_event_text(const void* event) { return event_text(static_cast<const BoundEvent*>(event)->key); }
+EventDescription describe_running_event() {
+  if (running == nullptr) return {};
+  return {event_text(running->event->key), running->self->type->definition.name, running->action};
+}
 
 // Leaves everything as it was before the handler, also when it ends by an error.
-class HandlerScope {
+class HandlerScope : RunningEvent {
  public:
-  HandlerScope(const RunningEvent& next)
-      : saved_(running),
-        container_depth_(container_depth()),
-        report_({running_event_text, next.event, next.self->type->definition.name.c_str(), next.action}) {
-    running = next;
+  HandlerScope(CInstance* for_self, WBObjectBase* for_other, const BoundEvent* which, int action_number)
+      : RunningEvent{running, for_self, for_other, which, action_number}, container_depth_(container_depth()) {
+    running = this;
   }
   ~HandlerScope() {
-    running = saved_;
+    running = previous;
     restore_container_depth(container_depth_);
   }
   HandlerScope(const HandlerScope&) = delete;
   HandlerScope& operator=(const HandlerScope&) = delete;
 
  private:
-  RunningEvent saved_;
   int container_depth_;
-  EventContextScope report_;
 };
+
+// Handlers take instances; the rare other that is none (a struct that creates) reads as the instance itself.
+CInstance* instance_or(WBObjectBase* other, CInstance* self) {
+  return other != nullptr && other->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(other) : self;
+}
+
+const bool installed = (set_event_describer(describe_running_event), true);
 
 }  // namespace
 
 void set_script_error_sink(ScriptErrorSink sink) { error_sink = sink; }
 
 void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
-  const HandlerScope scope({&self, other, &event, 1});
-  // Handlers of the game take instances; the rare other that is none (a struct that creates) reads as the instance itself.
-  CInstance* const other_instance = other != nullptr && other->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(other) : &self;
+  const HandlerScope scope(&self, other, &event, 1);
+  CInstance* const other_instance = instance_or(other, &self);
   if (error_sink == nullptr) {
     event.function->handler(&self, other_instance);
     return;
@@ -69,14 +76,13 @@ bool run_event(CInstance& self, WBObjectBase* other, EventKey key) {
 }
 
 void run_inherited_event() {
-  if (running.event == nullptr) return;
-  const std::vector<std::int32_t>& lineage = object_types().at(running.event->owner).lineage;
+  if (running == nullptr) return;
+  const std::vector<std::int32_t>& lineage = object_types().at(running->event->owner).lineage;
   if (lineage.size() < 2) return;
-  const BoundEvent* inherited = object_types().at(lineage[1]).find_event(running.event->key);
+  const BoundEvent* inherited = object_types().at(lineage[1]).find_event(running->event->key);
   if (inherited == nullptr) return;
-  const HandlerScope scope({running.self, running.other, inherited, running.action + 1});
-  CInstance* const other = running.other != nullptr && running.other->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(running.other) : running.self;
-  inherited->function->handler(running.self, other);
+  const HandlerScope scope(running->self, running->other, inherited, running->action + 1);
+  inherited->function->handler(running->self, instance_or(running->other, running->self));
 }
 
 }  // namespace arena

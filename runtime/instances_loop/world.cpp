@@ -41,15 +41,9 @@ void run_global_scripts() {
 
 }  // namespace
 
-World& world() {
-  static World* const instance = new World;  // outlives every static object that still names instances
-  return *instance;
-}
-
-CInstance* World::find(std::int32_t id) {
-  const std::uint32_t place = static_cast<std::uint32_t>(id - kFirstInstanceId);
-  if (place / 1024 >= pages_.size() || pages_[place / 1024] == nullptr) return nullptr;
-  return pages_[place / 1024]->slots[place % 1024];
+World& make_world() {
+  the_world = new World;
+  return *the_world;
 }
 
 CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
@@ -72,17 +66,17 @@ CInstance* World::create(double x, double y, std::int32_t layer, double depth, s
   instance->reserve_row(type.typical_row);
 
   const std::uint32_t place = static_cast<std::uint32_t>(instance->id - kFirstInstanceId);
-  if (place / 1024 >= pages_.size()) pages_.resize(place / 1024 + 1);
-  if (pages_[place / 1024] == nullptr) pages_[place / 1024] = std::make_unique<Page>();
-  pages_[place / 1024]->slots[place % 1024] = instance;
-  ++pages_[place / 1024]->used;
+  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
+  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
+  pages_[place / kPageSlots]->slots[place % kPageSlots] = instance;
+  ++pages_[place / kPageSlots]->used;
   all_.push_back(instance);
   ++live_count_;
   for (const std::int32_t ancestor : type.lineage) {
     object_types().at(ancestor).instances.push_back(instance);
     ++object_types().at(ancestor).live_count;
   }
-  for (EventList* list : type.lists) list->push_back(instance);
+  for (const EventSubscription& subscription : type.subscriptions) subscription.list->push_back({instance, subscription.event});
   by_depth_[instance->depth].push_back(instance);
 
   if (fields != nullptr) write_fields(*instance, *fields);
@@ -99,9 +93,9 @@ void World::unlist(CInstance& instance) {
   --live_count_;
   for (const std::int32_t ancestor : instance.type->lineage) --object_types().at(ancestor).live_count;
   const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
-  std::unique_ptr<Page>& page = pages_[place / 1024];
-  page->slots[place % 1024] = nullptr;
-  if (--page->used == 0 && place / 1024 + 1 < pages_.size()) page.reset();
+  std::unique_ptr<Page>& page = pages_[place / kPageSlots];
+  page->slots[place % kPageSlots] = nullptr;
+  if (--page->used == 0 && place / kPageSlots + 1 < pages_.size()) page.reset();
 }
 
 void World::destroy(CInstance& instance, bool runs_destroy_event) {
@@ -141,7 +135,9 @@ void World::forget_dead() {
   has_dead_ = false;
   drop_dead(all_);
   for (std::int32_t i = 0; i < object_types().count(); ++i) drop_dead(object_types().at(i).instances);
-  for (auto& [key, list] : object_types().lists()) drop_dead(list);
+  for (auto& [key, list] : object_types().lists()) {
+    list.erase(std::remove_if(list.begin(), list.end(), [](const Participant& each) { return !each.instance->is_alive; }), list.end());
+  }
   for (auto bucket = by_depth_.begin(); bucket != by_depth_.end();) {
     drop_dead(bucket->second);
     bucket = bucket->second.empty() ? by_depth_.erase(bucket) : std::next(bucket);

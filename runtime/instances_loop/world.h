@@ -48,7 +48,11 @@ class World {
   std::int32_t room_wanted = -1;      // room_goto takes effect at the end of the frame
   bool restart_wanted = false;
 
-  CInstance* find(std::int32_t id);
+  CInstance* find(std::int32_t id) const {
+    const std::uint32_t place = static_cast<std::uint32_t>(id - kFirstId);
+    if (place / kPageSlots >= pages_.size() || pages_[place / kPageSlots] == nullptr) return nullptr;
+    return pages_[place / kPageSlots]->slots[place % kPageSlots];
+  }
   // Creates on a layer (or at a depth, with layer -1), writes `fields` before Create, runs Create. Never null.
   CInstance* create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields, WBObjectBase* creator);
   // Runs Destroy (when asked to) and Clean Up; from here on nothing finds the instance. Destroying twice is harmless.
@@ -80,12 +84,14 @@ class World {
   void leave_room();
   void run_for_all(EventKey key);
 
+  static constexpr std::int32_t kFirstId = 100000;
+  static constexpr std::uint32_t kPageSlots = 16384;
   struct Page {
-    CInstance* slots[1024] = {};
+    CInstance* slots[kPageSlots] = {};
     int used = 0;
   };
   std::vector<std::unique_ptr<Page>> pages_;  // by id: finding is two loads
-  std::int32_t next_id_ = 100000;
+  std::int32_t next_id_ = kFirstId;
   std::vector<CInstance*> all_;
   std::int32_t live_count_ = 0;
   bool has_dead_ = false;
@@ -93,7 +99,10 @@ class World {
   std::int32_t next_layer_id_ = 0;
 };
 
-World& world();
+// The one world; made on first use, never destroyed.
+World& make_world();
+inline World* the_world = nullptr;
+inline World& world() { return the_world != nullptr ? *the_world : make_world(); }
 
 // Runs one handler for an instance, with the event named in reports and inherited handlers within reach.
 void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event);

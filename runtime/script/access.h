@@ -63,24 +63,31 @@ class VariableAccess {
   // Writing.
   template <class T>
   void operator=(T&& value) && {
-    if constexpr (Arithmetic<std::remove_cvref_t<T>> && !std::same_as<std::remove_cvref_t<T>, bool>) {
-      store_number(static_cast<double>(value));
-    } else if constexpr (std::is_same_v<std::remove_cvref_t<T>, Real>) {
-      store_number(value.number());
+    if constexpr (KnownNumber<T>) {
+      store_number(as_real(value).number());
     } else {
       store(as_value(static_cast<T&&>(value)));
     }
   }
+#define ARENA_UPDATE(symbol, routine)                                         \
+  template <class T>                                                          \
+  void operator symbol(T&& right) && {                                        \
+    if constexpr (KnownNumber<T>) {                                           \
+      RValue* slot = plain_slot();                                            \
+      if (slot != nullptr && slot->kind_bits == kNumber) [[likely]] {         \
+        slot->real symbol as_real(right).number();                            \
+        return;                                                               \
+      }                                                                       \
+    }                                                                         \
+    update(routine, as_value(static_cast<T&&>(right)));                       \
+  }
+  ARENA_UPDATE(+=, op_add)
+  ARENA_UPDATE(-=, op_subtract)
+  ARENA_UPDATE(*=, op_multiply)
+  ARENA_UPDATE(/=, op_divide)
+#undef ARENA_UPDATE
   template <class T>
-  void operator+=(T&& right) && { update(op_add, as_number(right)); }
-  template <class T>
-  void operator-=(T&& right) && { update(op_subtract, as_number(right)); }
-  template <class T>
-  void operator*=(T&& right) && { update(op_multiply, as_number(right)); }
-  template <class T>
-  void operator/=(T&& right) && { update(op_divide, as_number(right)); }
-  template <class T>
-  void operator%=(T&& right) && { update(op_remainder, as_number(right)); }
+  void operator%=(T&& right) && { update(op_remainder, as_value(static_cast<T&&>(right))); }
 
   VariableAccess operator[](Key member) && { return VariableAccess(require_properties(get()), member.name); }
   GeneralAccess operator[](const BuiltinName& member) &&;
@@ -120,17 +127,7 @@ class VariableAccess {
       write_variable(object_, name_.slot, value);
     }
   }
-  template <class T>
-  static decltype(auto) as_number(T&& operand) {
-    return as_value(static_cast<T&&>(operand));
-  }
-  template <class Right>
-  void update(RValue& (*routine)(RValue&, const RValue&), Right&& right) {
-    RValue* slot = plain_slot();
-    if (slot != nullptr && slot->kind_bits == kNumber) [[likely]] {
-      routine(*slot, right);
-      return;
-    }
+  void update(RValue& (*routine)(RValue&, const RValue&), const RValue& right) {
     RValue changed(get());
     const RValue kept(right);
     routine(changed, kept);

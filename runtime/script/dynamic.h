@@ -81,13 +81,21 @@ decltype(auto) as_value(T&& operand) {
   }
 }
 
-#define ARENA_DYNAMIC_OPERATOR(symbol, routine)                     \
-  template <class L, class R>                                       \
-    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>)) \
-  Value operator symbol(L&& left, R&& right) {                      \
-    Value result(as_value(static_cast<L&&>(left)));                 \
-    routine(result, as_value(static_cast<R&&>(right)));             \
-    return result;                                                  \
+// A number by its C++ type: it can meet a number of unknown kind without being boxed.
+template <class T>
+concept KnownNumber = NumberOperand<T> && !std::same_as<std::remove_cvref_t<T>, bool>;
+
+#define ARENA_DYNAMIC_OPERATOR(symbol, routine)                                                        \
+  template <class L, class R>                                                                          \
+    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>))                                 \
+  Value operator symbol(L&& left, R&& right) {                                                         \
+    if constexpr (KnownNumber<R>) {                                                                    \
+      const RValue& known = as_value(left);                                                            \
+      if (known.kind_bits == kNumber) return Value(Real(known.real) symbol as_real(right));            \
+    }                                                                                                  \
+    Value result(as_value(static_cast<L&&>(left)));                                                    \
+    routine(result, as_value(static_cast<R&&>(right)));                                                \
+    return result;                                                                                     \
   }
 ARENA_DYNAMIC_OPERATOR(+, op_add)
 ARENA_DYNAMIC_OPERATOR(-, op_subtract)
@@ -96,17 +104,19 @@ ARENA_DYNAMIC_OPERATOR(/, op_divide)
 ARENA_DYNAMIC_OPERATOR(%, op_remainder)
 #undef ARENA_DYNAMIC_OPERATOR
 
-template <class L, class R>
-int compare_operands(L&& left, R&& right) {
-  return compare(as_value(static_cast<L&&>(left)), as_value(static_cast<R&&>(right)));
-}
-
-#define ARENA_DYNAMIC_COMPARISON(symbol, test)                      \
-  template <class L, class R>                                       \
-    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>)) \
-  bool operator symbol(L&& left, R&& right) {                       \
-    const int order = compare_operands(static_cast<L&&>(left), static_cast<R&&>(right)); \
-    return test;                                                    \
+#define ARENA_DYNAMIC_COMPARISON(symbol, test)                                                         \
+  template <class L, class R>                                                                          \
+    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>))                                 \
+  bool operator symbol(L&& left, R&& right) {                                                          \
+    if constexpr (KnownNumber<R>) {                                                                    \
+      const RValue& known = as_value(left);                                                            \
+      if (known.kind_bits == kNumber) return Real(known.real) symbol as_real(right);                   \
+      const int order = compare(known, RValue(as_real(right).number()));                               \
+      return test;                                                                                     \
+    } else {                                                                                           \
+      const int order = compare(as_value(static_cast<L&&>(left)), as_value(static_cast<R&&>(right)));  \
+      return test;                                                                                     \
+    }                                                                                                  \
   }
 ARENA_DYNAMIC_COMPARISON(==, order == 0)
 ARENA_DYNAMIC_COMPARISON(!=, order != 0)

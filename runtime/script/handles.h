@@ -22,6 +22,7 @@ class Instance {
   FieldAccess<field, after> operator[](const InstanceField<field, after>&) const {
     return FieldAccess<field, after>(instance_);
   }
+  Real operator[](const InstanceIdName&) const { return instance_->id; }
   GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(instance_, name); }
   VariableAccess operator[](Key key) const { return VariableAccess(instance_, key.name); }
 
@@ -48,6 +49,7 @@ class Self {
   FieldAccess<field, after> operator[](const InstanceField<field, after>&) const {
     return FieldAccess<field, after>(instance_);
   }
+  Real operator[](const InstanceIdName&) const { return instance_->id; }
   GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(instance_, name); }
   VariableAccess operator[](Key key) const { return VariableAccess(instance_, key.name); }
   operator Value() const { return RValue::of_object(instance_); }

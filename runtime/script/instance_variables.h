@@ -59,7 +59,11 @@ inline const InstanceField<&CInstance::image_blend> image_blend{"image_blend"};
 inline const InstanceField<&CInstance::sprite_index> sprite_index{"sprite_index"};
 
 // The rest go through the table of built-in variables.
-inline const BuiltinName id{"id"};
+class InstanceIdName : public BuiltinName {
+ public:
+  using BuiltinName::BuiltinName;
+};
+inline const InstanceIdName id{"id"};
 inline const BuiltinName object_index{"object_index"};
 inline const BuiltinName alarm{"alarm"};
 inline const BuiltinName depth{"depth"};

@@ -20,7 +20,9 @@ bool require_cell(const DsGrid& grid, std::int32_t column, std::int32_t row) {
 
 }  // namespace
 
-void array_push(const Value& array, const Value& element) {
+Grid::Grid(const Value& handle) : grid_(require_grid(handle)) {}
+
+void array_push_slow(const Value& array, const Value& element) {
   if (!array.is_array() || array.array == nullptr) {
     report_error(messages::kArgumentArray, "array_push", 1);
     return;

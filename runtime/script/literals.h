@@ -22,10 +22,9 @@ inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
 
 template <class... Elements>
 Value array_of(const Elements&... elements) {
-  const OwnerTokenScope token(innermost_frame != nullptr ? innermost_frame->token : 1);
-  const Value values[sizeof...(Elements) + 1] = {Value(as_value(elements))..., Value()};
-  Value made = make_array(static_cast<std::int32_t>(sizeof...(Elements)));
-  for (std::size_t i = 0; i < sizeof...(Elements); ++i) array_store(*made.array, static_cast<std::int32_t>(i), values[i]);
+  GCArrayThing* const thing = new GCArrayThing(innermost_frame != nullptr ? innermost_frame->token : 1);
+  Value made = RValue::of_array(&thing->record);
+  (array_append(thing->record, as_value(elements)), ...);
   return made;
 }
 

@@ -39,9 +39,9 @@ class Real {
   // NaN is unordered: only != holds. Equal infinities differ by NaN and are equal.
   friend bool operator==(Real a, Real b) { return std::fabs(a.number_ - b.number_) <= tolerance() || a.number_ == b.number_; }
   friend bool operator!=(Real a, Real b) { return !(a == b); }
-  friend bool operator<(Real a, Real b) { return a.number_ < b.number_ && !(a == b); }
+  friend bool operator<(Real a, Real b) { return b.number_ - a.number_ > tolerance(); }
   friend bool operator>(Real a, Real b) { return b < a; }
-  friend bool operator<=(Real a, Real b) { return a.number_ < b.number_ || a == b; }
+  friend bool operator<=(Real a, Real b) { return a.number_ - b.number_ <= tolerance() || a.number_ == b.number_; }
   friend bool operator>=(Real a, Real b) { return b <= a; }
 
  private:

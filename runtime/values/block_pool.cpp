@@ -2,75 +2,65 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <new>
 
-#include "runtime/values/worker_lock.h"
-
-namespace arena {
+namespace arena::detail {
 namespace {
 
-constexpr std::size_t kGranule = 16;
-constexpr std::size_t kLargestPooled = 1024;
-constexpr std::size_t kSlabBytes = 64 * 1024;
+constexpr std::size_t kSlabBytes = 256 * 1024;
+constexpr std::size_t kCacheLine = 64;
 
-struct FreeBlock {
-  FreeBlock* next;
-};
-
-struct Pool {
-  FreeBlock* free_lists[kLargestPooled / kGranule + 1] = {};
-  char* slab = nullptr;
-  std::size_t slab_left = 0;
-  std::size_t in_use = 0;
-};
-Pool pool;
+char* slab = nullptr;
+std::size_t slab_left = 0;
 
 void* system_block(std::size_t bytes) {
-  void* block = std::malloc(bytes);
+  void* block = std::aligned_alloc(kCacheLine, (bytes + kCacheLine - 1) / kCacheLine * kCacheLine);
   if (block == nullptr) std::abort();
   return block;
 }
 
 void* carve(std::size_t bytes) {
-  if (pool.slab_left < bytes) {
-    pool.slab = static_cast<char*>(system_block(kSlabBytes));
-    pool.slab_left = kSlabBytes;
+  if (bytes % kCacheLine == 0) {
+    const std::size_t skip = reinterpret_cast<std::size_t>(slab) % kCacheLine;
+    const std::size_t gap = skip == 0 ? 0 : kCacheLine - skip;
+    if (slab_left >= gap) {
+      slab += gap;
+      slab_left -= gap;
+    }
   }
-  char* block = pool.slab;
-  pool.slab += bytes;
-  pool.slab_left -= bytes;
+  if (slab_left < bytes) {
+    slab = static_cast<char*>(system_block(kSlabBytes));
+    slab_left = kSlabBytes;
+  }
+  char* block = slab;
+  slab += bytes;
+  slab_left -= bytes;
   return block;
 }
 
 }  // namespace
 
-void* allocate_block(std::size_t bytes) {
+void* allocate_slow(std::size_t rounded) {
   const WorkerLock lock(WorkerLock::kNursery);
-  const std::size_t rounded = (bytes + kGranule - 1) / kGranule * kGranule;
-  pool.in_use += rounded;
-  if (rounded > kLargestPooled) return system_block(rounded);
-  FreeBlock*& head = pool.free_lists[rounded / kGranule];
-  if (head == nullptr) return carve(rounded == 0 ? kGranule : rounded);
+  block_pool.in_use += rounded;
+  if (rounded > kLargestPooledBlock) return system_block(rounded);
+  FreeBlock*& head = block_pool.free_lists[rounded / kBlockGranule];
+  if (head == nullptr) return carve(rounded == 0 ? kBlockGranule : rounded);
   FreeBlock* block = head;
   head = block->next;
   return block;
 }
 
-void free_block(void* block, std::size_t bytes) {
-  if (block == nullptr) return;
+void free_slow(void* block, std::size_t rounded) {
   const WorkerLock lock(WorkerLock::kNursery);
-  const std::size_t rounded = (bytes + kGranule - 1) / kGranule * kGranule;
-  pool.in_use -= rounded;
+  block_pool.in_use -= rounded;
   if (kStressBuild) std::memset(block, 0xDD, rounded);
-  if (rounded > kLargestPooled) {
+  if (rounded > kLargestPooledBlock) {
     std::free(block);
     return;
   }
   FreeBlock* freed = static_cast<FreeBlock*>(block);
-  freed->next = pool.free_lists[rounded / kGranule];
-  pool.free_lists[rounded / kGranule] = freed;
+  freed->next = block_pool.free_lists[rounded / kBlockGranule];
+  block_pool.free_lists[rounded / kBlockGranule] = freed;
 }
 
-std::size_t allocated_bytes() { return pool.in_use; }
-
-}  // namespace arena
+}  // namespace arena::detail

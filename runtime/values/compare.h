@@ -7,10 +7,15 @@ namespace arena {
 inline constexpr int kUnordered = -2;
 
 // The process-wide tolerance of every script comparison.
-inline double comparison_epsilon = 0.00001;
+inline double comparison_epsilon = 0.00001;  // change it with set_comparison_epsilon
 // A difference counts as at most the tolerance up to one part in 10^9 above it: 1 == 1.00001 must hold in doubles.
 inline constexpr double kEpsilonSlack = 1.0 + 1e-9;
-inline double tolerance() { return comparison_epsilon * kEpsilonSlack; }
+inline double comparison_tolerance = 0.00001 * kEpsilonSlack;
+inline double tolerance() { return comparison_tolerance; }
+inline void set_comparison_epsilon(double epsilon) {
+  comparison_epsilon = epsilon;
+  comparison_tolerance = epsilon * kEpsilonSlack;
+}
 
 // -1, 0, 1, or kUnordered. `strict` makes an array operand an error.
 int compare(const RValue& left, const RValue& right, double epsilon, bool strict);

@@ -111,7 +111,7 @@ std::optional<bool> parse_bool(std::string_view text) {
   return *real > 0.5;
 }
 
-std::int32_t saturate_int32(double number) {
+std::int32_t saturate_int32_slow(double number) {
   if (std::isnan(number)) return 0;
   if (number >= 2147483647.0) return INT32_MAX;
   if (number <= -2147483648.0) return INT32_MIN;

@@ -19,7 +19,10 @@ std::optional<std::int64_t> parse_integer(std::string_view text);  // a fraction
 std::optional<bool> parse_bool(std::string_view text);
 
 // Toward zero; NaN gives 0 and what is out of range the nearest end of the range.
-std::int32_t saturate_int32(double number);
+std::int32_t saturate_int32_slow(double number);
+inline std::int32_t saturate_int32(double number) {
+  return number > -2147483648.0 && number < 2147483647.0 ? static_cast<std::int32_t>(number) : saturate_int32_slow(number);
+}
 std::int64_t saturate_int64(double number);
 
 }  // namespace arena

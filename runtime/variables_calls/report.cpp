@@ -8,6 +8,9 @@ namespace {
 
 int suppressions = 0;
 bool happened = false;
+EventDescription (*describe_event)() = nullptr;
+// The first place is for a prefix that a host may want; this runtime has none.
+constexpr Message<Text, std::int32_t, Text, Text, Text> kHeading{"%sERROR in action number %d\nof %s for object %s:\n%s"};
 std::uint64_t reports = 0;
 
 // Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
@@ -25,6 +28,8 @@ ErrorSuppression::~ErrorSuppression() { --suppressions; }
 bool error_happened() { return happened; }
 void clear_error_happened() { happened = false; }
 std::uint64_t error_count() { return reports; }
+
+void set_event_describer(EventDescription (*describe)()) { describe_event = describe; }
 
 std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count) {
   std::string message;
@@ -47,12 +52,9 @@ std::string format_message(const char* format, const MessageArgument* arguments,
 }
 
 std::string build_report(const std::string& message) {
+  const EventDescription running = describe_event != nullptr ? describe_event() : EventDescription();
   std::string report(43, '_');
-  report += "\nERROR in action number " + std::to_string(event_context.action_number);
-  report += "\nof " + (event_context.event != nullptr ? event_context.event_text(event_context.event) : std::string("<Unknown Event>"));
-  report += " for object ";
-  report += event_context.object_name;
-  report += ":\n" + message + "\n";
+  report += "\n" + format_message(kHeading, "", running.action_number, running.event, running.object, message) + "\n";
   for (const Frame* frame = innermost_frame; frame != nullptr; frame = frame->previous) {
     if (frame->line > 0) {
       report += " at " + std::string(frame->function) + " (line " + std::to_string(frame->line) + ") - ";

@@ -37,25 +37,13 @@ bool error_happened();
 void clear_error_happened();
 std::uint64_t error_count();  // reports so far, suppressed ones included
 
-// What the heading of a report says is running; set around every event handler.
-struct EventContext {
-  std::string (*event_text)(const void* event);  // called only when a report is made
-  const void* event;
-  const char* object_name;
-  int action_number;  // counts the handlers of one event of one instance, the inherited ones included, from 1
+// What the heading of a report says is running. The frame loop tells; asked only when a report is made.
+struct EventDescription {
+  std::string event = "<Unknown Event>";
+  std::string object;
+  int action_number = 1;
 };
-inline EventContext event_context{nullptr, nullptr, "", 1};
-
-class EventContextScope {
- public:
-  explicit EventContextScope(const EventContext& context) : saved_(event_context) { event_context = context; }
-  ~EventContextScope() { event_context = saved_; }
-  EventContextScope(const EventContextScope&) = delete;
-  EventContextScope& operator=(const EventContextScope&) = delete;
-
- private:
-  EventContext saved_;
-};
+void set_event_describer(EventDescription (*describe)());
 
 struct MessageArgument {
   enum { kText, kInteger, kSerial } type;
