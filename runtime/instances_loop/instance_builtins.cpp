@@ -140,8 +140,11 @@ void layer_set_visible(const CallContext& call, const RValue&, bool visible) {
 }
 
 // Rooms and the game
+bool room_exists(std::int32_t room) {
+  return room >= 0 && static_cast<std::size_t>(room) < world().rooms.size() && !world().rooms[static_cast<std::size_t>(room)].name.empty();
+}
 bool require_room(std::int32_t room) {
-  if (room >= 0 && static_cast<std::size_t>(room) < world().rooms.size()) return true;
+  if (room_exists(room)) return true;
   report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
   return false;
 }
@@ -150,7 +153,6 @@ void room_goto(std::int32_t room) {
 }
 void room_restart() { world().room_wanted = world().room; }
 std::string room_get_name(std::int32_t room) { return require_room(room) ? world().rooms[static_cast<std::size_t>(room)].name : std::string(); }
-bool room_exists(std::int32_t room) { return room >= 0 && static_cast<std::size_t>(room) < world().rooms.size(); }
 void game_restart() { world().restart_wanted = true; }
 void game_end() { world().ended = true; }
 void debug_message(const RValue& value) { log_message(to_text(value)); }

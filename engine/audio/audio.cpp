@@ -1,0 +1,146 @@
+#include "engine/audio/audio.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "runtime/values/elementary.h"
+
+namespace arena::audio {
+namespace {
+
+constexpr std::size_t kMostVoices = 256;
+constexpr std::size_t kMostRemembered = 4096;
+
+bool matches(const Voice& voice, std::int32_t handle_or_sound) {
+  return handle_or_sound >= kFirstHandle ? voice.handle == handle_or_sound : voice.sound == handle_or_sound;
+}
+
+}  // namespace
+
+Audio& audio() {
+  static Audio model;
+  return model;
+}
+
+double falloff_gain(Falloff model, double distance, double reference, double maximum, double factor) {
+  const bool clamped = model == Falloff::kInverseClamped || model == Falloff::kLinearClamped || model == Falloff::kExponentClamped;
+  if (clamped) distance = std::clamp(distance, reference, std::max(reference, maximum));
+  switch (model) {
+    case Falloff::kNone: return 1;
+    case Falloff::kInverse:
+    case Falloff::kInverseClamped: {
+      const double below = reference + factor * (distance - reference);
+      return below > 0 ? std::min(1.0, reference / below) : 1;
+    }
+    case Falloff::kLinear:
+    case Falloff::kLinearClamped:
+      if (maximum <= reference) return 1;
+      return std::clamp(1 - factor * (distance - reference) / (maximum - reference), 0.0, 1.0);
+    case Falloff::kExponent:
+    case Falloff::kExponentClamped:
+      return reference > 0 && distance > 0 ? std::min(1.0, elementary::pow(distance / reference, -factor)) : 1;
+  }
+  return 1;
+}
+
+bool Audio::has_sound(std::int32_t sound) const {
+  return sound >= 0 && static_cast<std::size_t>(sound) < clips.size() && !clips[static_cast<std::size_t>(sound)].name.empty();
+}
+
+double Audio::loudness(const Voice& voice) const {
+  if (!voice.is_positional) return voice.gain;
+  const double dx = voice.x - listener.x, dy = voice.y - listener.y, dz = voice.z - listener.z;
+  return voice.gain * falloff_gain(falloff, elementary::sqrt(dx * dx + dy * dy + dz * dz), voice.reference, voice.maximum, voice.factor);
+}
+
+std::int32_t Audio::play(const Voice& voice) {
+  if (voices_.size() >= kMostVoices) {
+    const auto least = std::min_element(voices_.begin(), voices_.end(), [](const Voice& a, const Voice& b) {
+      return a.priority != b.priority ? a.priority < b.priority : a.handle < b.handle;
+    });
+    if (least->priority > voice.priority) return -1;
+    voices_.erase(least);
+  }
+  voices_.push_back(voice);
+  voices_.back().handle = next_handle_++;
+  if (started_.size() < kMostRemembered) started_.push_back(voices_.back());
+  return voices_.back().handle;
+}
+
+template <class Change>
+void Audio::for_matching(std::int32_t handle_or_sound, Change change) {
+  for (Voice& voice : voices_) {
+    if (matches(voice, handle_or_sound)) change(voice);
+  }
+  for (Voice& voice : started_) {
+    if (matches(voice, handle_or_sound)) change(voice);  // pitch and gain set in the same frame belong to the start
+  }
+}
+
+void Audio::stop(std::int32_t handle_or_sound) {
+  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }), voices_.end());
+}
+void Audio::stop_all() { voices_.clear(); }
+void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
+  for_matching(handle_or_sound, [&](Voice& voice) { voice.is_paused = paused; });
+}
+void Audio::set_pitch(std::int32_t handle_or_sound, double pitch) {
+  for_matching(handle_or_sound, [&](Voice& voice) { voice.pitch = std::max(pitch, 0.01); });
+}
+
+void Audio::set_gain(std::int32_t handle_or_sound, double gain, double seconds) {
+  for_matching(handle_or_sound, [&](Voice& voice) {
+    fades_.erase(std::remove_if(fades_.begin(), fades_.end(), [&](const Fade& fade) { return fade.handle == voice.handle; }), fades_.end());
+    if (seconds <= 0) {
+      voice.gain = gain;
+    } else {
+      fades_.push_back({voice.handle, gain, (gain - voice.gain) / seconds});
+    }
+  });
+}
+
+bool Audio::is_playing(std::int32_t handle_or_sound) const {
+  return std::any_of(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound) && !voice.is_paused; });
+}
+bool Audio::is_paused(std::int32_t handle_or_sound) const {
+  return std::any_of(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound) && voice.is_paused; });
+}
+const Voice* Audio::find(std::int32_t handle) const {
+  const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return voice.handle == handle; });
+  return found == voices_.end() ? nullptr : &*found;
+}
+bool Audio::exists(std::int32_t handle_or_sound) const { return has_sound(handle_or_sound) || find(handle_or_sound) != nullptr; }
+
+void Audio::advance(double seconds) {
+  for (Fade& fade : fades_) {
+    const auto voice = std::find_if(voices_.begin(), voices_.end(), [&](const Voice& each) { return each.handle == fade.handle; });
+    if (voice == voices_.end()) continue;
+    const double left = fade.target - voice->gain, step = fade.per_second * seconds;
+    voice->gain = std::fabs(step) >= std::fabs(left) ? fade.target : voice->gain + step;
+  }
+  for (Voice& voice : voices_) {
+    if (voice.is_paused) continue;
+    voice.offset += seconds * voice.pitch;
+    const double length = clips[static_cast<std::size_t>(voice.sound)].seconds();
+    if (voice.loop && length > 0) voice.offset = std::fmod(voice.offset, length);
+  }
+  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) {
+    return !voice.loop && voice.offset >= clips[static_cast<std::size_t>(voice.sound)].seconds();
+  }), voices_.end());
+}
+
+void Audio::feed(Device& device) const {
+  std::vector<Voice> sounding = voices_;
+  std::stable_sort(sounding.begin(), sounding.end(), [&](const Voice& a, const Voice& b) {
+    return a.priority != b.priority ? a.priority > b.priority : loudness(a) > loudness(b);
+  });
+  device.follow(sounding, listener, falloff, master_gain);
+}
+
+std::vector<Voice> Audio::take_started() {
+  std::vector<Voice> taken;
+  taken.swap(started_);
+  return taken;
+}
+
+}  // namespace arena::audio

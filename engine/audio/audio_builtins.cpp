@@ -1,0 +1,97 @@
+// The sound functions of scripts. A sound is an asset's number or the handle of one that plays.
+#include <algorithm>
+
+#include "engine/audio/audio.h"
+#include "runtime/variables_calls/arguments.h"
+
+namespace arena::audio {
+namespace {
+
+bool require_sound(std::int32_t sound) {
+  if (audio().has_sound(sound)) return true;
+  report_invalid_resource(1, "sound", sound, static_cast<std::int32_t>(audio().clips.size()));
+  return false;
+}
+
+std::int32_t play_sound(std::int32_t sound, double priority, bool loop, std::optional<double> gain, std::optional<double> offset,
+                        std::optional<double> pitch) {
+  if (!require_sound(sound)) return -1;
+  Voice voice;
+  voice.sound = sound;
+  voice.priority = priority;
+  voice.loop = loop;
+  voice.gain = gain.value_or(1);
+  voice.offset = offset.value_or(0);
+  voice.pitch = pitch.value_or(1);
+  return audio().play(voice);
+}
+
+std::int32_t play_sound_at(std::int32_t sound, double x, double y, double z, double reference, double maximum, double factor, bool loop,
+                           double priority) {
+  if (!require_sound(sound)) return -1;
+  Voice voice;
+  voice.sound = sound;
+  voice.is_positional = true;
+  voice.x = x;
+  voice.y = y;
+  voice.z = z;
+  voice.reference = reference;
+  voice.maximum = maximum;
+  voice.factor = factor;
+  voice.loop = loop;
+  voice.priority = priority;
+  return audio().play(voice);
+}
+
+void stop_sound(std::int32_t which) { audio().stop(which); }
+void stop_all() { audio().stop_all(); }
+void pause_sound(std::int32_t which) { audio().set_paused(which, true); }
+void resume_sound(std::int32_t which) { audio().set_paused(which, false); }
+void sound_gain(std::int32_t which, double gain, std::optional<double> milliseconds) { audio().set_gain(which, gain, milliseconds.value_or(0) / 1000); }
+void sound_pitch(std::int32_t which, double pitch) { audio().set_pitch(which, pitch); }
+double sound_get_gain(std::int32_t which) {
+  const Voice* voice = audio().find(which);
+  return voice != nullptr ? voice->gain : 1;
+}
+double sound_get_pitch(std::int32_t which) {
+  const Voice* voice = audio().find(which);
+  return voice != nullptr ? voice->pitch : 1;
+}
+double sound_length(std::int32_t which) {
+  const Voice* voice = audio().find(which);
+  const std::int32_t sound = voice != nullptr ? voice->sound : which;
+  return require_sound(sound) ? audio().clips[static_cast<std::size_t>(sound)].seconds() : 0;
+}
+bool exists(const RValue& which) { return is_number_like(which) && audio().exists(to_int32(which)); }
+bool is_playing(std::int32_t which) { return audio().is_playing(which); }
+bool is_paused(std::int32_t which) { return audio().is_paused(which); }
+void listener_position(double x, double y, double z) {
+  audio().listener.x = x;
+  audio().listener.y = y;
+  audio().listener.z = z;
+}
+void listener_orientation(double at_x, double at_y, double at_z, double up_x, double up_y, double up_z) {
+  Device::Listener& listener = audio().listener;
+  listener.at[0] = at_x;
+  listener.at[1] = at_y;
+  listener.at[2] = at_z;
+  listener.up[0] = up_x;
+  listener.up[1] = up_y;
+  listener.up[2] = up_z;
+}
+void set_falloff_model(std::int32_t model) { audio().falloff = static_cast<Falloff>(std::clamp(model, 0, 6)); }
+void master_gain(double gain) { audio().master_gain = std::max(0.0, gain); }
+
+const BuiltinEntry kEntries[] = {
+    {"audio_play_sound", builtin<play_sound>}, {"audio_play_sound_at", builtin<play_sound_at>}, {"audio_stop_sound", builtin<stop_sound>},
+    {"audio_stop_all", builtin<stop_all>}, {"audio_pause_sound", builtin<pause_sound>}, {"audio_resume_sound", builtin<resume_sound>},
+    {"audio_sound_gain", builtin<sound_gain>}, {"audio_sound_pitch", builtin<sound_pitch>}, {"audio_sound_get_gain", builtin<sound_get_gain>},
+    {"audio_sound_get_pitch", builtin<sound_get_pitch>}, {"audio_sound_length", builtin<sound_length>}, {"audio_exists", builtin<exists>},
+    {"audio_is_playing", builtin<is_playing>}, {"audio_is_paused", builtin<is_paused>}, {"audio_listener_position", builtin<listener_position>},
+    {"audio_listener_orientation", builtin<listener_orientation>}, {"audio_falloff_set_model", builtin<set_falloff_model>},
+    {"audio_master_gain", builtin<master_gain>},
+};
+const BuiltinTable table(kEntries);
+
+}  // namespace
+}  // namespace arena::audio

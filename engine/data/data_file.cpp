@@ -1,0 +1,186 @@
+#include "engine/data/data_file.h"
+
+#include <zlib.h>
+
+#include <cstring>
+#include <fstream>
+#include <set>
+
+#include "arena_generated.h"
+
+namespace arena::data {
+namespace {
+
+template <class T>
+void put(std::vector<std::uint8_t>& out, T number) {
+  for (std::size_t i = 0; i < sizeof(T); ++i) out.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
+}
+template <class T>
+T get(const std::uint8_t* at) {
+  T number = 0;
+  for (std::size_t i = 0; i < sizeof(T); ++i) number = static_cast<T>(number | static_cast<T>(at[i]) << (8 * i));
+  return number;
+}
+
+constexpr int kLargestPage = 8192;      // pixels a side: every device has that
+constexpr int kMostAssets = 10000;      // largest index of anything
+constexpr int kLargestRoom = 1 << 20;   // pixels a side
+
+// Checks what the verifier cannot know. The first thing found wrong is the answer.
+class MeaningCheck {
+ public:
+  explicit MeaningCheck(const File& file) : file_(file) {}
+
+  std::string run() {
+    check(file_.density() > 0 && file_.density() <= 16, "the density is out of range");
+    pages();
+    sprites();
+    fonts();
+    sounds();
+    objects();
+    rooms();
+    check(file_.rooms()->size() > 0, "there is no room");
+    check(has_room(file_.first_room()), "the first room does not exist");
+    return problem_;
+  }
+
+ private:
+  void check(bool holds, const std::string& otherwise) {
+    if (!holds && problem_.empty()) problem_ = otherwise;
+  }
+  template <class Asset>
+  void index_of(const Asset& asset, const char* kind, std::set<int>& seen) {
+    const std::string named = std::string(kind) + " '" + asset.name()->str() + "'";
+    check(asset.index() >= 0 && asset.index() < kMostAssets, named + " has an index out of range");
+    check(seen.insert(asset.index()).second, named + " has the index of another " + kind);
+  }
+  bool inside_page(int page, int x, int y, int width, int height) const {
+    if (page < 0 || page >= static_cast<int>(file_.pages()->size()) || x < 0 || y < 0 || width < 0 || height < 0) return false;
+    const Page* on = file_.pages()->Get(static_cast<unsigned>(page));
+    return x <= on->width() - width && y <= on->height() - height;
+  }
+  bool has_sprite(int index) const { return index == -1 || sprites_.count(index) > 0; }
+  bool has_object(int index) const { return index >= 0 && index < static_cast<int>(file_.objects()->size()); }
+  bool has_room(int index) const { return rooms_.count(index) > 0; }
+
+  void pages() {
+    for (const Page* page : *file_.pages()) {
+      check(page->width() > 0 && page->height() > 0 && page->width() <= kLargestPage && page->height() <= kLargestPage,
+            "an atlas page has an impossible size");
+    }
+  }
+  void sprites() {
+    for (const Sprite* sprite : *file_.sprites()) {
+      index_of(*sprite, "sprite", sprites_);
+      const std::string named = "sprite '" + sprite->name()->str() + "'";
+      check(sprite->width() > 0 && sprite->height() > 0, named + " has no size");
+      check(sprite->frames()->size() > 0, named + " has no frame");
+      check(sprite->left() >= 0 && sprite->top() >= 0 && sprite->right() <= sprite->width() && sprite->bottom() <= sprite->height() &&
+                sprite->left() <= sprite->right() && sprite->top() <= sprite->bottom(), named + " has a mask outside itself");
+      check(sprite->mask() <= Mask_MAX, named + " has an unknown kind of mask");
+      if (sprite->mask() == Mask_Precise) {
+        const std::size_t stride = (static_cast<std::size_t>(sprite->right() - sprite->left()) + 7) / 8;
+        const std::size_t rows = static_cast<std::size_t>(sprite->bottom() - sprite->top());
+        check(sprite->precise() != nullptr && sprite->precise()->size() == stride * rows, named + " has a mask of the wrong size");
+      }
+      for (const Frame* frame : *sprite->frames()) {
+        check(inside_page(frame->page(), frame->x(), frame->y(), frame->width(), frame->height()), named + " has a frame outside its page");
+      }
+    }
+  }
+  void fonts() {
+    std::set<int> seen;
+    for (const Font* font : *file_.fonts()) {
+      index_of(*font, "font", seen);
+      const std::string named = "font '" + font->name()->str() + "'";
+      check(font->size() > 0 && font->line_height() > 0 && font->em_pixels() > 0 && font->field_range() > 0, named + " has no size");
+      for (const Glyph* glyph : *font->glyphs()) {
+        check(inside_page(glyph->page(), glyph->x(), glyph->y(), glyph->width(), glyph->height()), named + " has a glyph outside its page");
+      }
+    }
+  }
+  void sounds() {
+    std::set<int> seen;
+    for (const Sound* sound : *file_.sounds()) {
+      index_of(*sound, "sound", seen);
+      check(sound->rate() >= 8000 && sound->rate() <= 192000, "sound '" + sound->name()->str() + "' has an impossible rate");
+    }
+  }
+  void objects() {
+    for (const Object* object : *file_.objects()) {
+      const std::string named = "object '" + object->name()->str() + "'";
+      check(object->parent() == -1 || has_object(object->parent()), named + " has an unknown parent");
+      check(has_sprite(object->sprite()) && has_sprite(object->mask()), named + " has an unknown sprite");
+    }
+  }
+  void rooms() {
+    for (const Room* room : *file_.rooms()) {
+      index_of(*room, "room", rooms_);
+      const std::string named = "room '" + room->name()->str() + "'";
+      check(room->width() > 0 && room->height() > 0 && room->width() <= kLargestRoom && room->height() <= kLargestRoom &&
+                room->view_width() > 0 && room->view_height() > 0, named + " has an impossible size");
+      for (const Layer* layer : *room->layers()) check(has_sprite(layer->sprite()), named + " has a layer with an unknown sprite");
+      for (const Placement* placed : *room->instances()) {
+        check(has_object(placed->object()), named + " places an unknown object");
+        check(placed->layer() >= 0 && placed->layer() < static_cast<int>(room->layers()->size()), named + " places an object on no layer");
+      }
+    }
+  }
+
+  const File& file_;
+  std::string problem_;
+  std::set<int> sprites_, rooms_;
+};
+
+}  // namespace
+
+std::vector<std::uint8_t> header_for(const std::uint8_t* payload, std::size_t bytes) {
+  std::vector<std::uint8_t> header(kMagic, kMagic + 8);
+  put<std::uint32_t>(header, kVersion);
+  put<std::uint32_t>(header, static_cast<std::uint32_t>(crc32_z(0, payload, bytes)));
+  put<std::uint64_t>(header, bytes);
+  return header;
+}
+
+std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::string& name, std::string& problem) {
+  const auto fail = [&](const std::string& what) {
+    problem = name + ": " + what;
+    return nullptr;
+  };
+  if (bytes.empty()) return fail("the data file is empty");
+  if (bytes.size() < 8 || std::memcmp(bytes.data(), kMagic, 8) != 0) return fail("this is not a data file of this game");
+  if (bytes.size() < kHeaderBytes) return fail("the data file is cut off inside its header");
+  const std::uint32_t version = get<std::uint32_t>(&bytes[8]);
+  if (version != kVersion) {
+    return fail("the data file has version " + std::to_string(version) + ", this program reads version " + std::to_string(kVersion));
+  }
+  const std::uint64_t expected = get<std::uint64_t>(&bytes[16]), present = bytes.size() - kHeaderBytes;
+  if (present < expected) return fail("the data file is cut off: " + std::to_string(expected - present) + " of " + std::to_string(expected) + " bytes are missing");
+  if (present > expected) return fail("the data file is damaged: " + std::to_string(present - expected) + " bytes too many");
+  const std::uint8_t* payload = bytes.data() + kHeaderBytes;
+  if (crc32_z(0, payload, present) != get<std::uint32_t>(&bytes[12])) return fail("the data file is damaged: its checksum does not fit");
+  flatbuffers::Verifier verifier(payload, present);
+  if (!VerifyFileBuffer(verifier)) return fail("the data file is damaged: its structure is broken");
+  const std::string wrong = MeaningCheck(*GetFile(payload)).run();
+  if (!wrong.empty()) return fail("the data file is damaged: " + wrong);
+  auto file = std::make_unique<DataFile>();
+  file->bytes = std::move(bytes);
+  file->content = GetFile(file->bytes.data() + kHeaderBytes);
+  return file;
+}
+
+std::unique_ptr<DataFile> open_data_file(const std::string& path, std::string& problem) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) {
+    problem = path + ": the data file cannot be opened";
+    return nullptr;
+  }
+  std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (stream.bad()) {
+    problem = path + ": the data file cannot be read";
+    return nullptr;
+  }
+  return read_data(std::move(bytes), path, problem);
+}
+
+}  // namespace arena::data

@@ -1,0 +1,100 @@
+#pragma once
+// What scripts draw: sprites, shapes and text in the current colour, alpha, font and blend mode, through the view of the room or over
+// it on the GUI layer.
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "engine/data/data_file.h"
+#include "engine/gpu/gpu.h"
+
+namespace arena {
+
+namespace draw {
+
+enum class HorizontalAlign : std::uint8_t { kLeft, kCenter, kRight };
+enum class VerticalAlign : std::uint8_t { kTop, kMiddle, kBottom };
+
+struct DrawState {
+  std::uint32_t color = 0xFFFFFF;  // blue, green, red from the high byte down
+  double alpha = 1;
+  std::int32_t font = -1;          // -1: the first font of the data file
+  HorizontalAlign horizontal = HorizontalAlign::kLeft;
+  VerticalAlign vertical = VerticalAlign::kTop;
+  gpu::Blend blend = gpu::Blend::kNormal;
+  int circle_precision = 0;        // sides; 0: by size
+};
+
+// Where a picture goes. Scales and angle turn around its origin; the angle is counter-clockwise, degrees.
+struct Placement {
+  double x = 0, y = 0, xscale = 1, yscale = 1, angle = 0;
+  std::uint32_t color = 0xFFFFFF;
+  double alpha = 1;
+};
+
+class Draw {
+ public:
+  // Uploads the pages of the data file; `gpu` must outlive this.
+  Draw(gpu::Gpu& gpu, const data::DataFile& file);
+  ~Draw();
+  Draw(const Draw&) = delete;
+  Draw& operator=(const Draw&) = delete;
+
+  DrawState state;
+
+  void begin_world(int width, int height);  // pixels of the target
+  void begin_gui();
+  void end_frame();
+  gpu::Gpu& gpu() { return gpu_; }
+
+  // `frame` wraps around. Sprites that do not exist draw nothing: the built-ins report them.
+  void sprite(std::int32_t sprite, double frame, const Placement& at);
+  // A piece of the sprite, in sprite pixels from its top left corner, put at a place without an origin.
+  void sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, const Placement& at);
+  void sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height, std::uint32_t color, double alpha);
+  // Covers the visible part of the world, or the room, with copies of the sprite.
+  void background(std::int32_t sprite, bool tiled, std::uint32_t color);
+  void triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline);
+  void rectangle(double x1, double y1, double x2, double y2, const std::uint32_t (&corners)[4], bool outline);
+  void ellipse(double x, double y, double radius_x, double radius_y, std::uint32_t inner, std::uint32_t outer, bool outline);
+  void line(double x1, double y1, double x2, double y2, double width, std::uint32_t from, std::uint32_t to);
+  // "\n" starts a line. `wrap` in pixels breaks lines at blanks; 0: never. `separation` -1: the font's own.
+  void text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation = -1, double wrap = 0);
+  struct TextSize {
+    double width, height;
+  };
+  TextSize measure(std::string_view text, double separation = -1, double wrap = 0) const;
+  bool has_font(std::int32_t font) const;
+
+ private:
+  struct Page;
+  struct Font;
+  struct Picture;
+  struct Corner {
+    double x, y;
+  };
+  void load_fonts();
+  const Font* current_font() const;
+  std::vector<std::string_view> lines_of(const Font& font, std::string_view text, double wrap) const;
+  double line_width(const Font& font, std::string_view line) const;
+  Corner to_target(double x, double y) const;
+  void quad(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha);
+  void solid_triangle(const Corner (&corners)[3], const std::uint32_t (&colors)[3]);
+  const Picture* find_picture(std::int32_t sprite, double frame) const;
+  std::uint32_t packed(std::uint32_t color, double alpha) const;
+
+  gpu::Gpu& gpu_;
+  const data::DataFile& file_;
+  double density_;
+  std::vector<Page> pages_;
+  std::vector<std::vector<Picture>> pictures_;  // by sprite and frame
+  std::vector<std::unique_ptr<Font>> fonts_;    // by index
+  std::int32_t first_font_ = -1;
+  // The view: target = (a b; c d) * room + (e, f)
+  double a_ = 1, b_ = 0, c_ = 0, d_ = 1, e_ = 0, f_ = 0;
+  double view_left_ = 0, view_top_ = 0, view_right_ = 0, view_bottom_ = 0;
+};
+
+}  // namespace draw
+}  // namespace arena

@@ -1,0 +1,18 @@
+#pragma once
+// Which drawing service the built-in functions of scripts reach.
+#include "engine/draw/draw.h"
+
+namespace arena {
+
+class CInstance;
+
+namespace draw {
+
+void use_draw_service(Draw* draw);  // null: nobody looks
+Draw* draw_service();
+// Colour, alpha, font, alignment and blend mode as at start.
+void reset_draw_state();
+void draw_instance_default(CInstance& instance);
+
+}  // namespace draw
+}  // namespace arena

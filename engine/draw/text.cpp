@@ -1,0 +1,141 @@
+// Text from distance-field glyphs.
+#include <algorithm>
+#include <cmath>
+
+#include "arena_generated.h"
+#include "engine/draw/pictures.h"
+#include "runtime/values/elementary.h"
+
+namespace arena::draw {
+namespace {
+
+// Takes one character off the front; a broken byte counts as a question mark.
+std::uint32_t next_code(std::string_view& text) {
+  const unsigned char lead = static_cast<unsigned char>(text[0]);
+  const std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (length == 0 || length > text.size()) {
+    text.remove_prefix(1);
+    return '?';
+  }
+  std::uint32_t code = length == 1 ? lead : lead & (0x7Fu >> length);
+  for (std::size_t i = 1; i < length; ++i) code = code << 6 | (static_cast<unsigned char>(text[i]) & 63u);
+  text.remove_prefix(length);
+  return code;
+}
+
+}  // namespace
+
+void Draw::load_fonts() {
+  for (const data::Font* source : *file_.content->fonts()) {
+    if (static_cast<std::size_t>(source->index()) >= fonts_.size()) fonts_.resize(static_cast<std::size_t>(source->index()) + 1);
+    auto font = std::make_unique<Font>();
+    font->size = static_cast<double>(source->size());
+    font->line_height = static_cast<double>(source->line_height());
+    font->field_range = static_cast<double>(source->field_range());
+    const double em = static_cast<double>(source->em_pixels());
+    for (const data::Glyph* glyph : *source->glyphs()) {
+      const Page& page = pages_[static_cast<std::size_t>(glyph->page())];
+      Font::Glyph& made = font->glyphs[glyph->code()];
+      made.advance = static_cast<double>(glyph->advance());
+      made.picture.texture = page.texture;
+      made.picture.u1 = glyph->x() / page.width;
+      made.picture.v1 = glyph->y() / page.height;
+      made.picture.u2 = (glyph->x() + glyph->width()) / page.width;
+      made.picture.v2 = (glyph->y() + glyph->height()) / page.height;
+      made.picture.left = static_cast<double>(glyph->left());
+      made.picture.top = static_cast<double>(glyph->top());
+      made.picture.width = glyph->width() / em;
+      made.picture.height = glyph->height() / em;
+      made.picture.is_field = true;
+    }
+    if (first_font_ < 0) first_font_ = source->index();
+    fonts_[static_cast<std::size_t>(source->index())] = std::move(font);
+  }
+}
+
+const Draw::Font::Glyph& Draw::Font::glyph(std::uint32_t code) const {
+  static const Glyph blank;
+  const auto found = glyphs.find(code);
+  if (found != glyphs.end()) return found->second;
+  const auto question = glyphs.find('?');
+  return question != glyphs.end() && code >= ' ' ? question->second : blank;
+}
+
+bool Draw::has_font(std::int32_t font) const {
+  return font >= 0 && static_cast<std::size_t>(font) < fonts_.size() && fonts_[static_cast<std::size_t>(font)] != nullptr;
+}
+
+const Draw::Font* Draw::current_font() const {
+  const std::int32_t font = has_font(state.font) ? state.font : first_font_;
+  return font >= 0 ? fonts_[static_cast<std::size_t>(font)].get() : nullptr;
+}
+
+double Draw::line_width(const Font& font, std::string_view line) const {
+  double width = 0;
+  while (!line.empty()) width += font.glyph(next_code(line)).advance;
+  return width * font.size;
+}
+
+std::vector<std::string_view> Draw::lines_of(const Font& font, std::string_view text, double wrap) const {
+  std::vector<std::string_view> lines;
+  for (std::size_t from = 0; from <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', from), text.size());
+    std::string_view line = text.substr(from, end - from);
+    while (wrap > 0 && line_width(font, line) > wrap) {
+      std::size_t fits = 0;
+      for (std::size_t blank = line.find(' '); blank != std::string_view::npos; blank = line.find(' ', blank + 1)) {
+        if (line_width(font, line.substr(0, blank)) > wrap) break;
+        fits = blank;
+      }
+      if (fits == 0) fits = line.find(' ');  // a word wider than the line stands alone
+      if (fits == std::string_view::npos) break;
+      lines.push_back(line.substr(0, fits));
+      line.remove_prefix(fits + 1);
+    }
+    lines.push_back(line);
+    from = end + 1;
+  }
+  return lines;
+}
+
+Draw::TextSize Draw::measure(std::string_view text, double separation, double wrap) const {
+  const Font* font = current_font();
+  if (font == nullptr) return {0, 0};
+  const std::vector<std::string_view> lines = lines_of(*font, text, wrap);
+  double widest = 0;
+  for (const std::string_view line : lines) widest = std::max(widest, line_width(*font, line));
+  const double step = separation >= 0 ? separation : font->line_height * font->size;
+  return {widest, static_cast<double>(lines.size() - 1) * step + font->line_height * font->size};
+}
+
+void Draw::text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation, double wrap) {
+  const Font* font = current_font();
+  if (font == nullptr) return;
+  const std::vector<std::string_view> lines = lines_of(*font, text, wrap);
+  const double step = separation >= 0 ? separation : font->line_height * font->size;
+  const double height = static_cast<double>(lines.size() - 1) * step + font->line_height * font->size;
+  const double turn = angle * elementary::kPi / 180.0, c = elementary::cos(turn), s = elementary::sin(turn);
+  // How many pixels of the target the field reaches: keeps edges one pixel soft at every size.
+  const double zoom = elementary::sqrt(std::fabs(a_ * d_ - b_ * c_) * std::fabs(xscale * yscale));
+  const float field_pixels = static_cast<float>(std::max(0.5, font->field_range * font->size * zoom));
+  double line_y = state.vertical == VerticalAlign::kTop ? 0 : state.vertical == VerticalAlign::kMiddle ? -height / 2 : -height;
+  for (std::string_view line : lines) {
+    const double width = line_width(*font, line);
+    double pen = state.horizontal == HorizontalAlign::kLeft ? 0 : state.horizontal == HorizontalAlign::kCenter ? -width / 2 : -width;
+    while (!line.empty()) {
+      const Font::Glyph& glyph = font->glyph(next_code(line));
+      if (glyph.picture.width > 0) {
+        Picture picture = glyph.picture;
+        picture.field_pixels = field_pixels;
+        const double left = (pen + picture.left * font->size) * xscale, top = (line_y + picture.top * font->size) * yscale;
+        const double right = left + picture.width * font->size * xscale, bottom = top + picture.height * font->size * yscale;
+        const auto corner = [&](double dx, double dy) { return to_target(x + dx * c + dy * s, y - dx * s + dy * c); };
+        quad(picture, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}, state.color, state.alpha);
+      }
+      pen += glyph.advance * font->size;
+    }
+    line_y += step;
+  }
+}
+
+}  // namespace arena::draw

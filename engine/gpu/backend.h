@@ -1,0 +1,29 @@
+#pragma once
+// What a backend translates. Each lies in a folder of its own beside this file, with the same file names, and shares nothing with the
+// others but this contract:
+//
+//   - (0, 0) is the top left corner of the target, y points down; u and v run from the first row of the pixels given
+//   - textures are premultiplied; what the shader gives is too: kNormal is one * source + (1 - source alpha) * target
+//   - kAdd adds, kSubtract takes the source's colour away, kMultiply multiplies the target by it; alpha is kept by all three
+//   - pixels read back are those of the target, rows from the top
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "engine/gpu/gpu.h"
+
+namespace arena::gpu {
+
+class Backend {
+ public:
+  virtual ~Backend() = default;
+  // Ids are the backend's own; 0 is a failure.
+  virtual std::uint32_t create_texture(int width, int height, const std::uint8_t* pixels) = 0;
+  virtual void destroy_texture(std::uint32_t texture) = 0;
+  virtual void begin_frame(int width, int height, std::uint32_t clear_color) = 0;
+  virtual void draw(std::uint32_t texture, const State& state, const Vertex* vertices, std::size_t count) = 0;
+  virtual void end_frame() = 0;
+  virtual std::vector<std::uint8_t> read_pixels(int width, int height) = 0;
+};
+
+}  // namespace arena::gpu

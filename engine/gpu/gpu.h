@@ -1,0 +1,83 @@
+#pragma once
+// Drawing as the engine sees it: textures by id, triangles with their whole state, one stream. gpu.cpp does what is the same
+// everywhere (pools, stale ids, checks, batching); a backend behind backend.h does the rest.
+//
+// Coordinates are pixels of the target with the origin at the top left; colours are premultiplied by nobody: the shader does it.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace arena::gpu {
+
+class Backend;
+
+// 0 is "none"; an id of a destroyed texture is detected and draws nothing.
+struct TextureId {
+  std::uint32_t value = 0;
+};
+
+enum class Blend : std::uint8_t { kNormal, kAdd, kSubtract, kMultiply };
+
+// What a vertex takes its colour from.
+enum class Paint : std::uint8_t { kTexture, kSolid, kField };
+
+struct Vertex {
+  float x, y;           // pixels of the target, after the view
+  float u, v;           // 0 to 1 across the texture
+  std::uint32_t color;  // red, green, blue, alpha from the low byte up
+  float paint;          // a Paint
+};
+
+struct State {
+  TextureId texture;
+  Blend blend = Blend::kNormal;
+  float field_pixels = 1;  // kField: pixels of the target that the field reaches to each side of an edge
+};
+
+struct FrameStatistics {
+  int draw_calls = 0;
+  int triangles = 0;
+};
+
+class Gpu {
+ public:
+  explicit Gpu(std::unique_ptr<Backend> backend);
+  ~Gpu();
+  Gpu(const Gpu&) = delete;
+  Gpu& operator=(const Gpu&) = delete;
+
+  // RGBA, premultiplied, rows from the top.
+  TextureId create_texture(int width, int height, const std::uint8_t* pixels);
+  void destroy_texture(TextureId texture);
+
+  void begin_frame(int width, int height, std::uint32_t clear_color);
+  // Triangles, three vertices each. Batched: the backend is called only where the state changes.
+  void draw(const State& state, const Vertex* vertices, std::size_t count);
+  // Sends what is waiting.
+  void flush();
+  // Shows the frame.
+  void end_frame();
+  // RGBA rows from the top, of the frame as drawn so far.
+  std::vector<std::uint8_t> read_pixels();
+  int width() const { return width_; }
+  int height() const { return height_; }
+  // Of the last whole frame.
+  const FrameStatistics& statistics() const { return last_; }
+
+ private:
+  struct Slot {
+    std::uint32_t backend_texture = 0;
+    std::uint32_t serial = 0;  // even: free
+  };
+  std::uint32_t backend_texture(TextureId texture) const;
+
+  std::unique_ptr<Backend> backend_;
+  std::vector<Slot> textures_;
+  std::vector<Vertex> waiting_;
+  State state_;
+  FrameStatistics now_, last_;
+  int width_ = 0, height_ = 0;
+};
+
+}  // namespace arena::gpu

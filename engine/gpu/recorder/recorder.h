@@ -1,0 +1,35 @@
+#pragma once
+// The headless backend: draws nothing, remembers the calls of the last frame.
+#include <memory>
+#include <vector>
+
+#include "engine/gpu/backend.h"
+
+namespace arena::gpu {
+
+struct RecordedDraw {
+  std::uint32_t texture;
+  State state;
+  std::vector<Vertex> vertices;  // only while `keeps_vertices`
+  std::size_t vertex_count;
+};
+
+class Recorder final : public Backend {
+ public:
+  std::uint32_t create_texture(int width, int height, const std::uint8_t* pixels) override;
+  void destroy_texture(std::uint32_t texture) override;
+  void begin_frame(int width, int height, std::uint32_t clear_color) override;
+  void draw(std::uint32_t texture, const State& state, const Vertex* vertices, std::size_t count) override;
+  void end_frame() override {}
+  std::vector<std::uint8_t> read_pixels(int width, int height) override;
+
+  bool keeps_vertices = false;
+  std::vector<RecordedDraw> draws;
+  std::uint32_t clear_color = 0;
+  int textures_alive = 0;
+
+ private:
+  std::uint32_t next_texture_ = 1;
+};
+
+}  // namespace arena::gpu

@@ -1,0 +1,192 @@
+// The window on SDL 2.
+#include <SDL.h>
+
+#include <cstdlib>
+
+#include "engine/gpu/backend.h"
+#include "engine/gpu/gl33/gl33.h"
+#include "engine/platform/window.h"
+#include "runtime/instances_loop/input_state.h"
+
+namespace arena::platform {
+namespace {
+
+// SDL's keys as the key codes of scripts; 0 for keys that have none.
+int key_code(SDL_Keycode key) {
+  if (key >= SDLK_a && key <= SDLK_z) return static_cast<int>(key - SDLK_a) + 'A';
+  if (key >= SDLK_0 && key <= SDLK_9) return static_cast<int>(key);
+  if (key >= SDLK_F1 && key <= SDLK_F12) return static_cast<int>(key - SDLK_F1) + 112;
+  switch (key) {
+    case SDLK_BACKSPACE: return 8;
+    case SDLK_TAB: return 9;
+    case SDLK_RETURN:
+    case SDLK_KP_ENTER: return 13;
+    case SDLK_LSHIFT:
+    case SDLK_RSHIFT: return 16;
+    case SDLK_LCTRL:
+    case SDLK_RCTRL: return 17;
+    case SDLK_LALT:
+    case SDLK_RALT: return 18;
+    case SDLK_ESCAPE: return 27;
+    case SDLK_SPACE: return 32;
+    case SDLK_PAGEUP: return 33;
+    case SDLK_PAGEDOWN: return 34;
+    case SDLK_END: return 35;
+    case SDLK_HOME: return 36;
+    case SDLK_LEFT: return 37;
+    case SDLK_UP: return 38;
+    case SDLK_RIGHT: return 39;
+    case SDLK_DOWN: return 40;
+    case SDLK_INSERT: return 45;
+    case SDLK_DELETE: return 46;
+    default: return 0;
+  }
+}
+
+int button_number(std::uint8_t button) { return button == SDL_BUTTON_LEFT ? 1 : button == SDL_BUTTON_RIGHT ? 2 : button == SDL_BUTTON_MIDDLE ? 3 : 0; }
+
+void push_size(int width, int height) {
+  InputEvent event;
+  event.type = InputEvent::Type::kWindowSize;
+  event.code = width;
+  event.value = height;
+  push_input(event);
+}
+
+class SdlWindow final : public Window {
+ public:
+  SdlWindow(SDL_Window* window, SDL_GLContext context) : window_(window), context_(context) { report_size(); }
+  ~SdlWindow() override {
+    SDL_GL_DeleteContext(context_);
+    SDL_DestroyWindow(window_);
+    SDL_Quit();
+  }
+
+  bool poll() override {
+    SDL_Event event;
+    while (SDL_PollEvent(&event) != 0) handle(event);
+    return !closed_;
+  }
+
+  std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override {
+    return gpu::create_gl33(&SDL_GL_GetProcAddress, [](void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }, window_, problem);
+  }
+
+  void drawable_size(int& width, int& height) const override { SDL_GL_GetDrawableSize(window_, &width, &height); }
+  void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
+  void toggle_fullscreen() override {
+    const bool is_full = (SDL_GetWindowFlags(window_) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    SDL_SetWindowFullscreen(window_, is_full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+  }
+
+ private:
+  void report_size() {
+    int width = 0, height = 0;
+    SDL_GetWindowSize(window_, &width, &height);
+    push_size(width, height);
+  }
+
+  void handle(const SDL_Event& event) {
+    switch (event.type) {
+      case SDL_QUIT: closed_ = true; break;
+      case SDL_KEYDOWN:
+      case SDL_KEYUP: handle_key(event.key); break;
+      case SDL_MOUSEMOTION: push_pointer(PointerSpace::kWindow, event.motion.x, event.motion.y); break;
+      case SDL_MOUSEBUTTONDOWN:
+      case SDL_MOUSEBUTTONUP:
+        push_pointer(PointerSpace::kWindow, event.button.x, event.button.y);
+        push_button(button_number(event.button.button), event.type == SDL_MOUSEBUTTONDOWN);
+        break;
+      case SDL_MOUSEWHEEL: {
+        InputEvent wheel;
+        wheel.type = InputEvent::Type::kWheel;
+        wheel.code = event.wheel.y;
+        push_input(wheel);
+        break;
+      }
+      case SDL_TEXTINPUT: {
+        InputEvent typed;
+        typed.type = InputEvent::Type::kText;
+        typed.text = event.text.text;
+        push_input(typed);
+        break;
+      }
+      case SDL_WINDOWEVENT: handle_window(event.window); break;
+      default: break;
+    }
+  }
+
+  void handle_key(const SDL_KeyboardEvent& key) {
+    if (key.repeat != 0) return;
+    const bool down = key.type == SDL_KEYDOWN;
+    // The window's own keys never reach the game.
+    const bool toggles = key.keysym.sym == SDLK_F11 || (key.keysym.sym == SDLK_RETURN && (key.keysym.mod & KMOD_ALT) != 0);
+    if (toggles) {
+      if (down) toggle_fullscreen();
+      return;
+    }
+    if (const int code = key_code(key.keysym.sym)) push_key(code, down);
+  }
+
+  void handle_window(const SDL_WindowEvent& event) {
+    if (event.event == SDL_WINDOWEVENT_SIZE_CHANGED) report_size();
+    if (event.event != SDL_WINDOWEVENT_FOCUS_GAINED && event.event != SDL_WINDOWEVENT_FOCUS_LOST) return;
+    InputEvent focus;
+    focus.type = InputEvent::Type::kFocus;
+    focus.value = event.event == SDL_WINDOWEVENT_FOCUS_GAINED ? 1 : 0;
+    push_input(focus);
+  }
+
+  SDL_Window* window_;
+  SDL_GLContext context_;
+  bool closed_ = false;
+};
+
+}  // namespace
+
+bool has_display() {
+#ifdef _WIN32
+  return true;
+#else
+  return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+#endif
+}
+
+std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& problem) {
+  if (options.offscreen) SDL_setenv("SDL_VIDEODRIVER", "offscreen", 1);
+  if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+    problem = std::string("no window can be opened: ") + SDL_GetError();
+    return nullptr;
+  }
+  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
+  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
+  SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
+  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+  const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | (options.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+  SDL_Window* window = SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, options.width, options.height, flags);
+  SDL_GLContext context = window != nullptr ? SDL_GL_CreateContext(window) : nullptr;
+  if (context == nullptr) {
+    problem = std::string("no window with OpenGL 3.3 can be opened: ") + SDL_GetError();
+    if (window != nullptr) SDL_DestroyWindow(window);
+    SDL_Quit();
+    return nullptr;
+  }
+  SDL_SetWindowMinimumSize(window, 320, 180);
+  SDL_GL_SetSwapInterval(options.vsync ? 1 : 0);
+  return std::make_unique<SdlWindow>(window, context);
+}
+
+void show_error_dialog(const std::string& title, const std::string& text) {
+  SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, title.c_str(), text.c_str(), nullptr);
+}
+
+std::int64_t steady_microseconds() {
+  const Uint64 frequency = SDL_GetPerformanceFrequency(), now = SDL_GetPerformanceCounter();
+  return static_cast<std::int64_t>(now / frequency * 1000000 + now % frequency * 1000000 / frequency);
+}
+
+void sleep_microseconds(std::int64_t microseconds) {
+  if (microseconds > 0) SDL_Delay(static_cast<Uint32>(microseconds / 1000));
+}
+
+}  // namespace arena::platform

@@ -1,0 +1,43 @@
+#pragma once
+// The window, its input and its OpenGL context.
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "engine/gpu/gpu.h"
+
+namespace arena::platform {
+
+struct WindowOptions {
+  std::string title = "Arena";
+  int width = 1280, height = 720;
+  bool fullscreen = false, vsync = true;
+  bool offscreen = false;  // a real context without a display
+};
+
+class Window {
+ public:
+  virtual ~Window() = default;
+  // Turns what happened into input events; false once the window was closed.
+  virtual bool poll() = 0;
+  virtual std::unique_ptr<gpu::Backend> create_backend(std::string& problem) = 0;
+  // Pixels of the drawing area.
+  virtual void drawable_size(int& width, int& height) const = 0;
+  virtual void show_cursor(bool shown) = 0;
+  virtual void toggle_fullscreen() = 0;
+};
+
+// Null and a sentence in `problem` when there is no display or no suitable graphics driver.
+std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& problem);
+bool has_display();
+void show_error_dialog(const std::string& title, const std::string& text);
+// Microseconds of a steady clock.
+std::int64_t steady_microseconds();
+void sleep_microseconds(std::int64_t microseconds);
+
+// Which window the built-in functions of scripts reach; null: none.
+void use_window(Window* window);
+// The arrow, as at start.
+void reset_cursor();
+
+}  // namespace arena::platform
