@@ -75,6 +75,12 @@ bool run_event(CInstance& self, WBObjectBase* other, EventKey key) {
   return true;
 }
 
+bool running_handler(RunningHandler& out) {
+  if (running == nullptr) return false;
+  out = {running->self, running->event->key};
+  return true;
+}
+
 void run_inherited_event() {
   if (running == nullptr) return;
   const std::vector<std::int32_t>& lineage = object_types().at(running->event->owner).lineage;

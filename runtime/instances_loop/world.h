@@ -108,6 +108,12 @@ inline World& world() { return the_world != nullptr ? *the_world : make_world();
 void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event);
 // Runs the handler that the instance's type has for the event; false when there is none.
 bool run_event(CInstance& self, WBObjectBase* other, EventKey key);
+// What runs now: the innermost handler; null outside of handlers.
+struct RunningHandler {
+  const CInstance* self;
+  EventKey key;
+};
+bool running_handler(RunningHandler& out);
 // Runs the parent's handler of the event that runs now; nothing when there is none.
 void run_inherited_event();
 // What an error of a handler does: by default it goes on to the caller. The console's sink keeps it and lets the frame go on.

@@ -58,6 +58,7 @@ RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& r
   result = RValue();
   const BuiltinEntry& entry = builtin_at(index);
   const CurrentBuiltinScope scope(&entry);
+  if (builtin_observer != nullptr) builtin_observer(entry, argc, args);
   entry.function(result, self, other, argc, args);
   return result;
 }

@@ -53,6 +53,9 @@ class BuiltinTable {
 
 // The entry being run, for messages; null when none is.
 inline const BuiltinEntry* current_builtin = nullptr;
+// Sees every call of a built-in before it runs; null: nobody watches.
+using BuiltinObserver = void (*)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args);
+inline BuiltinObserver builtin_observer = nullptr;
 
 std::int32_t builtin_count();
 const BuiltinEntry& builtin_at(std::int32_t index);

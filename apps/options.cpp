@@ -1,0 +1,72 @@
+#include "apps/options.h"
+
+#include <charconv>
+#include <functional>
+#include <map>
+
+namespace arena::apps {
+namespace {
+
+template <class Number>
+bool read_number(const std::string& text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+}  // namespace
+
+bool parse_options(int argc, char** argv, Options& options, std::string& problem) {
+  const std::map<std::string, std::function<void()>> switches = {
+      {"--fullscreen", [&] { options.fullscreen = true; }}, {"--no-vsync", [&] { options.vsync = false; }}, {"--mute", [&] { options.mute = true; }},
+      {"--headless", [&] { options.headless = true; }}, {"--console", [&] { options.console = true; }}, {"--demo", [&] { options.demo = true; }},
+      {"--help", [&] { options.shows_help = true; }}, {"--version", [&] { options.shows_version = true; }}};
+  const std::map<std::string, std::function<bool(const std::string&)>> settings = {
+      {"--data", [&](const std::string& value) { return options.data = value, true; }},
+      {"--room", [&](const std::string& value) { return options.room = value, true; }},
+      {"--screenshot", [&](const std::string& value) { return options.screenshot = value, true; }},
+      {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
+      {"--frames", [&](const std::string& value) { return read_number(value, options.frames) && options.frames >= 0; }}};
+  for (int i = 1; i < argc; ++i) {
+    const std::string name = argv[i];
+    if (const auto found = switches.find(name); found != switches.end()) {
+      found->second();
+      continue;
+    }
+    const auto found = settings.find(name);
+    if (found == settings.end()) {
+      problem = "unknown option '" + name + "'; --help lists them";
+      return false;
+    }
+    if (i + 1 >= argc) {
+      problem = "option '" + name + "' needs a value";
+      return false;
+    }
+    if (!found->second(argv[++i])) {
+      problem = "option '" + name + "' cannot take '" + argv[i] + "'";
+      return false;
+    }
+  }
+  if (options.console && !options.headless) {
+    problem = "--console goes with --headless";
+    return false;
+  }
+  return true;
+}
+
+std::string help_text() {
+  return "usage: arena [options]\n"
+         "  --data FILE        the data file (arena.dat beside the program)\n"
+         "  --room NAME        starts in this room\n"
+         "  --seed N           the seed of all randomness\n"
+         "  --fullscreen       without window borders\n"
+         "  --no-vsync         draws as fast as it can\n"
+         "  --mute             without sound\n"
+         "  --headless         without window and sound\n"
+         "  --console          with --headless: JSON requests on standard input, replies on standard output\n"
+         "  --demo             the game plays itself\n"
+         "  --frames N         ends after N frames\n"
+         "  --screenshot FILE  writes a PNG at the end\n"
+         "  --version, --help\n";
+}
+
+}  // namespace arena::apps

@@ -1,0 +1,23 @@
+#pragma once
+// The command line.
+#include <cstdint>
+#include <string>
+
+namespace arena::apps {
+
+struct Options {
+  std::string data;        // "": arena.dat beside the executable
+  std::string room;
+  std::string screenshot;  // written when the program ends
+  bool has_seed = false;
+  std::uint64_t seed = 0;
+  std::int64_t frames = -1;  // ends after so many; -1: never
+  bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false;
+  bool shows_help = false, shows_version = false;
+};
+
+// False with one line in `problem` for a wrong option.
+bool parse_options(int argc, char** argv, Options& options, std::string& problem);
+std::string help_text();
+
+}  // namespace arena::apps

@@ -1,0 +1,142 @@
+#include "engine/host/game.h"
+
+#include <png.h>
+
+#include <filesystem>
+
+#include "arena_generated.h"
+#include "engine/draw/draw_service.h"
+#include "engine/gpu/backend.h"
+#include "engine/gpu/recorder/recorder.h"
+#include "engine/platform/window.h"
+#include "runtime/arrays_structs/containers.h"
+#include "runtime/instances_loop/frame_loop.h"
+#include "runtime/instances_loop/input_state.h"
+#include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/names.h"
+
+namespace arena::host {
+namespace {
+
+int target_width = 1280, target_height = 720;
+std::vector<std::uint8_t>* captured = nullptr;  // filled at the end of the frame that is being captured
+
+void begin_world() {
+  if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(target_width, target_height);
+}
+void begin_gui() {
+  if (draw::draw_service() != nullptr) draw::draw_service()->begin_gui();
+}
+void end_frame() {
+  draw::Draw* service = draw::draw_service();
+  if (service == nullptr) return;
+  if (captured != nullptr) *captured = service->gpu().read_pixels();
+  service->end_frame();
+}
+void draw_background(const Layer& layer) {
+  if (draw::draw_service() != nullptr) draw::draw_service()->background(layer.background_sprite, layer.background_tiled, layer.background_color);
+}
+
+// What belongs to one run of the game and is forgotten by a restart.
+void forget_run() {
+  audio::audio().stop_all();
+  draw::reset_draw_state();
+  platform::reset_cursor();
+  reset_containers();
+}
+
+void load_clips(const data::File& content) {
+  std::vector<audio::Clip>& clips = audio::audio().clips;
+  clips.clear();
+  for (const data::Sound* sound : *content.sounds()) {
+    if (static_cast<std::size_t>(sound->index()) >= clips.size()) clips.resize(static_cast<std::size_t>(sound->index()) + 1);
+    clips[static_cast<std::size_t>(sound->index())] = {sound->name()->str(), sound->rate(), {sound->samples()->begin(), sound->samples()->end()}};
+  }
+}
+
+std::int32_t find_room(const std::string& name) {
+  if (name.empty()) return world().first_room;
+  for (std::size_t i = 0; i < world().rooms.size(); ++i) {
+    if (world().rooms[i].name == name) return static_cast<std::int32_t>(i);
+  }
+  return -1;
+}
+
+std::string in_one_message(const std::vector<std::string>& problems) {
+  std::string text = "data and code do not fit together:";
+  for (const std::string& problem : problems) text += "\n  " + problem;
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::string& problem) {
+  const LookupResult& lookup = look_up_names();
+  notes = lookup.report();
+  std::vector<std::string> problems = lookup.problems;
+  const std::vector<std::string> data_problems = data::install_in_world(*options.data);
+  problems.insert(problems.end(), data_problems.begin(), data_problems.end());
+  if (!problems.empty()) {
+    problem = in_one_message(problems);
+    return nullptr;
+  }
+  const std::int32_t room = find_room(options.room);
+  if (room < 0) {
+    problem = "there is no room '" + options.room + "'";
+    return nullptr;
+  }
+  std::unique_ptr<Game> game(new Game);
+  game->data_ = std::move(options.data);
+  if (options.backend == nullptr) options.backend = std::make_unique<gpu::Recorder>();
+  game->gpu_ = std::make_unique<gpu::Gpu>(std::move(options.backend));
+  game->draw_ = std::make_unique<draw::Draw>(*game->gpu_, *game->data_);
+  game->audio_device_ = std::move(options.audio_device);
+  draw::use_draw_service(game->draw_.get());
+  set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, nullptr});
+  load_clips(*game->data_->content);
+  if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
+  if (options.has_seed) fix_random_seed(options.seed);
+  if (world().restart_hooks.empty()) world().restart_hooks.push_back(forget_run);
+  begin_input_frame();  // sizes that the window reported already
+  world().start_game(room);
+  return game;
+}
+
+Game::~Game() {
+  draw::use_draw_service(nullptr);
+  set_draw_hooks({});
+}
+
+void Game::run_frame(std::int64_t microseconds) {
+  arena::run_frame(microseconds);
+  audio::audio().advance(static_cast<double>(microseconds) / 1e6);
+  if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
+}
+
+void Game::set_target_size(int width, int height) {
+  target_width = width;
+  target_height = height;
+}
+
+bool Game::save_screenshot(const std::string& path) {
+  std::vector<std::uint8_t> pixels;
+  captured = &pixels;
+  draw_frame();
+  captured = nullptr;
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  image.width = static_cast<png_uint_32>(gpu_->width());
+  image.height = static_cast<png_uint_32>(gpu_->height());
+  image.format = PNG_FORMAT_RGBA;
+  for (std::size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  std::error_code ignored;
+  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
+  const std::string fresh = path + ".new";
+  if (png_image_write_to_file(&image, fresh.c_str(), 0, pixels.data(), 0, nullptr) == 0) return false;
+  std::filesystem::rename(fresh, path, ignored);
+  return !ignored;
+}
+
+}  // namespace arena::host

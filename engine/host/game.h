@@ -1,0 +1,49 @@
+#pragma once
+// A game that runs: data file, world, drawing and sound, put together. What the program, the tests and the benches start from.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/audio/audio.h"
+#include "engine/data/data_file.h"
+#include "engine/draw/draw.h"
+#include "engine/gpu/gpu.h"
+
+namespace arena::host {
+
+struct GameOptions {
+  std::unique_ptr<data::DataFile> data;
+  std::unique_ptr<gpu::Backend> backend;           // null: the recorder
+  std::unique_ptr<audio::Device> audio_device;     // null: silence
+  std::string room;                                // "": the first room of the data
+  bool has_seed = false;
+  std::uint64_t seed = 0;
+};
+
+class Game {
+ public:
+  // Null and a sentence in `problem` when data and code do not fit together or the room does not exist. `notes` gets the lines of the
+  // start-up lookup.
+  static std::unique_ptr<Game> start(GameOptions options, std::string& notes, std::string& problem);
+  ~Game();
+  Game(const Game&) = delete;
+  Game& operator=(const Game&) = delete;
+
+  // One frame: world, sound, drawing.
+  void run_frame(std::int64_t microseconds);
+  // Pixels of the drawing area; follows the window.
+  void set_target_size(int width, int height);
+  gpu::Gpu& gpu() { return *gpu_; }
+  // Writes the last frame as a PNG; false when that fails.
+  bool save_screenshot(const std::string& path);
+
+ private:
+  Game() = default;
+  std::unique_ptr<data::DataFile> data_;
+  std::unique_ptr<gpu::Gpu> gpu_;
+  std::unique_ptr<draw::Draw> draw_;
+  std::unique_ptr<audio::Device> audio_device_;
+};
+
+}  // namespace arena::host
