@@ -20,7 +20,7 @@
 namespace arena::console {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 constexpr std::size_t kMostDraws = 200000;
 constexpr double kDefaultFrame = 1.0 / 60;

@@ -14,7 +14,7 @@
 namespace arena::console {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 json convert(const RValue& value, std::vector<const void*>& inside);
 

@@ -6,8 +6,8 @@
 
 namespace arena::console {
 
-nlohmann::json value_to_json(const RValue& value);
+nlohmann::ordered_json value_to_json(const RValue& value);
 // Whole reals without a point; NaN and infinities as texts.
-nlohmann::json real_to_json(double number);
+nlohmann::ordered_json real_to_json(double number);
 
 }  // namespace arena::console

@@ -119,7 +119,10 @@ class MeaningCheck {
       const std::string named = "room '" + room->name()->str() + "'";
       check(room->width() > 0 && room->height() > 0 && room->width() <= kLargestRoom && room->height() <= kLargestRoom &&
                 room->view_width() > 0 && room->view_height() > 0, named + " has an impossible size");
-      for (const Layer* layer : *room->layers()) check(has_sprite(layer->sprite()), named + " has a layer with an unknown sprite");
+      for (const Layer* layer : *room->layers()) {
+        check(has_sprite(layer->sprite()), named + " has a layer with an unknown sprite");
+        check(layer->fill() <= Fill_MAX, named + " has a layer with an unknown fill");
+      }
       for (const Placement* placed : *room->instances()) {
         check(has_object(placed->object()), named + " places an unknown object");
         check(placed->layer() >= 0 && placed->layer() < static_cast<int>(room->layers()->size()), named + " places an object on no layer");

@@ -76,7 +76,7 @@ void install_rooms(const File& content) {
       made.name = layer->name()->str();
       made.depth = static_cast<double>(layer->depth());
       made.background_sprite = layer->sprite();
-      made.background_tiled = layer->is_tiled();
+      made.background_fill = static_cast<BackgroundFill>(layer->fill());
       made.background_color = layer->color();
       definition.layers.push_back(made);
     }

@@ -152,16 +152,20 @@ void Draw::sprite_stretched(std::int32_t index, double frame, double x, double y
   sprite_part(index, frame, 0, 0, info->width, info->height, {x, y, width / info->width, height / info->height, 0, color, alpha});
 }
 
-void Draw::background(std::int32_t index, bool tiled, std::uint32_t color) {
+void Draw::background(std::int32_t index, BackgroundFill fill, std::uint32_t color) {
   const SpriteInfo* info = find_sprite(index);
   if (info == nullptr) return;
-  if (!tiled) {
-    sprite_stretched(index, 0, 0, 0, world().room_width, world().room_height, color, 1);
+  const double room_width = world().room_width, room_height = world().room_height;
+  if (fill == BackgroundFill::kStretched) {
+    sprite_stretched(index, 0, 0, 0, room_width, room_height, color, 1);
     return;
   }
   const double left = std::max(0.0, std::floor(view_left_ / info->width) * info->width), top = std::max(0.0, std::floor(view_top_ / info->height) * info->height);
-  for (double y = top; y < std::min(view_bottom_, world().room_height); y += info->height) {
-    for (double x = left; x < std::min(view_right_, world().room_width); x += info->width) {
+  for (double y = top; y < std::min(view_bottom_, room_height); y += info->height) {
+    const bool edge_row = y == 0 || y + info->height >= room_height;
+    for (double x = left; x < std::min(view_right_, room_width); x += info->width) {
+      const bool edge = edge_row || x == 0 || x + info->width >= room_width;
+      if (fill == BackgroundFill::kEdges && !edge) continue;
       sprite_part(index, 0, 0, 0, info->width, info->height, {x, y, 1, 1, 0, color, 1});
     }
   }

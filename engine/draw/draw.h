@@ -8,6 +8,7 @@
 
 #include "engine/data/data_file.h"
 #include "engine/gpu/gpu.h"
+#include "runtime/instances_loop/world.h"
 
 namespace arena {
 
@@ -53,8 +54,8 @@ class Draw {
   // A piece of the sprite, in sprite pixels from its top left corner, put at a place without an origin.
   void sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, const Placement& at);
   void sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height, std::uint32_t color, double alpha);
-  // Covers the visible part of the world, or the room, with copies of the sprite.
-  void background(std::int32_t sprite, bool tiled, std::uint32_t color);
+  // Covers the room as the fill says; only what is in view is drawn.
+  void background(std::int32_t sprite, BackgroundFill fill, std::uint32_t color);
   void triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline);
   void rectangle(double x1, double y1, double x2, double y2, const std::uint32_t (&corners)[4], bool outline);
   void ellipse(double x, double y, double radius_x, double radius_y, std::uint32_t inner, std::uint32_t outer, bool outline);

@@ -35,7 +35,7 @@ void end_frame() {
   service->end_frame();
 }
 void draw_background(const Layer& layer) {
-  if (draw::draw_service() != nullptr) draw::draw_service()->background(layer.background_sprite, layer.background_tiled, layer.background_color);
+  if (draw::draw_service() != nullptr) draw::draw_service()->background(layer.background_sprite, layer.background_fill, layer.background_color);
 }
 
 // What belongs to one run of the game and is forgotten by a restart.

@@ -12,13 +12,16 @@
 
 namespace arena {
 
+// How a background covers the room: once over all of it, again and again, or along its edges.
+enum class BackgroundFill : std::uint8_t { kStretched, kTiled, kEdges };
+
 struct Layer {
   std::int32_t id = -1;
   std::string name;
   double depth = 0;
   bool visible = true;
   std::int32_t background_sprite = -1;  // -1: no background on this layer
-  bool background_tiled = false;
+  BackgroundFill background_fill = BackgroundFill::kStretched;
   std::uint32_t background_color = 0xFFFFFF;
 };
 

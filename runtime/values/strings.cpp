@@ -64,14 +64,14 @@ std::string_view text_of(const RValue& value) { return value.is_string() ? text_
 
 void add_string_reference(StringRecord* record) {
   if (record == nullptr) return;
-  const WorkerLock lock(WorkerLock::kString);
+  const WorkerLock lock(WorkerLock::kStringCounts);
   ++record->count;
 }
 
 void release_string(StringRecord* record) {
   if (record == nullptr) return;
   {
-    const WorkerLock lock(WorkerLock::kString);
+    const WorkerLock lock(WorkerLock::kStringCounts);
     if (--record->count > 0) return;
     --live_records;
   }

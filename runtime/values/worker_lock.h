@@ -8,7 +8,7 @@ namespace arena {
 
 class WorkerLock {
  public:
-  enum Which { kString, kNursery };
+  enum Which { kStringCounts, kNursery };
   explicit WorkerLock(Which which) {
     if (registered_workers.load(std::memory_order_relaxed) == 0) return;
     locked_ = &mutexes[which];

@@ -206,6 +206,11 @@ class Packer {
     return written;
   }
 
+  static data::Fill fill_named(const std::string& name) {
+    const std::map<std::string, data::Fill> fills{{"stretched", data::Fill_Stretched}, {"tiled", data::Fill_Tiled}, {"edges", data::Fill_Edges}};
+    return fills.at(name);
+  }
+
   std::vector<flatbuffers::Offset<data::Room>> build_rooms() {
     std::vector<flatbuffers::Offset<data::Room>> written;
     const Json sources = read("rooms/rooms.json").at("rooms");
@@ -216,7 +221,7 @@ class Packer {
         const std::string layer_name = layer.at("name");
         layer_numbers[layer_name] = static_cast<int>(layers.size());
         layers.push_back(data::CreateLayer(builder_, builder_.CreateString(layer_name), layer.at("depth"), number("sprites", layer.value("sprite", "")),
-                                           layer.value("tiled", false), layer.value("color", 0xFFFFFFu)));
+                                           fill_named(layer.value("fill", "stretched")), layer.value("color", 0xFFFFFFu)));
       }
       std::vector<data::Placement> instances;
       for (const auto& placed : json.at("instances")) {
