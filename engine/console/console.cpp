@@ -111,6 +111,7 @@ struct Console::State {
 
   json eval(const json& request) {
     if (!request["eval"].is_string()) throw RequestError{"\"eval\" must be a text"};
+    last.value = RValue();
     last.value = evaluate(request["eval"].get<std::string>(), instance_argument(request, "self"), instance_argument(request, "other"));
     return {{"kind", type_name(last.value)}, {"value", value_to_json(last.value)}, {"text", last.value.is_unset() ? "unset" : to_text(last.value)}};
   }

@@ -60,7 +60,10 @@ class Evaluator {
       case Type::kWith: return with(node);
       case Type::kBlock: {
         RValue last;
-        for (const NodePtr& statement : node.children) last = run(*statement);
+        for (const NodePtr& statement : node.children) {
+          last = RValue();  // a value that nobody asked for holds no array
+          last = run(*statement);
+        }
         return last;
       }
     }

@@ -9,6 +9,7 @@
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
+#include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
@@ -104,8 +105,10 @@ std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::
 }
 
 Game::~Game() {
+  world().shut_down();
   draw::use_draw_service(nullptr);
   set_draw_hooks({});
+  collect_everything();
 }
 
 void Game::run_frame(std::int64_t microseconds) {

@@ -8,7 +8,7 @@
 #include "engine/audio/audio.h"
 #include "engine/data/data_file.h"
 #include "engine/draw/draw.h"
-#include "engine/gpu/gpu.h"
+#include "engine/gpu/backend.h"
 
 namespace arena::host {
 

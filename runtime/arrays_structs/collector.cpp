@@ -68,10 +68,10 @@ void destroy(WBObjectBase* object) {
   }
 }
 
-// Marks what is in the young generations up to `oldest`.
-class YoungMarker final : public ValueVisitor {
+// Marks what is in the generations up to `oldest`.
+class Marker final : public ValueVisitor {
  public:
-  explicit YoungMarker(int oldest) : ValueVisitor(false), oldest_(oldest), stack_(collector().stack) {}
+  explicit Marker(int oldest) : ValueVisitor(false), oldest_(oldest), stack_(collector().stack) {}
   void visit(const RValue& value) override {
     if (WBObjectBase* object = object_of(value)) mark(object);
   }
@@ -177,7 +177,7 @@ void release_dead_counted(int generation) {
   });
 }
 
-void mark_young_roots(YoungMarker& marker, int oldest) {
+void mark_roots(Marker& marker, int oldest) {
   Collector& c = collector();
   Holder::visit_all(marker);
   global_object()->visit_values(marker);
@@ -185,14 +185,15 @@ void mark_young_roots(YoungMarker& marker, int oldest) {
     for (WBObjectBase* object : c.objects[g]) {
       if (object->is_root) marker.mark(object);
     }
+    if (oldest == kOldest) continue;  // everything is traced: only what is really reached counts
     for (WBObjectBase* object : c.referenced_from_older[g]) marker.mark(object);
     for (WBObjectBase* container : c.remembered[g]) container->visit_values(marker);
   }
   marker.drain();
 }
 
-// Sweeps one young generation; survivors of a second collection go to `promoted`.
-void sweep_young(int generation, std::vector<WBObjectBase*>& promoted) {
+// Sweeps one generation at once; survivors of a second collection go to `promoted`.
+void sweep(int generation, std::vector<WBObjectBase*>& promoted) {
   std::vector<WBObjectBase*>& list = collector().objects[generation];
   std::size_t kept = 0;
   for (WBObjectBase* object : list) {
@@ -201,7 +202,7 @@ void sweep_young(int generation, std::vector<WBObjectBase*>& promoted) {
       continue;
     }
     object->is_marked = false;
-    if (object->has_survived) {
+    if (object->has_survived && generation < kOldest) {
       promoted.push_back(object);
     } else {
       object->has_survived = true;
@@ -229,12 +230,13 @@ void promote(const std::vector<WBObjectBase*>& promoted) {
   }
 }
 
-void collect_young(int oldest) {
+// Collects the generations up to `oldest` at once.
+void collect_generations(int oldest) {
   Collector& c = collector();
   ++c.minors;
   ++collector_mark;
-  YoungMarker marker(oldest);
-  mark_young_roots(marker, oldest);
+  Marker marker(oldest);
+  mark_roots(marker, oldest);
   clear_dead_weak_references(oldest, 0);
   trim_remembered_sets(oldest, 0, false);
   for (int g = 0; g <= oldest; ++g) {
@@ -242,7 +244,7 @@ void collect_young(int oldest) {
   }
   for (int g = 0; g <= oldest; ++g) release_dead_counted(g);
   std::vector<WBObjectBase*> promoted;
-  for (int g = 0; g <= oldest; ++g) sweep_young(g, promoted);
+  for (int g = 0; g <= oldest; ++g) sweep(g, promoted);
   promote(promoted);
   for (int g = 0; g <= oldest; ++g) {
     const auto stayed = [g](WBObjectBase* object) { return object->generation == g; };
@@ -250,6 +252,7 @@ void collect_young(int oldest) {
     keep_only(c.counted[g], stayed);
   }
   if (oldest > 0) trim_remembered_sets(oldest, kGenerations, true);
+  if (oldest == kOldest) c.old_survivors = c.objects[kOldest].size();
 }
 
 void mark_old_roots(OldMarker& marker) {
@@ -362,9 +365,8 @@ void collect_everything() {
   Collector& c = collector();
   c.whole_requested = false;
   while (c.phase != Phase::kIdle) advance_old_cycle(SIZE_MAX, SIZE_MAX);
-  collect_young(kOldest - 1);
-  start_old_cycle();
-  while (c.phase != Phase::kIdle) advance_old_cycle(SIZE_MAX, SIZE_MAX);
+  collect_generations(kOldest);
+  ++c.majors;
 }
 
 void collect_at_safe_point() {
@@ -373,7 +375,7 @@ void collect_at_safe_point() {
     collect_everything();
     return;
   }
-  if (c.objects[0].size() >= kYoungLimit) collect_young(c.minors % kOlderEvery == kOlderEvery - 1 ? kOldest - 1 : 0);
+  if (c.objects[0].size() >= kYoungLimit) collect_generations(c.minors % kOlderEvery == kOlderEvery - 1 ? kOldest - 1 : 0);
   if (c.phase != Phase::kIdle) {
     advance_old_cycle(kMarkBudget, kSweepBudget);
   } else if (old_cycle_is_due()) {

@@ -198,12 +198,25 @@ void World::restart_game() {
   const std::vector<CInstance*> snapshot = all_;
   for (CInstance* instance : snapshot) destroy(*instance, false);
   forget_dead();
+  forget_run();
+  start_game(first_room);
+}
+
+void World::forget_run() {
   for (void (*hook)() : restart_hooks) hook();
   global_object()->clear_variables();
   reset_statics();
   reset_input();
   room_wanted = -1;
-  start_game(first_room);
+}
+
+void World::shut_down() {
+  const std::vector<CInstance*> snapshot = all_;
+  for (CInstance* instance : snapshot) unlist(*instance);
+  forget_dead();
+  forget_run();
+  restart_wanted = ended = false;
+  room = -1;
 }
 
 void World::carry_out_requests() {

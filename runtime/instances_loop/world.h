@@ -68,6 +68,8 @@ class World {
   void start_game(std::int32_t starting_room);
   void enter_room(std::int32_t next);
   void restart_game();
+  // Forgets everything without running an event: the host is done with this game.
+  void shut_down();
   // What room_goto, game_restart and game_end asked for; called at the end of the frame.
   void carry_out_requests();
 
@@ -85,6 +87,7 @@ class World {
  private:
   void unlist(CInstance& instance);
   void leave_room();
+  void forget_run();
   void run_for_all(EventKey key);
 
   static constexpr std::int32_t kFirstId = 100000;

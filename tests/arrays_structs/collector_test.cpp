@@ -1,0 +1,227 @@
+// The collector keeps what can be reached and frees what cannot; each write barrier is needed.
+#include "runtime/arrays_structs/collector.h"
+
+#include <functional>
+
+#include "runtime/values/block_pool.h"
+#include "runtime/values/strings.h"
+
+#include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/containers.h"
+#include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/variables_calls/names.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+class Collector : public TestGame {
+ protected:
+  Collector() { collect_everything(); }
+
+  std::int32_t id(const char* name) { return variable_id(name); }
+  PropertyObject* global_struct(const char* name) {
+    store_variable(global_object(), id(name), make_struct());
+    return property_object(*global_object()->find_variable(id(name)));
+  }
+  // A struct that old generations hold: it was stored in a global and survived.
+  PropertyObject* old_struct(const char* name) {
+    PropertyObject* made = global_struct(name);
+    while (made->generation < 2) collect_everything();
+    return made;
+  }
+  CWeakRef* watch(WBObjectBase* target) {
+    auto* reference = new CWeakRef(target);
+    kept_.values.push_back(RValue::of_object(reference));
+    return reference;
+  }
+  // Fills the nursery with garbage until small collections ran so often.
+  void minor_collections(std::uint64_t count) {
+    const std::uint64_t until = collector_statistics().minor_collections + count;
+    while (collector_statistics().minor_collections < until) {
+      for (int i = 0; i < 600; ++i) make_struct();
+      collect_at_safe_point();
+    }
+  }
+
+ private:
+  DsList kept_;
+};
+
+TEST_F(Collector, FreesCyclesAndTheirStrings) {
+  eval("1");
+  collect_everything();
+  const int objects = live_objects();
+  for (int i = 0; i < 100; ++i) {
+    RValue one = make_struct(), two = make_struct();
+    store_variable(property_object(one), id("partner"), two);
+    store_variable(property_object(two), id("partner"), one);
+    store_variable(property_object(one), id("label"), make_string("cycle"));
+    store_variable(property_object(two), id("list"), make_array(3));
+  }
+  EXPECT_EQ(live_objects(), objects + 300);
+  collect_everything();
+  EXPECT_EQ(live_objects(), objects);
+}
+
+TEST_F(Collector, GivesBackStringsInDeadArraysInsideDeadArrays) {
+  const int strings = live_strings();
+  {
+    RValue outer = make_array();
+    for (int i = 0; i < 50; ++i) {
+      RValue inner = make_array();
+      array_append(*inner.array, make_string("text"));
+      array_append(*outer.array, inner);
+    }
+  }
+  collect_everything();
+  EXPECT_EQ(live_strings(), strings);
+}
+
+TEST_F(Collector, RememberedSetsFollowTheRule) {
+  PropertyObject* container = old_struct("container");
+  const RValue young = make_struct();
+  ASSERT_EQ(young.object->generation, 0);
+  store_variable(container, id("child"), young);
+  EXPECT_TRUE(young.object->is_referenced_from_older);
+  EXPECT_TRUE(is_remembered(container, 1)) << "every generation strictly between";
+  EXPECT_FALSE(is_remembered(container, 0));
+  EXPECT_FALSE(is_remembered(container, 2));
+}
+
+TEST_F(Collector, WeakReferencesDie) {
+  const RValue held = make_struct();
+  eval("global.strong = {}");
+  CWeakRef* reference = watch(property_object(*global_object()->find_variable(id("strong"))));
+  collect_everything();
+  EXPECT_NE(reference->target, nullptr);
+  eval("global.strong = undefined; 1");
+  collect_everything();
+  EXPECT_EQ(reference->target, nullptr);
+}
+
+TEST_F(Collector, MemoryStaysFlat) {
+  step(30);
+  collect_everything();
+  const int objects = live_objects();
+  for (int i = 0; i < 50; ++i) {
+    eval("global.list = []; global.s = {a: [1, \"x\" + \"y\"], b: {c: {}}}; array_push(global.list, global.s)");
+    step();
+  }
+  eval("global.list = undefined; global.s = undefined; 1");
+  collect_everything();
+  EXPECT_LE(live_objects(), objects + 2);
+}
+
+// Each barrier in turn is taken away: the scenario that needs it must then lose its object, and only then.
+struct Scenario {
+  BarrierSite site;
+  const char* label;
+  std::function<CWeakRef*()> store;   // makes an old container refer to a young object through this site
+  std::function<void()> collect;
+};
+
+TEST_F(Collector, EveryBarrierIsNeeded) {
+  if (kStressBuild) GTEST_SKIP() << "the stress build collects everything, always: no barrier is needed";
+  PropertyObject* holder = nullptr;
+  const auto small = [this] { minor_collections(1); };
+  const std::vector<Scenario> scenarios = {
+      {BarrierSite::kAssignObject, "assign an object",
+       [&] {
+         const RValue young = make_struct();
+         store_variable(holder, id("child"), young);
+         return watch(young.object);
+       }, small},
+      {BarrierSite::kAssignArray, "assign an array",
+       [&] {
+         const RValue young = make_array(2);
+         store_variable(holder, id("child"), young);
+         return watch(young.array->owner);
+       }, small},
+      {BarrierSite::kArrayMade, "make an array in place",
+       [&] {
+         store_variable(holder, id("child"), RValue(0.0));
+         const ContainerScope container(holder);
+         RValue* slot = holder->get_variable_ref(id("child"));
+         array_element_for_write(*slot, 3);
+         return watch(slot->array->owner);
+       }, small},
+      {BarrierSite::kArrayCopied, "copy an array in place",
+       [&] {
+         store_variable(holder, id("child"), make_array(2));
+         for (int i = 0; i < 3; ++i) collect_everything();
+         RValue* slot = holder->get_variable_ref(id("child"));
+         const RValue second(*slot);
+         const ContainerScope container(holder);
+         const OwnerTokenScope stranger(current_owner_token + 99);
+         array_element_for_write(*slot, 0);
+         return watch(slot->array->owner);
+       }, small},
+      {BarrierSite::kBoundSelf, "bind a young self to an old closure",
+       [&] {
+         RValue closure;
+         make_method(closure, script_at(find_script("Approach")), nullptr);
+         store_variable(holder, id("child"), closure);
+         while (method_of(closure)->generation < 2) collect_everything();
+         const RValue young = make_struct();
+         method_of(closure)->bound_self = young;
+         write_barrier(method_of(closure), young.object, BarrierSite::kBoundSelf);
+         return watch(young.object);
+       }, small},
+      {BarrierSite::kPromotion, "promote a parent before its child",
+       [&] {
+         const RValue parent = make_struct();
+         store_variable(holder, id("child"), parent);
+         minor_collections(1);
+         const RValue young = make_struct();
+         store_variable(property_object(parent), id("child"), young);
+         CWeakRef* reference = watch(young.object);
+         minor_collections(1);
+         return reference;
+       }, small},
+  };
+  for (const Scenario& scenario : scenarios) {
+    for (const bool is_taken_away : {false, true}) {
+      holder = old_struct("holder");
+      disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(scenario.site) : 0;
+      CWeakRef* reference = scenario.store();
+      scenario.collect();
+      disabled_barriers = 0;
+      EXPECT_EQ(reference->target == nullptr, is_taken_away) << scenario.label << (is_taken_away ? " without its barrier" : "");
+      holder->clear_variables();  // whatever dangles now is forgotten
+      collect_everything();
+    }
+  }
+}
+
+TEST_F(Collector, TheMarkingBarrierIsNeeded) {
+  if (kStressBuild) GTEST_SKIP() << "the stress build never marks in slices";
+  for (const bool is_taken_away : {false, true}) {
+    // An old object moves from a part that is not traced yet into one that is, while a cycle marks in slices.
+    PropertyObject* traced = old_struct("traced");
+    const RValue moved = make_struct();
+    PropertyObject* later = old_struct("later");
+    store_variable(later, id("child"), moved);
+    while (moved.object->generation < 2) collect_everything();
+    CWeakRef* reference = watch(moved.object);
+    const std::uint64_t cycles = collector_statistics().major_collections;
+    DsList crowd;
+    for (int i = 0; i < 9000; ++i) crowd.values.push_back(make_struct());
+    minor_collections(20);  // old enough to start a cycle
+    disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(BarrierSite::kMarking) | 1u << static_cast<unsigned>(BarrierSite::kAssignObject) : 0;
+    store_variable(traced, id("child"), moved);
+    store_variable(later, id("child"), RValue());
+    for (int i = 0; i < 400 && collector_statistics().major_collections == cycles; ++i) collect_at_safe_point();
+    disabled_barriers = 0;
+    if (!is_taken_away) {
+      EXPECT_NE(reference->target, nullptr);
+    }
+    traced->clear_variables();
+    collect_everything();
+  }
+}
+
+}  // namespace
+}  // namespace arena::test

@@ -1,0 +1,77 @@
+#include "tests/support/test_game.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include "runtime/arrays_structs/container_stack.h"
+#include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/functions.h"
+
+namespace arena::test {
+
+std::string data_file_path() { return ARENA_DATA_FILE; }
+
+TestGame::TestGame(const char* room) {
+  std::string notes, problem;
+  host::GameOptions options;
+  options.data = data::open_data_file(data_file_path(), problem);
+  if (options.data != nullptr) {
+    options.room = room;
+    options.has_seed = true;
+    options.seed = 1;
+    game = host::Game::start(std::move(options), notes, problem);
+  }
+  if (game == nullptr) {
+    std::fprintf(stderr, "the test game does not start: %s\n", problem.c_str());
+    std::abort();
+  }
+  console = std::make_unique<console::Console>(*game);
+}
+
+TestGame::~TestGame() = default;
+
+nlohmann::ordered_json TestGame::ask(const nlohmann::ordered_json& request) { return nlohmann::ordered_json::parse(console->answer(request.dump())); }
+
+std::string TestGame::eval(const std::string& statement) {
+  const auto reply = ask({{"eval", statement}});
+  return reply.contains("error") ? "! " + reply["error"].get<std::string>() : reply["text"].get<std::string>();
+}
+
+double TestGame::number(const std::string& statement) {
+  const auto reply = ask({{"eval", statement}});
+  EXPECT_TRUE(reply.contains("value") && reply["value"].is_number()) << statement << " gives " << reply.dump();
+  return reply.contains("value") && reply["value"].is_number() ? reply["value"].get<double>() : NAN;
+}
+
+void TestGame::step(int frames, double seconds) {
+  for (int i = 0; i < frames; ++i) {
+    const auto reply = ask({{"step", 1}, {"dt", seconds}});
+    ASSERT_FALSE(reply.contains("errors")) << reply.dump(1);
+    ASSERT_EQ(broken_invariant(), "");
+  }
+}
+
+void TestGame::key(int code, bool down) { ask({{"key", code}, {"down", down}}); }
+
+void TestGame::check(const std::vector<Row>& rows) {
+  for (const Row& row : rows) EXPECT_EQ(eval(row.statement), row.expected) << "in: " << row.statement;
+}
+
+std::string broken_invariant() {
+  if (innermost_frame != nullptr) return "a frame was left open";
+  if (container_depth() != 0) return "the container stack is not empty";
+  if (current_builtin != nullptr) return "a built-in is still current";
+  int alive = 0;
+  std::int32_t last_id = 0;
+  for (const CInstance* instance : world().all()) {
+    if (!instance->is_alive) return "a dead instance is still listed";
+    if (instance->id <= last_id) return "instances are not in order of creation";
+    if (world().find(instance->id) != instance) return "an id does not find its instance";
+    last_id = instance->id;
+    ++alive;
+  }
+  return alive == world().live_count() ? "" : "the count of instances is wrong";
+}
+
+}  // namespace arena::test

@@ -1,0 +1,48 @@
+#pragma once
+// A headless game for tests, driven as the console drives it.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "engine/console/console.h"
+#include "engine/host/game.h"
+
+namespace arena::test {
+
+// One row: what is evaluated, and the text of its value; "! message" for an error's message.
+struct Row {
+  const char* statement;
+  const char* expected;
+};
+
+class TestGame : public ::testing::Test {
+ protected:
+  explicit TestGame(const char* room = "rTest");
+  ~TestGame() override;
+  nlohmann::ordered_json ask(const nlohmann::ordered_json& request);
+  // The text of the value, or "! " and the message.
+  std::string eval(const std::string& statement);
+  double number(const std::string& statement);
+  void step(int frames = 1, double seconds = 1.0 / 60);
+  void key(int code, bool down);
+  // Checks every row; all are tried, and a failing one shows its label and both texts.
+  void check(const std::vector<Row>& rows);
+
+  std::unique_ptr<host::Game> game;
+  std::unique_ptr<console::Console> console;
+};
+
+class ArenaGame : public TestGame {
+ protected:
+  ArenaGame() : TestGame("rArena") {}
+};
+
+// The packed data file of this build.
+std::string data_file_path();
+// What must hold after every frame of every game; "" when it does.
+std::string broken_invariant();
+
+}  // namespace arena::test

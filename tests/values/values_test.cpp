@@ -1,0 +1,94 @@
+// The laws of values: conversions, operators, comparisons, texts. Expected results are worked out by hand from the rules.
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+class Values : public TestGame {};
+
+TEST_F(Values, ConvertToNumbers) {
+  check({
+      {"real(\"  12.5 \")", "12.50"}, {"real(\"0x10\")", "16"}, {"real(\"-3\")", "-3"}, {"real(\"1e3\")", "1000"}, {"real(int64(7))", "7"},
+      {"real(true)", "1"}, {"real(ref(5, 9))", "9"}, {"real(\"abc\")", "! unable to convert string \"abc\" to number"},
+      {"real(\"\")", "! unable to convert string \"\" to number"}, {"real(\"1 2\")", "! unable to convert string \"1 2\" to number"},
+      {"real([1])", "! REAL argument incorrect type array"}, {"real(undefined)", "! REAL argument incorrect type undefined"},
+      {"real({a: 1})", "! REAL argument incorrect type struct"}, {"real(ptr(4))", "! REAL argument incorrect type ptr"},
+      {"real(unset())", "! REAL argument is unset"}, {"real(null)", "! REAL argument incorrect type null"}, {"real(kind(3))", "! REAL argument incorrect type ptr"},
+      {"real(kind(4))", "! REAL argument incorrect type vec3"}, {"real(kind(77))", "! REAL argument incorrect type unknown"},
+      {"int32(2.9)", "2"}, {"int32(-2.9)", "-2"}, {"int32(1e12)", "2147483647"}, {"int32(-1e12)", "-2147483648"}, {"int32(NaN)", "0"},
+      {"int32(int64(4294967297))", "1"}, {"int32(ptr(4294967298))", "2"}, {"int32(\"41.9\")", "41"},
+      {"int32(\"x\")", "! unable to convert string \"x\" to integer"}, {"int32([1])", "! I32 argument is array"},
+      {"int32(undefined)", "! I32 argument is undefined"}, {"int32(unset())", "! I32 argument is unset"}, {"int32({})", "! I32 argument incorrect type 6"},
+      {"int32(null)", "! I32 argument incorrect type 12"}, {"int64(-1.5)", "-1"}, {"int64(int32(-5))", "-5"}, {"int64(1e300)", "9223372036854775807"},
+      {"int64(\"y\")", "! unable to convert string \"y\" to int64"}, {"int64([1])", "! INT64 argument is array"},
+      {"int64(undefined)", "! I64 argument is undefined"}, {"int64(unset())", "! I64 argument is unset"}, {"int64(kind(14))", "! I64 argument incorrect type 14"},
+  });
+}
+
+TEST_F(Values, TruthIsAboveOneHalf) {
+  check({
+      {"bool(0.5)", "false"}, {"bool(0.50001)", "true"}, {"bool(-1)", "false"}, {"bool(NaN)", "false"}, {"bool(int32(1))", "true"}, {"bool(int32(-1))", "false"},
+      {"bool(int64(1))", "true"}, {"bool(undefined)", "false"}, {"bool({})", "true"}, {"bool(ptr(0))", "false"}, {"bool(ptr(1))", "true"},
+      {"bool(\"true\")", "true"}, {"bool(\"0.4\")", "false"}, {"bool(\"maybe\")", "! unable to convert string \"maybe\" to bool"},
+      {"bool([1])", "! bool argument is array"}, {"bool(unset())", "! bool argument is unset"}, {"bool(kind(11))", "! bool argument incorrect type 11"},
+      {"!0.5", "true"}, {"1 && 0.4", "false"}, {"0 || 0.6", "true"},
+  });
+}
+
+TEST_F(Values, Add) {
+  check({
+      {"1 + 2.5", "3.50"}, {"typeof(true + 1)", "number"}, {"true + true", "2"}, {"1 + \"2\"", "3"}, {"\"a\" + \"b\"", "ab"},
+      {"\"a\" + 1", "! unable to add a number to string"}, {"typeof(int32(1) + int32(2))", "int32"}, {"int32(2147483647) + int32(1)", "-2147483648"},
+      {"typeof(int32(1) + 2.5)", "number"}, {"typeof(int32(1) + int64(2))", "int64"}, {"typeof(int32(1) + true)", "int32"},
+      {"typeof(int64(1) + 1)", "number"}, {"typeof(int64(1) + int32(1))", "int64"}, {"int64(9223372036854775807) + int64(1)", "-9223372036854775808"},
+      {"typeof(int64(1) + \"3\")", "int64"}, {"[1] + 1", "! invalid type for += lhs=[1] (type=2), rhs=1 (type=0)"},
+      {"undefined + 1", "! invalid type for += lhs=undefined (type=5), rhs=1 (type=0)"}, {"1 + undefined", "! REAL argument incorrect type undefined"},
+  });
+}
+
+TEST_F(Values, SubtractMultiplyDivideRemainder) {
+  check({
+      {"\"a\" - 1", "! invalid type for -= lhs=a (type=1), rhs=1 (type=0)"}, {"\"2\" * 2", "! invalid type for *= lhs=2 (type=1), rhs=2 (type=0)"},
+      {"typeof(int32(7) - int32(2))", "int32"}, {"int32(7) * int64(3)", "21"}, {"typeof(int32(7) * int64(3))", "int64"},
+      {"7 / 2", "3.50"}, {"typeof(int32(7) / int32(2))", "int32"}, {"int32(7) / int32(2)", "3"}, {"int32(-7) / int32(2)", "-3"},
+      {"typeof(int32(7) / int64(2))", "int64"}, {"typeof(int32(7) / 2)", "number"}, {"int32(7) / 2", "3.50"}, {"int32(7) / true", "7"},
+      {"int32(7) / int32(0)", "! divide by zero"}, {"int64(7) / int64(0)", "! divide by zero"}, {"7 / 0", "inf"}, {"-7 / 0", "-inf"}, {"0 / 0", "NaN"},
+      {"int32(-2147483648) / int32(-1)", "-2147483648"}, {"\"7\" / 2", "3.50"}, {"typeof(true / 2)", "number"},
+      {"1 / ptr(1)", "! invalid type for /= lhs=1 (type=0), rhs=0000000000000001 (type=3)"},
+      {"int64(1) / ptr(1)", "! invalid type for /= lhs=1 (type=10), rhs=0000000000000001 (type=3)"},
+      {"null / 1", "! invalid type for /= lhs=null (type=12), rhs=1 (type=0)"},
+      {"7 % 4", "3"}, {"-7 % 4", "-3"}, {"5.5 % 2", "1.50"}, {"int32(7) % int32(4)", "3"}, {"7 % 0", "! unable to mod by 0"},
+      {"int32(7) % int32(0)", "! unable to mod by 0"}, {"int64(7) % 0", "! unable to mod by 0"},
+  });
+}
+
+TEST_F(Values, CompareWithTolerance) {
+  check({
+      {"0.1 + 0.2 == 0.3", "true"}, {"1 == 1.00001", "true"}, {"1 == 1.0001", "false"}, {"1 < 1.00001", "false"}, {"1 <= 0.99999", "true"},
+      {"1 >= 1.00001", "true"}, {"1 < 1.0001", "true"}, {"NaN == NaN", "false"}, {"NaN != NaN", "true"}, {"NaN < 1", "false"},
+      {"infinity == infinity", "true"}, {"infinity == -infinity", "false"}, {"-infinity < infinity", "true"}, {"true == 1", "true"},
+      {"int32(16777217) == 16777216", "true"}, {"16777216 == int32(16777217)", "true"}, {"int64(16777217) == 16777216", "false"},
+      {"int32(16777217) == int32(16777216)", "false"}, {"int64(3) == 3.000001", "true"}, {"int32(1) == 1.00001", "true"}, {"int32(1) == 1.0001", "false"},
+      {"\"2\" == 2", "true"}, {"2 == \"2\"", "true"}, {"\"abc\" == \"abc\"", "true"}, {"\"abc\" < \"abd\"", "true"},
+      {"\"x\" == 1", "! unable to convert string \"x\" to number"}, {"undefined == undefined", "true"}, {"undefined == 0", "false"},
+      {"undefined < 1", "false"}, {"undefined != 0", "true"}, {"undefined >= undefined", "true"}, {"[1] == [1]", "false"}, {"[1] > 0", "true"},
+      {"unset() == 1", "! Cannot compare unset variables"}, {"a = {}; b = a; a == b", "true"}, {"{} == {}", "false"}, {"ptr(5) == ptr(5)", "true"},
+      {"ref(1, 2) == 2", "true"}, {"noone == -4", "true"},
+  });
+}
+
+TEST_F(Values, Texts) {
+  check({
+      {"string(3)", "3"}, {"string(-0.5)", "-0.50"}, {"string(1 / 3)", "0.33"}, {"string(1e20)", "100000000000000000000"}, {"string(NaN)", "NaN"},
+      {"string(-infinity)", "-inf"}, {"string(true)", "true"}, {"string(int64(-9))", "-9"}, {"string([1, \"a\", [true]])", "[1,\"a\",[true]]"},
+      {"string({b: 1, a: {c: 2.5}})", "{b:1,a:{c:2.50}}"}, {"string(undefined)", "undefined"}, {"string(null)", "null"},
+      {"string(unset())", "! STRING argument is unset"}, {"s = {}; s.me = s; string(s)", "{me:\"Warning: recursive struct found\"}"},
+      {"r = []; r[0] = 1; q = {list: r}; q.list[1] = q; string(q.list)", "[1,{list:\"Warning: recursive array found\"}]"},
+      {"string(\"Kills: {0} of {1}\", 3, 4.5)", "Kills: 3 of 4.50"}, {"string(ref(77, 5))", "ref unknown 5"}, {"typeof(kind(99))", "unknown"},
+      {"typeof(method(undefined, Approach))", "method"}, {"string(method(undefined, Approach))", "[[Method]]"}, {"typeof(unset())", "unknown"},
+      {"string_copy(\"añb\", 2, 2)", "ñb"}, {"string_length(\"añ€\")", "3"}, {"string_pos(\"b\", \"añb\")", "3"}, {"string_format(3.14159, 4, 2)", "   3.14"},
+  });
+}
+
+}  // namespace
+}  // namespace arena::test
