@@ -81,6 +81,12 @@ void Audio::stop(std::int32_t handle_or_sound) {
   voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }), voices_.end());
 }
 void Audio::stop_all() { voices_.clear(); }
+void Audio::reset() {
+  voices_.clear();
+  started_.clear();
+  fades_.clear();
+  master_gain = 1;
+}
 void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
   for_matching(handle_or_sound, [&](Voice& voice) { voice.is_paused = paused; });
 }

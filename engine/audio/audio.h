@@ -61,6 +61,8 @@ class Audio {
   // By handle, or every voice of a sound asset.
   void stop(std::int32_t handle_or_sound);
   void stop_all();
+  // As at start: nothing sounds, nothing was started.
+  void reset();
   void set_paused(std::int32_t handle_or_sound, bool paused);
   void set_gain(std::int32_t handle_or_sound, double gain, double seconds);
   void set_pitch(std::int32_t handle_or_sound, double pitch);

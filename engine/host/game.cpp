@@ -41,7 +41,7 @@ void draw_background(const Layer& layer) {
 
 // What belongs to one run of the game and is forgotten by a restart.
 void forget_run() {
-  audio::audio().stop_all();
+  audio::audio().reset();
   draw::reset_draw_state();
   platform::reset_cursor();
   reset_containers();

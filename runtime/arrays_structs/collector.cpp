@@ -390,6 +390,7 @@ CollectorStatistics collector_statistics() {
   result.minor_collections = c.minors;
   result.major_collections = c.majors;
   result.dropped_references = c.dropped;
+  result.is_marking = c.phase == Phase::kMarking;
   return result;
 }
 

@@ -36,6 +36,7 @@ void request_collection();
 struct CollectorStatistics {
   std::size_t objects[kGenerations];
   std::uint64_t minor_collections, major_collections, dropped_references;
+  bool is_marking;  // a cycle of the old generation is between two slices of its marking
 };
 CollectorStatistics collector_statistics();
 

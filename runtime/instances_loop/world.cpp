@@ -212,7 +212,9 @@ void World::forget_run() {
 
 void World::shut_down() {
   const std::vector<CInstance*> snapshot = all_;
-  for (CInstance* instance : snapshot) unlist(*instance);
+  for (CInstance* instance : snapshot) {
+    if (instance->is_alive) unlist(*instance);
+  }
   forget_dead();
   forget_run();
   restart_wanted = ended = false;

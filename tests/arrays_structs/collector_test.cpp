@@ -196,29 +196,34 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
   }
 }
 
+// While a cycle marks in slices, an object moves from a part that is not traced yet into one that was.
 TEST_F(Collector, TheMarkingBarrierIsNeeded) {
   if (kStressBuild) GTEST_SKIP() << "the stress build never marks in slices";
   for (const bool is_taken_away : {false, true}) {
-    // An old object moves from a part that is not traced yet into one that is, while a cycle marks in slices.
-    PropertyObject* traced = old_struct("traced");
-    const RValue moved = make_struct();
-    PropertyObject* later = old_struct("later");
-    store_variable(later, id("child"), moved);
-    while (moved.object->generation < 2) collect_everything();
-    CWeakRef* reference = watch(moved.object);
-    const std::uint64_t cycles = collector_statistics().major_collections;
-    DsList crowd;
-    for (int i = 0; i < 9000; ++i) crowd.values.push_back(make_struct());
-    minor_collections(20);  // old enough to start a cycle
-    disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(BarrierSite::kMarking) | 1u << static_cast<unsigned>(BarrierSite::kAssignObject) : 0;
-    store_variable(traced, id("child"), moved);
-    store_variable(later, id("child"), RValue());
-    for (int i = 0; i < 400 && collector_statistics().major_collections == cycles; ++i) collect_at_safe_point();
-    disabled_barriers = 0;
-    if (!is_taken_away) {
-      EXPECT_NE(reference->target, nullptr);
+    // A long chain keeps the marking busy; what the global object got last is traced first.
+    PropertyObject* link = global_struct("chain");
+    for (int i = 0; i < 6000; ++i) {
+      store_variable(link, id("child"), make_struct());
+      link = property_object(*link->find_variable(id("child")));
     }
-    traced->clear_variables();
+    const RValue moved = make_struct();
+    store_variable(link, id("child"), moved);
+    PropertyObject* traced = old_struct("traced");
+    ASSERT_EQ(moved.object->generation, 2);
+    CWeakRef* reference = watch(moved.object);
+    for (int i = 0; i < 20001; ++i) reference_dropped(traced, moved.object);  // makes a cycle due
+    collect_at_safe_point();
+    ASSERT_TRUE(collector_statistics().is_marking);
+    collect_at_safe_point();
+    ASSERT_FALSE(moved.object->is_marked) << "the chain must be longer than a slice";
+    disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(BarrierSite::kMarking) : 0;
+    store_variable(traced, id("child"), moved);
+    store_variable(link, id("child"), RValue());
+    const std::uint64_t cycles = collector_statistics().major_collections;
+    while (collector_statistics().major_collections == cycles) collect_at_safe_point();
+    disabled_barriers = 0;
+    EXPECT_EQ(reference->target == nullptr, is_taken_away);
+    traced->clear_variables();  // whatever dangles now is forgotten
     collect_everything();
   }
 }

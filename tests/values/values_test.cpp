@@ -68,7 +68,7 @@ TEST_F(Values, CompareWithTolerance) {
       {"1 >= 1.00001", "true"}, {"1 < 1.0001", "true"}, {"NaN == NaN", "false"}, {"NaN != NaN", "true"}, {"NaN < 1", "false"},
       {"infinity == infinity", "true"}, {"infinity == -infinity", "false"}, {"-infinity < infinity", "true"}, {"true == 1", "true"},
       {"int32(16777217) == 16777216", "true"}, {"16777216 == int32(16777217)", "true"}, {"int64(16777217) == 16777216", "false"},
-      {"int32(16777217) == int32(16777216)", "false"}, {"int64(3) == 3.000001", "true"}, {"int32(1) == 1.00001", "true"}, {"int32(1) == 1.0001", "false"},
+      {"int32(16777217) == int32(16777216)", "false"}, {"int64(3) == 3.000001", "true"}, {"int32(1) == 1.00001", "false"}, {"int32(1) == 1.0000099", "true"}, {"int32(1) == 1.0001", "false"},
       {"\"2\" == 2", "true"}, {"2 == \"2\"", "true"}, {"\"abc\" == \"abc\"", "true"}, {"\"abc\" < \"abd\"", "true"},
       {"\"x\" == 1", "! unable to convert string \"x\" to number"}, {"undefined == undefined", "true"}, {"undefined == 0", "false"},
       {"undefined < 1", "false"}, {"undefined != 0", "true"}, {"undefined >= undefined", "true"}, {"[1] == [1]", "false"}, {"[1] > 0", "true"},

@@ -1,0 +1,127 @@
+// A missing, cut off, foreign or damaged data file: one clear line, never a crash. And packing gives the same bytes again.
+#include "engine/data/data_file.h"
+
+#include <flatbuffers/flatbuffers.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <fstream>
+
+#include "arena_generated.h"
+#include "runtime/instances_loop/random.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+std::vector<std::uint8_t> packed() {
+  std::ifstream stream(data_file_path(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+std::string problem_with(std::vector<std::uint8_t> bytes) {
+  std::string problem;
+  const auto file = data::read_data(std::move(bytes), "x.dat", problem);
+  EXPECT_EQ(file == nullptr, !problem.empty());
+  EXPECT_EQ(problem.find('\n'), std::string::npos) << "one line";
+  return problem;
+}
+
+// The header made right again for a changed payload: damage that no checksum finds.
+std::vector<std::uint8_t> resealed(std::vector<std::uint8_t> bytes) {
+  const std::vector<std::uint8_t> header = data::header_for(bytes.data() + data::kHeaderBytes, bytes.size() - data::kHeaderBytes);
+  std::copy(header.begin(), header.end(), bytes.begin());
+  return bytes;
+}
+
+TEST(DataFile, EveryKindOfDamageHasItsLine) {
+  const std::vector<std::uint8_t> good = packed();
+  ASSERT_EQ(problem_with(good), "");
+  EXPECT_EQ(problem_with({}), "x.dat: the data file is empty");
+  EXPECT_EQ(problem_with({'P', 'K', 3, 4, 0, 0, 0, 0, 0}), "x.dat: this is not a data file of this game");
+  EXPECT_EQ(problem_with({good.begin(), good.begin() + 12}), "x.dat: the data file is cut off inside its header");
+  EXPECT_EQ(problem_with({good.begin(), good.end() - 100}).find("x.dat: the data file is cut off: 100 of "), 0u);
+  std::vector<std::uint8_t> longer = good;
+  longer.push_back(0);
+  EXPECT_EQ(problem_with(longer), "x.dat: the data file is damaged: 1 bytes too many");
+  std::vector<std::uint8_t> flipped = good;
+  flipped[flipped.size() / 2] ^= 1;
+  EXPECT_EQ(problem_with(flipped), "x.dat: the data file is damaged: its checksum does not fit");
+  std::vector<std::uint8_t> newer = good;
+  newer[8] = 9;
+  EXPECT_EQ(problem_with(newer), "x.dat: the data file has version 9, this program reads version 1");
+  std::string problem;
+  EXPECT_EQ(data::open_data_file("/nowhere/arena.dat", problem), nullptr);
+  EXPECT_EQ(problem, "/nowhere/arena.dat: the data file cannot be opened");
+}
+
+TEST(DataFile, HostileBytesNeverCrash) {
+  const std::vector<std::uint8_t> good = packed();
+  RandomGenerator random(7);
+  int refused = 0;
+  for (int round = 0; round < 1500; ++round) {
+    std::vector<std::uint8_t> bytes = good;
+    // The tables stand at the end of the buffer or its start; pixels in the middle hardly matter.
+    for (int change = 0; change < 4; ++change) {
+      const std::int64_t end = static_cast<std::int64_t>(bytes.size()) - 1;
+      const std::int64_t at = random.unit() < 0.5 ? random.integer(24, 2000) : random.integer(end - 30000, end);
+      bytes[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(random.integer(0, 255));
+    }
+    refused += problem_with(resealed(bytes)).empty() ? 0 : 1;
+  }
+  EXPECT_GT(refused, 100);
+}
+
+TEST(DataFile, MeaningIsChecked) {
+  struct Case {
+    const char* label;
+    std::function<void(data::FileT&)> damage;
+    const char* message;
+  };
+  const std::vector<Case> cases = {
+      {"parent", [](data::FileT& file) { file.objects[7]->parent = 99; }, "object 'oEnemy' has an unknown parent"},
+      {"sprite", [](data::FileT& file) { file.objects[7]->sprite = 3; }, "object 'oEnemy' has an unknown sprite"},
+      {"room size", [](data::FileT& file) { file.rooms[0]->width = 0; }, "room 'rArena' has an impossible size"},
+      {"placement", [](data::FileT& file) { file.rooms[0]->instances[0].mutate_object(500); }, "room 'rArena' places an unknown object"},
+      {"first room", [](data::FileT& file) { file.first_room = 77; }, "the first room does not exist"},
+      {"frame", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(100000); }, "sprite 'sprPlayer' has a frame outside its page"},
+      {"mask", [](data::FileT& file) { file.sprites[0]->right = 1e9f; }, "sprite 'sprPlayer' has a mask outside itself"},
+      {"double index", [](data::FileT& file) { file.sprites[1]->index = file.sprites[0]->index; }, "sprite 'sprEnemy' has the index of another sprite"},
+      {"rate", [](data::FileT& file) { file.sounds[0]->rate = 0; }, "sound 'sndStart' has an impossible rate"},
+      {"page", [](data::FileT& file) { file.pages[0]->width = -5; }, "an atlas page has an impossible size"},
+  };
+  const std::vector<std::uint8_t> good = packed();
+  for (const Case& each : cases) {
+    std::unique_ptr<data::FileT> file(data::GetFile(good.data() + data::kHeaderBytes)->UnPack());
+    each.damage(*file);
+    flatbuffers::FlatBufferBuilder builder;
+    builder.Finish(data::File::Pack(builder, file.get()));
+    std::vector<std::uint8_t> bytes = data::header_for(builder.GetBufferPointer(), builder.GetSize());
+    bytes.insert(bytes.end(), builder.GetBufferPointer(), builder.GetBufferPointer() + builder.GetSize());
+    EXPECT_EQ(problem_with(bytes), std::string("x.dat: the data file is damaged: ") + each.message) << each.label;
+  }
+}
+
+TEST(DataFile, TheProgramSaysItInOneLineAndEndsWithStatusOne) {
+  const std::string command = "cd / && " ARENA_BINARY "/arena --headless --data /nowhere/x.dat 2>/tmp/arena-test-line";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  std::ifstream stream("/tmp/arena-test-line");
+  std::string line, more;
+  std::getline(stream, line);
+  EXPECT_EQ(line, "arena: /nowhere/x.dat: the data file cannot be opened");
+  EXPECT_FALSE(std::getline(stream, more)) << more;
+  EXPECT_EQ(WEXITSTATUS(std::system(ARENA_BINARY "/arena --wrong 2>/dev/null")), 2);
+}
+
+TEST(DataFile, PackingAgainGivesTheSameBytes) {
+  const std::string again = ::testing::TempDir() + "again.dat", cache = ::testing::TempDir() + "cache";
+  std::filesystem::remove_all(cache);
+  ASSERT_EQ(std::system((ARENA_BINARY "/pack " ARENA_SOURCE "/assets " + cache + " " + again).c_str()), 0);
+  std::ifstream stream(again, std::ios::binary);
+  const std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  EXPECT_TRUE(bytes == packed());
+}
+
+}  // namespace
+}  // namespace arena::test

@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Checks the shape of the source tree: includes point only downwards, no file is too long, headers are guarded."""
+import os
+import re
+import sys
+
+FLOORS = {"runtime": 1, "engine": 2, "game": 3, "apps": 4, "tools": 4, "bench": 5, "tests": 5}
+LONGEST = 600
+
+
+def sources(root):
+    for floor in FLOORS:
+        for folder, _, files in os.walk(os.path.join(root, floor)):
+            for name in files:
+                if name.endswith((".cpp", ".h")):
+                    yield floor, os.path.join(folder, name)
+
+
+def problems(root):
+    for floor, path in sources(root):
+        relative = os.path.relpath(path, root)
+        lines = open(path, encoding="utf-8").read().splitlines()
+        if len(lines) > LONGEST:
+            yield f"{relative}: {len(lines)} lines, {LONGEST} are the most"
+        if path.endswith(".h") and (not lines or lines[0] != "#pragma once"):
+            yield f"{relative}: does not begin with #pragma once"
+        for number, line in enumerate(lines, 1):
+            found = re.match(r'#include "([a-z_]+)/', line)
+            if not found or found.group(1) not in FLOORS:
+                continue
+            target = found.group(1)
+            upwards = FLOORS[target] > FLOORS[floor]
+            sideways = floor == "game" and target == "engine" or floor == "engine" and target == "game"
+            beyond_script = floor == "game" and target == "runtime" and '"runtime/script' not in line
+            if upwards or sideways or beyond_script:
+                yield f"{relative}:{number}: {floor} may not include {line[10:-1]}"
+
+
+def circles(root):
+    includes = {}
+    for _, path in sources(root):
+        text = open(path, encoding="utf-8").read()
+        includes[os.path.relpath(path, root)] = [f for f in re.findall(r'#include "([^"]+)"', text)]
+    state = {}
+
+    def visit(name, trail):
+        if state.get(name) == "done" or name not in includes:
+            return None
+        if name in trail:
+            return trail[trail.index(name):] + [name]
+        for target in includes[name]:
+            found = visit(target, trail + [name])
+            if found:
+                return found
+        state[name] = "done"
+        return None
+
+    for name in list(includes):
+        found = visit(name, [])
+        if found:
+            yield "includes go in a circle: " + " > ".join(found)
+            return
+
+
+def main():
+    root = sys.argv[1]
+    found = list(problems(root)) + list(circles(root))
+    for line in found:
+        print(line)
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,147 @@
+// Argument checks, reading and writing errors, the report's form, and what is restored after an error.
+#include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/container_stack.h"
+#include "runtime/arrays_structs/method.h"
+#include "runtime/instances_loop/instance.h"
+#include "runtime/instances_loop/resolve.h"
+#include "runtime/values/conversions.h"
+#include "runtime/values/operators.h"
+#include "runtime/values/strings.h"
+#include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/calls.h"
+#include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/report.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+class Calls : public TestGame {};
+
+TEST_F(Calls, ArgumentsAreCheckedByTheirKind) {
+  check({
+      {"sqrt(\"x\")", "! sqrt argument 1 incorrect type (string) expecting a Number (WBGR)"},
+      {"draw_set_alpha([])", "! draw_set_alpha argument 1 incorrect type (array) expecting a Number (WBGF)"},
+      {"keyboard_check(undefined)", "! keyboard_check argument 1 incorrect type (undefined) expecting a Number (WBGI32)"},
+      {"chr({})", "! chr argument 1 incorrect type (struct) expecting a Number (WBGU32)"},
+      {"audio_play_sound(0, 1, \"yes\")", "! audio_play_sound argument 3 incorrect type (string) expecting a Boolean (WBGB)"},
+      {"string_length(5)", "! string_length argument 1 incorrect type (number) expecting a String (WBGS)"},
+      {"number_sum(\"a\", 1)", "! number_sum argument 1 incorrect type (string) expecting a Number"},
+      {"ptr_address(1)", "! ptr_address argument 1 incorrect type (number) expecting a Pointer"},
+      {"script_execute(int64, \"x\")", "! int64 argument 1 incorrect type (string) expecting a Number or Pointer"},
+      {"struct_get_names(\"x\")", "! struct_get_names argument 1 incorrect type (string) needs to be a struct"},
+      {"array_map([1], 99999)", "! array_map :: argument 2 is neither a method or a function"},
+      {"ds_list_size(\"x\")", "! ds_list_size argument 1 incorrect type (string) expecting a list"},
+      {"ds_list_size(77)", "! ds_list_size argument 1 invalid reference to (list) - requested 77"},
+      {"sprite_get_width(9999)", "! sprite_get_width argument 1 invalid reference to (sprite) - requested 9999 max is 42"},
+      {"instance_destroy()", "! instance_destroy() must be called in an instance context"},
+      {"sqrt()", "! sqrt argument 1 incorrect type (undefined) expecting a Number (WBGR)"},
+  });
+  const double id = number("instance_create_depth(0, 0, 0, oBullet)");
+  EXPECT_EQ(eval("weak_ref_create((" + std::to_string(static_cast<int>(id)) + "))"),
+            "! weak_ref_create argument 1 incorrect type (number) needs to be a struct");
+  EXPECT_EQ(eval("with (oBullet) { weak_ref_create(self) }"), "! weak_ref_create argument 1 cannot be an instance");
+}
+
+TEST_F(Calls, VariablesThatAreNotThere) {
+  const std::string missing = std::to_string(variable_id("nobody_wrote_this"));
+  EXPECT_EQ(eval("global.nobody_wrote_this"), "! global variable name 'nobody_wrote_this' index (" + missing + ") not set before reading it.");
+  EXPECT_EQ(eval("local.nobody_wrote_this"), "! local variable nobody_wrote_this(" + missing + ") not set before reading it.");
+  check({
+      {"oPlayer.hp", "! Unable to find any instance for object index '18' name 'oPlayer'"},
+      {"(123456).hp", "! Unable to find any instance for object index '123456' name '<undefined>'"},
+      {"with (global) { 1 }", "! Cannot use global in with statement"}, {"with (local) { 1 }", "! Cannot use local in with statement"},
+      {"with (\"x\") { 1 }", "! invalid with reference"}, {"with (noone) { 1 }", "undefined"}, {"room_width = 5", "! unable to set built in variable room_width\n"},
+  });
+  const int bullet = static_cast<int>(number("instance_create_depth(0, 0, 0, oBullet)"));
+  const std::string message = eval("oBullet.hp");
+  EXPECT_EQ(message, "! Unable to get variable hp from object " + std::to_string(resolve_instance(bullet)->serial) + "\n");
+  resolve_instance(bullet)->get_variable_ref(variable_id("half"));
+  const std::string half = std::to_string(variable_id("half"));
+  EXPECT_EQ(eval("oBullet.half"), "! Variable oBullet.half(" + half + ", -2147483648) not set before reading it.");
+  RValue out;
+  eval("global.list = [1, 2]");
+  const std::int32_t list = variable_id("list");
+  try {
+    var_get(RValue::of_object(global_object()), list, 7, out);
+    FAIL() << "an index past the end must be reported";
+  } catch (const WBKSLException& error) {
+    const std::string id = std::to_string(list);
+    EXPECT_EQ(error.message(), "Variable Index [7] out of range [2] - " + std::to_string(global_object()->serial) + "." + id + "(" + id + ",7)");
+  }
+  ASSERT_TRUE(var_set(RValue::of_object(global_object()), list, kNoIndex, RValue(5.0)));
+  EXPECT_EQ(eval("global.list"), "5") << "the no-index marker writes the whole variable";
+}
+
+TEST_F(Calls, MissingArgumentsReadUndefined) {
+  const RValue one(1.0);
+  const RValue* given[] = {&one};
+  const ArgumentVector padded(1, 3, given);
+  EXPECT_EQ(padded.count(), 3);
+  EXPECT_EQ(const_cast<ArgumentVector&>(padded).values()[0].real, 1);
+  EXPECT_TRUE(const_cast<ArgumentVector&>(padded).values()[2].is_undefined());
+  check({{"canDamageTarget()", "undefined"}, {"canDamageTarget(1)", "true"}, {"Chance()", "false"}});
+}
+
+TEST_F(Calls, SuppressedReportsOnlySetTheFlag) {
+  clear_error_happened();
+  const ErrorSuppression quiet;
+  RValue left = RValue::of_int32(7);
+  op_divide(left, RValue::of_int32(0));
+  EXPECT_TRUE(error_happened());
+  EXPECT_EQ(left.i32, 7) << "the left operand stays";
+  EXPECT_EQ(left.kind(), kInt32);
+  RValue text = make_string("abc");
+  EXPECT_EQ(to_real(text), 0);
+  EXPECT_FALSE(to_bool(make_array(1)));
+}
+
+TEST_F(Calls, LongMessagesAreCutAtTheBuffer) {
+  const std::string message = eval("real(\"" + std::string(3000, 'x') + "\")");
+  EXPECT_EQ(message.size(), 2 + 1023u);
+}
+
+TEST_F(Calls, ReportsNameEventObjectAndFrames) {
+  eval("global.dt_steady = 0.01; instance_create_depth(0, 0, 0, oGun).owner = 5; oGun.owner = oGun.id; oGun.base_bullet_type = 0; oGun.is_firing = true; oGun.modifiers = [5]");
+  const auto reply = ask({{"step", 1}});
+  ASSERT_TRUE(reply.contains("errors")) << reply.dump();
+  const std::string report = reply["errors"][0]["report"];
+  EXPECT_EQ(report.find(std::string(43, '_') + "\nERROR in action number 1\nof  Step Event0 for object oGun:\n"), 0u) << report;
+  const std::size_t inner = report.find(" at ksl_Script_oGun_applyModifiers (line "), outer = report.find(" at ksl_Object_oGun_Step_0 (line ");
+  EXPECT_NE(inner, std::string::npos) << report;
+  EXPECT_NE(outer, std::string::npos) << report;
+  EXPECT_LT(inner, outer) << "innermost first";
+  EXPECT_NE(report.find(" - game/combat/gun.cpp\n"), std::string::npos) << report;
+  EXPECT_EQ(report.substr(report.size() - 93), std::string(92, '#') + "\n");
+  EXPECT_EQ(broken_invariant(), "") << "frames, containers and the current built-in are restored";
+}
+
+TEST_F(Calls, ConstantTextIsNeverFreed) {
+  static const char kText[] = "constant";
+  RValue value = make_constant_string(kText);
+  EXPECT_LT(value.string->size, 0);
+  EXPECT_EQ(value.string->text, kText);
+  RValue second(value);
+  release(value);
+  EXPECT_EQ(value.string, nullptr);
+  EXPECT_EQ(text_of(second), "constant");
+}
+
+RValue& count_arguments(WBObjectBase*, WBObjectBase*, RValue& result, std::int32_t argc, const RValue**) { return result = RValue(argc), result; }
+
+TEST_F(Calls, TheSecondFunctionTableIsCalledByNumber) {
+  const std::int32_t number = add_extension_function(count_arguments);
+  EXPECT_GT(number, 500000);
+  EXPECT_EQ(eval("(" + std::to_string(number) + ")(1, 2, 3)"), "3");
+}
+
+TEST_F(Calls, TheLookupFindsEverything) {
+  const LookupResult& lookup = look_up_names();
+  EXPECT_TRUE(lookup.problems.empty()) << lookup.problems.front();
+  EXPECT_EQ(lookup.report().find("WBC lookup took "), 0u);
+  EXPECT_GT(lookup.user_functions, 50);
+}
+
+}  // namespace
+}  // namespace arena::test
