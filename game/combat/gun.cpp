@@ -31,7 +31,7 @@ const Variable* const kDefinitionFields[] = {&rarity, &base_damage, &base_speed,
                                              &base_bullet_count, &base_multishot_angle, &base_grenade_lifetime, &base_explosion_radius,
                                              &base_explosion_damage, &max_slots};
 
-bool has(const Value& stats, const Variable& field) { return Real(variable_struct_exists(stats, field.text)) > 0.5; }
+bool has(const Value& stats, const Variable& field) { return variable_struct_exists(stats, field.text); }
 
 }  // namespace
 }  // namespace arena::game

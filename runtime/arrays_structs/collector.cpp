@@ -196,7 +196,9 @@ void mark_roots(Marker& marker, int oldest) {
 void sweep(int generation, std::vector<WBObjectBase*>& promoted) {
   std::vector<WBObjectBase*>& list = collector().objects[generation];
   std::size_t kept = 0;
-  for (WBObjectBase* object : list) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (i + 8 < list.size()) __builtin_prefetch(list[i + 8]);
+    WBObjectBase* object = list[i];
     if (!object->is_marked) {
       destroy(object);
       continue;

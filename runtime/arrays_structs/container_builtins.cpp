@@ -128,7 +128,19 @@ std::int32_t grid_create(std::int32_t width, std::int32_t height) {
   return ds_grids().create(fits ? width : 0, fits ? height : 0);
 }
 void grid_destroy(GridArgument a) { ds_grids().destroy(a.handle); }
-void grid_clear(GridArgument a, const RValue& value) { std::fill(a.grid->cells.begin(), a.grid->cells.end(), value); }
+// Cells are cleared every frame by the ten thousand: what owns nothing is overwritten without more ado.
+void grid_clear(GridArgument a, const RValue& value) {
+  if (value.owns_heap()) {
+    std::fill(a.grid->cells.begin(), a.grid->cells.end(), value);
+    return;
+  }
+  for (RValue& cell : a.grid->cells) {
+    if (cell.owns_heap()) cell = RValue();
+    cell.i64 = value.i64;
+    cell.flags = value.flags;
+    cell.kind_bits = value.kind_bits;
+  }
+}
 std::int32_t grid_width(GridArgument a) { return a.grid->width; }
 std::int32_t grid_height(GridArgument a) { return a.grid->height; }
 bool grid_check(const DsGrid& grid, std::int32_t column, std::int32_t row) {

@@ -49,6 +49,17 @@ void struct_set_named(PropertyObject* object, std::string_view name, const RValu
 }
 
 void store_variable(PropertyObject* object, std::int32_t id, const RValue& value) {
+  if (!value.owns_heap()) {
+    const std::int64_t payload = value.i64;  // `value` may stand in the row that moves
+    const std::uint32_t flags = value.flags, kind = value.kind_bits;
+    RValue* plain = object->get_variable_ref(id);
+    if (!plain->owns_heap()) {
+      plain->i64 = payload;
+      plain->flags = flags;
+      plain->kind_bits = kind;
+      return;
+    }
+  }
   const RValue kept(value);  // `value` may stand in the row that moves
   RValue* slot = object->get_variable_ref(id);
   if (kept.is_array()) clear_owner_token(kept);

@@ -1,6 +1,7 @@
 #pragma once
 // How compiled code reaches variables: names as objects, and the proxies that `self[hp]` and `list[i]` give. A proxy is a temporary:
 // read it, write it or call it where it stands. The line of the access goes into the frame before anything can fail.
+#include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/script/dynamic.h"
@@ -34,11 +35,17 @@ struct Key {
 // Calls a value with native arguments: they are boxed on the native stack.
 template <class... Arguments>
 Value call_value(WBObjectBase* self, WBObjectBase* other, const RValue& callee, const Arguments&... arguments) {
-  const Value values[sizeof...(Arguments) + 1] = {Value(as_value(arguments))..., Value()};
+  const RValue values[sizeof...(Arguments) + 1] = {RValue(as_value(arguments))..., RValue()};
   const RValue* pointers[sizeof...(Arguments) + 1];
   for (std::size_t i = 0; i < sizeof...(Arguments); ++i) pointers[i] = &values[i];
   Value result;
-  call_method(self, other, result, static_cast<std::int32_t>(sizeof...(Arguments)), callee, pointers);
+  constexpr std::int32_t kCount = static_cast<std::int32_t>(sizeof...(Arguments));
+  const MethodClosure* closure = method_of(callee);
+  if (closure != nullptr && !closure->function->is_constructor && current_builtin == nullptr) [[likely]] {
+    closure->function->script(closure->bound_self.is_object() ? closure->bound_self.object : self, other, result, kCount, pointers);
+    return result;
+  }
+  call_method(self, other, result, kCount, callee, pointers);
   return result;
 }
 
@@ -171,7 +178,21 @@ class ElementAccess {
 
  private:
   const RValue& holder() const { return array_ != nullptr ? *array_ : *read_variable_slow(owner_, name_->slot); }
+  // The common case without a call: a plain value over a plain value inside an array that nobody else holds.
+  static bool write_plain(const RValue* holder, std::int32_t index, const RValue& value) {
+    if (holder == nullptr || !holder->is_array() || value.owns_heap()) return false;
+    ArrayRecord* array = holder->array;
+    if (array == nullptr || array->count != 1 || array->flags != 0 || index < 0 || index >= array->length) return false;
+    RValue& slot = array->elements[index];
+    if (slot.owns_heap()) return false;
+    slot.i64 = value.i64;
+    slot.flags = value.flags;
+    slot.kind_bits = value.kind_bits;
+    return true;
+  }
   void write(const RValue& value) {
+    const bool may_write = owner_ == nullptr || !owner_->is_read_only;
+    if (may_write && write_plain(array_ != nullptr ? array_ : owner_->find_in_row(name_->slot), index_, value)) return;
     if (array_ != nullptr) {
       const OwnerTokenScope token(innermost_frame != nullptr ? innermost_frame->token : 1);
       array_write(*array_, index_, value);

@@ -46,6 +46,14 @@ void array_swap(const Value& array, Real first, Real second) {
   if (a != nullptr && b != nullptr) const_cast<RValue*>(a)->swap(*const_cast<RValue*>(b));  // both stay in the same array
 }
 
+Value variable_struct_get(const Value& target, const Value& name) {
+  PropertyObject* object = require_properties(target);
+  const RValue* found = object != nullptr ? object->find_variable(find_variable_id(text_of(name))) : nullptr;
+  return found != nullptr && !found->is_unset() ? Value(RValue(*found)) : Value();
+}
+
+bool variable_struct_exists(const Value& target, const Value& name) { return !is_undefined(variable_struct_get(target, name)); }
+
 Value ds_grid_get(const Value& handle, Real column, Real row) {
   DsGrid* grid = require_grid(handle);
   const std::int32_t at_column = saturate_int32(column.number()), at_row = saturate_int32(row.number());

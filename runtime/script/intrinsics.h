@@ -111,6 +111,10 @@ class Grid {
   DsGrid* grid_;
 };
 
+// Fields by name. What is missing reads undefined.
+Value variable_struct_get(const Value& target, const Value& name);
+bool variable_struct_exists(const Value& target, const Value& name);
+
 inline bool is_undefined(const Value& value) { return value.RValue::is_undefined(); }
 inline bool instance_exists(const Value& target) {
   if (target.kind_bits != kNumber && target.kind_bits != kObject) return false;

@@ -16,7 +16,9 @@ struct FieldLiteral {
 // {{name, "Pistol"}, {rarity, 2}} as a struct, in this order.
 inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
   Value made = make_struct();
-  for (const FieldLiteral& field : fields) store_variable(property_object(made), field.name.slot, field.value);
+  PropertyObject* const object = property_object(made);
+  object->reserve_row(fields.size());
+  for (const FieldLiteral& field : fields) store_variable(object, field.name.slot, field.value);
   return made;
 }
 

@@ -48,12 +48,32 @@ bool equals_ignoring_case(std::string_view text, std::string_view lower) {
   return true;
 }
 
+// Two decimals by way of whole hundredths: right wherever the number is clearly nearer to one hundredth than to the next. Null where
+// it is not, and for large numbers.
+const char* quick_hundredths(double number, char* buffer) {
+  if (!(std::fabs(number) < 1e12)) return nullptr;
+  const double scaled = std::fabs(number) * 100, below = std::floor(scaled), rest = scaled - below;
+  if (std::fabs(rest - 0.5) < 1e-3) return nullptr;
+  const std::int64_t hundredths = static_cast<std::int64_t>(below) + (rest > 0.5 ? 1 : 0);
+  char* at = buffer;
+  if (number < 0 && hundredths != 0) *at++ = '-';
+  at = std::to_chars(at, at + 32, hundredths / 100).ptr;
+  *at++ = '.';
+  *at++ = static_cast<char>('0' + hundredths / 10 % 10);
+  *at++ = static_cast<char>('0' + hundredths % 10);
+  return at;
+}
+
 }  // namespace
 
 std::string real_to_text(double number) {
   if (std::isnan(number)) return "NaN";
   if (std::isinf(number)) return number > 0 ? "inf" : "-inf";
   char buffer[512];  // the largest double has 309 digits before the point
+  if (number == std::floor(number) && std::fabs(number) < 1e15) {
+    return std::string(buffer, std::to_chars(buffer, buffer + sizeof buffer, static_cast<std::int64_t>(number)).ptr);
+  }
+  if (const char* end = quick_hundredths(number, buffer)) return std::string(static_cast<const char*>(buffer), end);
   const bool whole = number == std::floor(number);
   const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::fixed, whole ? 0 : 2);
   (void)error;

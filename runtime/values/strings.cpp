@@ -62,12 +62,6 @@ RValue concatenate(const StringRecord* left, const StringRecord* right) {
 
 std::string_view text_of(const RValue& value) { return value.is_string() ? text_of(value.string) : std::string_view(); }
 
-void add_string_reference(StringRecord* record) {
-  if (record == nullptr) return;
-  const WorkerLock lock(WorkerLock::kStringCounts);
-  ++record->count;
-}
-
 void release_string(StringRecord* record) {
   if (record == nullptr) return;
   {

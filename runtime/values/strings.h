@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "runtime/values/value.h"
+#include "runtime/values/worker_lock.h"
 
 namespace arena {
 
@@ -16,7 +17,11 @@ RValue concatenate(const StringRecord* left, const StringRecord* right);
 std::string_view text_of(const RValue& value);
 
 // Reference counting, under the string lock. release_string frees text and record when the last reference goes.
-void add_string_reference(StringRecord* record);
+inline void add_string_reference(StringRecord* record) {
+  if (record == nullptr) return;
+  const WorkerLock lock(WorkerLock::kStringCounts);
+  ++record->count;
+}
 void release_string(StringRecord* record);
 // String records alive now: for leak tests.
 int live_strings();

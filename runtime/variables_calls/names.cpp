@@ -24,8 +24,8 @@ struct Variables {
   }
 };
 Variables& variables() {
-  static Variables table;
-  return table;
+  static Variables* const table = new Variables;
+  return *table;
 }
 
 using Clock = std::chrono::steady_clock;
@@ -80,6 +80,11 @@ LookupResult run_lookup() {
   return result;
 }
 
+std::int32_t search_variable_id(std::string_view name) {
+  const auto found = variables().ids.find(name);
+  return found == variables().ids.end() ? -1 : found->second;
+}
+
 }  // namespace
 
 NameSlot::NameSlot(Type of, const char* name) : text(name), type(of), next(first_name) { first_name = this; }
@@ -89,10 +94,16 @@ std::int32_t variable_id(std::string_view name) {
   return found >= 0 ? found : variables().add(name);
 }
 
+// Scripts ask for the same few texts again and again: what a text at this address meant last time is tried first, and checked.
 std::int32_t find_variable_id(std::string_view name) {
-  const auto found = variables().ids.find(name);
-  return found == variables().ids.end() ? -1 : found->second;
+  static std::int32_t remembered[256] = {};
+  std::int32_t& last = remembered[(reinterpret_cast<std::uintptr_t>(name.data()) >> 4 ^ name.size()) & 255];
+  if (last < variable_id_count() && *variables().names[static_cast<std::size_t>(last)] == name) return last;
+  const std::int32_t found = search_variable_id(name);
+  if (found >= 0) last = found;
+  return found;
 }
+
 
 std::string_view variable_name(std::int32_t id) {
   if (id < 0 || id >= variable_id_count()) return "<unknown>";

@@ -1,0 +1,28 @@
+#pragma once
+#include "game/names.h"
+
+namespace arena::game {
+
+// Each runs an operation n times. Nothing else is alive in the script's world.
+class MicroBench {
+ public:
+  MicroBench();
+  double variable_read(int n);
+  void variable_write(int n);
+  void variable_add(int n);
+  double global_read(int n);
+  double script_call(int n);
+  double method_call(int n);
+  double array_read(int n);
+  void array_write(int n);
+  void array_push_values(int n);
+  void struct_of_four(int n);
+  void string_concat(int n);
+  void number_to_string(int n);
+  double variable_by_name(int n);
+
+ private:
+  Value object_;
+};
+
+}  // namespace arena::game
