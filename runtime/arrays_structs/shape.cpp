@@ -7,7 +7,9 @@ namespace arena {
 namespace {
 
 std::int32_t table_size = 0;
-Shape empty, dictionary;
+// Never destroyed: every shape hangs on them.
+Shape& empty = *new Shape;
+Shape& dictionary = *new Shape;
 
 std::uint8_t* new_table(const std::uint8_t* copy_of) {
   std::uint8_t* table = new std::uint8_t[static_cast<std::size_t>(table_size) + 1];
