@@ -6,6 +6,7 @@
 #include "engine/console/evaluator.h"
 #include "engine/console/state_hash.h"
 #include "engine/console/value_json.h"
+#include "engine/draw/draw_service.h"
 #include "engine/host/game.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/instances_loop/clock.h"
@@ -53,6 +54,7 @@ void observe(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) {
 }
 
 void keep_error(const WBKSLException& error) {
+  draw::restore_draw_state();
   log_message("ERROR: " + error.message());
   frame_errors.push_back({{"error", error.message()}, {"report", error.report()}});
 }

@@ -140,6 +140,11 @@ const BuiltinTable table(kEntries);
 void use_draw_service(Draw* draw) { service = draw; }
 Draw* draw_service() { return service; }
 void reset_draw_state() { state() = DrawState(); }
+namespace {
+DrawState saved;
+}
+void save_draw_state() { saved = state(); }
+void restore_draw_state() { state() = saved; }
 void draw_instance_default(CInstance& instance) { draw_instance(instance); }
 
 }  // namespace arena::draw

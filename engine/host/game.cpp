@@ -39,6 +39,10 @@ void draw_background(const Layer& layer) {
   if (draw::draw_service() != nullptr) draw::draw_service()->background(layer.background_sprite, layer.background_fill, layer.background_color);
 }
 
+void before_handler(const CInstance&, EventKey key) {
+  if (key.kind == EventKind::kDraw) draw::save_draw_state();
+}
+
 // What belongs to one run of the game and is forgotten by a restart.
 void forget_run() {
   audio::audio().reset();
@@ -94,7 +98,7 @@ std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::
   game->draw_ = std::make_unique<draw::Draw>(*game->gpu_, *game->data_);
   game->audio_device_ = std::move(options.audio_device);
   draw::use_draw_service(game->draw_.get());
-  set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, nullptr});
+  set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, before_handler});
   load_clips(*game->data_->content);
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);

@@ -39,27 +39,34 @@ void struct_write(StructArgument target, std::string_view name, const RValue& va
 }
 void struct_remove(StructArgument target, std::string_view name) { target.object->remove_variable(find_variable_id(name)); }
 
+// The instance or struct that a variable function is asked about.
+PropertyObject* require_target(const RValue& target) {
+  WBObjectBase* const object = resolve_object(target);
+  if (object == nullptr) report_error(messages::kNoInstance, to_int32(target));
+  return static_cast<PropertyObject*>(object);
+}
+
 bool instance_variable_exists(const RValue& target, std::string_view name) {
   WBObjectBase* object = resolve_object(target);
   return object != nullptr && has_value(static_cast<PropertyObject*>(object), name);
 }
 RValue instance_variable_get(const RValue& target, std::string_view name) {
   RValue value;
-  WBObjectBase* object = require_object(target);
+  PropertyObject* object = require_target(target);
   if (object == nullptr) return value;
   const std::int32_t id = find_variable_id(name);
   if (id < 0) return value;
   const RValue named = RValue::of_object(object);
-  if (has_value(static_cast<PropertyObject*>(object), name) || object->object_kind == ObjectKind::kInstance) var_get(named, id, kNoIndex, value);
+  if (has_value(object, name) || object->object_kind == ObjectKind::kInstance) var_get(named, id, kNoIndex, value);
   return value;
 }
 void instance_variable_set(const RValue& target, std::string_view name, const RValue& value) {
-  WBObjectBase* object = require_object(target);
-  if (object != nullptr) struct_write(StructArgument{static_cast<PropertyObject*>(object)}, name, value);
+  PropertyObject* object = require_target(target);
+  if (object != nullptr) struct_write(StructArgument{object}, name, value);
 }
 RValue instance_variable_names(const RValue& target) {
-  WBObjectBase* object = require_object(target);
-  return object != nullptr ? names_of(static_cast<PropertyObject*>(object)) : RValue();
+  PropertyObject* object = require_target(target);
+  return object != nullptr ? names_of(object) : RValue();
 }
 
 bool global_exists(std::string_view name) { return has_value(global_object(), name); }

@@ -129,8 +129,11 @@ inline constexpr Message<> kWithGlobal{"Cannot use global in with statement"};
 inline constexpr Message<> kWithLocal{"Cannot use local in with statement"};
 inline constexpr Message<> kWithInvalid{"invalid with reference"};
 
-// Nothing raises these, each for the reason given; every other message above has a feature behind it and a test that raises it.
-//   (none at present: kLocalUnset and kWithLocal are raised by the console's `local` scope)
+// No script raises these, each for the reason given:
+//   kIllegalArrayUse      a strict comparison: C++ callers of compare() may ask for one, no script operator does
+//   kPropertyNullSelf     a body that runs without any self: only a host that calls a script with none gets there
+//   kInlineIndexNotArray  raised by `value[i]` in compiled code; the console's elements use the other wording
+//   kPointerUndefined, kPointerUnset, kPointerWrongType   to_pointer() is for hosts; built-ins check their arguments first
 
 }  // namespace messages
 }  // namespace arena

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "runtime/arrays_structs/container_stack.h"
+#include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
@@ -13,6 +14,11 @@ namespace arena::test {
 std::string data_file_path() { return ARENA_DATA_FILE; }
 
 TestGame::TestGame(const char* room) {
+  InputEvent size;  // another test may have opened a window of its own
+  size.type = InputEvent::Type::kWindowSize;
+  size.code = 1280;
+  size.value = 720;
+  push_input(size);
   std::string notes, problem;
   host::GameOptions options;
   options.data = data::open_data_file(data_file_path(), problem);

@@ -1,0 +1,137 @@
+// Small pictures that prove what backend.h promises, and the falloff of sound measured in rendered samples.
+#include <cmath>
+
+#include "engine/audio/openal/openal.h"
+#include "engine/gpu/backend.h"
+#include "engine/gpu/recorder/recorder.h"
+#include "engine/platform/window.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+using gpu::Vertex;
+
+constexpr std::uint32_t kRed = 0xFF0000FF, kHalfGreen = 0x8000FF00;
+
+void solid(gpu::Gpu& on, float x1, float y1, float x2, float y2, std::uint32_t color, gpu::Blend blend = gpu::Blend::kNormal) {
+  const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, color, static_cast<float>(gpu::Paint::kSolid)}; };
+  const Vertex vertices[] = {corner(x1, y1), corner(x2, y1), corner(x2, y2), corner(x1, y1), corner(x2, y2), corner(x1, y2)};
+  on.draw({{}, blend, 1}, vertices, 6);
+}
+
+std::string pixel(const std::vector<std::uint8_t>& pixels, int x, int y) {
+  const std::size_t at = (static_cast<std::size_t>(y) * 64 + static_cast<std::size_t>(x)) * 4;
+  return std::to_string(pixels[at]) + "," + std::to_string(pixels[at + 1]) + "," + std::to_string(pixels[at + 2]);
+}
+
+TEST(Pictures, OpenGlKeepsTheContract) {
+  std::string problem;
+  platform::WindowOptions options;
+  options.offscreen = true;
+  options.width = options.height = 64;
+  const auto window = platform::open_window(options, problem);
+  ASSERT_NE(window, nullptr) << problem;
+  gpu::Gpu on(window->create_backend(problem));
+  // Two by two: red, green over blue, white; rows from the top.
+  const std::uint8_t four[16] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255};
+  const gpu::TextureId texture = on.create_texture(2, 2, four);
+  on.begin_frame(64, 64, 0x000000);
+  solid(on, 0, 0, 16, 16, kRed);                              // top left
+  solid(on, 8, 0, 16, 16, kHalfGreen);                        // half over it
+  solid(on, 48, 48, 64, 64, 0xFF404040);
+  solid(on, 56, 48, 64, 64, 0xFF202020, gpu::Blend::kAdd);
+  solid(on, 48, 56, 56, 64, 0xFF101010, gpu::Blend::kSubtract);
+  const auto corner = [&](float x, float y, float u, float v) { return Vertex{x, y, u, v, 0xFFFFFFFF, static_cast<float>(gpu::Paint::kTexture)}; };
+  const Vertex picture[] = {corner(16, 16, 0, 0), corner(48, 16, 1, 0), corner(48, 48, 1, 1), corner(16, 16, 0, 0), corner(48, 48, 1, 1), corner(16, 48, 0, 1)};
+  on.draw({texture, gpu::Blend::kNormal, 1}, picture, 6);
+  const std::vector<std::uint8_t> pixels = on.read_pixels();
+  on.end_frame();
+  EXPECT_EQ(pixel(pixels, 2, 2), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 12, 2), "127,128,0");
+  EXPECT_EQ(pixel(pixels, 2, 60), "0,0,0") << "y points down";
+  EXPECT_EQ(pixel(pixels, 50, 50), "64,64,64");
+  EXPECT_EQ(pixel(pixels, 60, 50), "96,96,96");
+  EXPECT_EQ(pixel(pixels, 50, 60), "48,48,48");
+  EXPECT_EQ(pixel(pixels, 18, 18), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 46, 18), "0,255,0");
+  EXPECT_EQ(pixel(pixels, 18, 46), "0,0,255");
+  on.destroy_texture(texture);
+  on.begin_frame(64, 64, 0);
+  on.draw({texture, gpu::Blend::kNormal, 1}, picture, 6);
+  EXPECT_EQ(pixel(on.read_pixels(), 18, 18), "0,0,0") << "a stale id draws nothing";
+}
+
+TEST(Pictures, StatesThatDoNotChangeShareADraw) {
+  auto recorder = std::make_unique<gpu::Recorder>();
+  gpu::Recorder& seen = *recorder;
+  gpu::Gpu on(std::move(recorder));
+  const std::uint8_t white[4] = {255, 255, 255, 255};
+  const gpu::TextureId one = on.create_texture(1, 1, white), two = on.create_texture(1, 1, white);
+  const Vertex triangle[3] = {};
+  on.begin_frame(10, 10, 0);
+  for (int i = 0; i < 100; ++i) {
+    on.draw({one, gpu::Blend::kNormal, 1}, triangle, 3);
+    solid(on, 0, 0, 1, 1, kRed);  // shapes join the open batch
+  }
+  on.draw({two, gpu::Blend::kNormal, 1}, triangle, 3);
+  on.draw({two, gpu::Blend::kAdd, 1}, triangle, 3);
+  on.end_frame();
+  EXPECT_EQ(seen.draws.size(), 3u);
+  EXPECT_EQ(on.statistics().triangles, 302);
+}
+
+double loudness_at(audio::LoopbackDevice& device, double distance) {
+  audio::Audio& model = audio::audio();
+  model.reset();
+  model.falloff = audio::Falloff::kLinearClamped;
+  audio::Voice voice;
+  voice.sound = 5;
+  voice.is_positional = true;
+  voice.y = distance;
+  voice.reference = 500;
+  voice.maximum = 2000;
+  model.play(voice);
+  model.feed(device);
+  std::vector<std::int16_t> samples(4096);
+  device.pull(samples.data(), 2048);
+  double energy = 0;
+  for (const std::int16_t sample : samples) energy += static_cast<double>(sample) * sample;
+  model.reset();
+  model.feed(device);
+  device.pull(samples.data(), 2048);
+  return std::sqrt(energy / 4096);
+}
+
+class Sound : public TestGame {};
+
+TEST_F(Sound, FallsOffAsTheModelSays) {
+  std::string problem;
+  const auto device = audio::open_openal_loopback(problem);
+  ASSERT_NE(device, nullptr) << problem;
+  device->load(audio::audio().clips);
+  const double near = loudness_at(*device, 500), half = loudness_at(*device, 1250), far = loudness_at(*device, 2000);
+  EXPECT_GT(near, 500);
+  EXPECT_NEAR(half / near, 0.5, 0.02);
+  EXPECT_LT(far, near / 100);
+  EXPECT_NEAR(audio::falloff_gain(audio::Falloff::kLinearClamped, 1250, 500, 2000, 1), 0.5, 1e-12);
+  EXPECT_NEAR(audio::falloff_gain(audio::Falloff::kInverse, 1000, 500, 2000, 1), 0.5, 1e-12);
+  EXPECT_NEAR(audio::falloff_gain(audio::Falloff::kExponent, 1000, 500, 2000, 2), 0.25, 1e-12);
+}
+
+TEST_F(Sound, EndsInGameTimeAndPauses) {
+  eval("h = audio_play_sound(6, 1, false)");
+  EXPECT_EQ(eval("audio_is_playing(h)"), "true");
+  eval("audio_pause_sound(h)");
+  step(120);
+  check({{"[audio_is_playing(h), audio_is_paused(h), audio_exists(h)]", "[false,true,true]"}});
+  eval("audio_resume_sound(h); audio_sound_pitch(h, 0.5)");
+  step(15);
+  EXPECT_EQ(eval("audio_is_playing(h)"), "true") << "half the pitch takes twice as long";
+  step(15);
+  check({{"[audio_is_playing(h), audio_exists(h), audio_exists(6)]", "[false,false,true]"},
+         {"audio_play_sound(99, 1, false)", "! audio_play_sound argument 1 invalid reference to (sound) - requested 99 max is 9"}});
+}
+
+}  // namespace
+}  // namespace arena::test
