@@ -73,7 +73,7 @@ TEST_F(Console, TheHashIsOfTheWholeState) {
 
 // Two runs of the program, a seed and some keys: every hash must agree.
 TEST(Replays, TheSameSeedAndInputsGiveTheSameStates) {
-  const std::string script = ::testing::TempDir() + "replay-input";
+  const std::string script = temporary_path("replay-input");
   {
     std::ofstream stream(script);
     for (int frame = 0; frame < 240; ++frame) {
@@ -84,7 +84,7 @@ TEST(Replays, TheSameSeedAndInputsGiveTheSameStates) {
   }
   std::string outputs[2];
   for (std::string& output : outputs) {
-    const std::string file = ::testing::TempDir() + "replay-output";
+    const std::string file = temporary_path("replay-output");
     ASSERT_EQ(std::system((ARENA_BINARY "/arena --headless --console --seed 5 <" + script + " >" + file + " 2>/dev/null").c_str()), 0);
     std::ifstream stream(file);
     output.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());

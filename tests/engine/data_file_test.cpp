@@ -104,9 +104,10 @@ TEST(DataFile, MeaningIsChecked) {
 }
 
 TEST(DataFile, TheProgramSaysItInOneLineAndEndsWithStatusOne) {
-  const std::string command = "cd / && " ARENA_BINARY "/arena --headless --data /nowhere/x.dat 2>/tmp/arena-test-line";
+  const std::string lines = temporary_path("lines");
+  const std::string command = "cd / && " ARENA_BINARY "/arena --headless --data /nowhere/x.dat 2>" + lines;
   EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
-  std::ifstream stream("/tmp/arena-test-line");
+  std::ifstream stream(lines);
   std::string line, more;
   std::getline(stream, line);
   EXPECT_EQ(line, "arena: /nowhere/x.dat: the data file cannot be opened");
@@ -115,7 +116,7 @@ TEST(DataFile, TheProgramSaysItInOneLineAndEndsWithStatusOne) {
 }
 
 TEST(DataFile, PackingAgainGivesTheSameBytes) {
-  const std::string again = ::testing::TempDir() + "again.dat", cache = ::testing::TempDir() + "cache";
+  const std::string again = temporary_path("again.dat"), cache = temporary_path("cache");
   std::filesystem::remove_all(cache);
   ASSERT_EQ(std::system((ARENA_BINARY "/pack " ARENA_SOURCE "/assets " + cache + " " + again).c_str()), 0);
   std::ifstream stream(again, std::ios::binary);

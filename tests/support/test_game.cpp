@@ -1,5 +1,7 @@
 #include "tests/support/test_game.h"
 
+#include <unistd.h>
+
 #include <cmath>
 #include <cstdlib>
 
@@ -12,6 +14,7 @@
 namespace arena::test {
 
 std::string data_file_path() { return ARENA_DATA_FILE; }
+std::string temporary_path(const std::string& name) { return ::testing::TempDir() + "arena-test-" + std::to_string(getpid()) + "-" + name; }
 
 TestGame::TestGame(const char* room) {
   InputEvent size;  // another test may have opened a window of its own

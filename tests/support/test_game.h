@@ -42,6 +42,8 @@ class ArenaGame : public TestGame {
 
 // The packed data file of this build.
 std::string data_file_path();
+// A path for a temporary file that no other test run uses.
+std::string temporary_path(const std::string& name);
 // What must hold after every frame of every game; "" when it does.
 std::string broken_invariant();
 
