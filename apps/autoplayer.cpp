@@ -11,7 +11,7 @@ namespace {
 constexpr double kComfort = 420;   // pixels: enemies closer than this are walked away from
 constexpr double kDanger = 150;    // pixels: closer than this a dash is worth its energy
 constexpr double kWall = 350;      // pixels from the border where the way back to the middle counts
-constexpr int kKeyShift = 16, kKeySpace = 32;
+constexpr int kKeyShift = 16, kKeySpace = 32, kKeyE = 'E';
 
 const CInstance* first_of(const char* object) {
   const std::int32_t index = object_types().find(object);
@@ -74,7 +74,7 @@ void Autoplayer::play() {
   hold('W', push_y < -0.15);
   hold('S', push_y > 0.15);
   hold(kKeyShift, closest < kDanger && !held_[kKeyShift]);
-  hold('E', pickup != nullptr && !held_['E']);
+  hold(kKeyE, pickup != nullptr && !held_[kKeyE]);
 
   if (enemy != nullptr) push_pointer(PointerSpace::kRoom, enemy->x, enemy->y);
   const bool fire = enemy != nullptr && has_gun;
