@@ -144,8 +144,7 @@ void run_collision_events() {
       const Participant owner = owners[o];
       if (!owner.instance->is_alive) continue;
       buckets.query(owner.instance->x, owner.instance->y, bounding_radius(*owner.instance), near);
-      const std::vector<CInstance*> round = near;
-      for (CInstance* target : round) collide(owner, *target);
+      for (CInstance* target : near) collide(owner, *target);
     }
   }
 }
