@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/lua_crowd.h"
 #include "bench/micro_scripts.h"
 #include "bench/plain_crowd.h"
 #include "engine/host/game.h"
@@ -72,9 +73,9 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
   const std::vector<bench::PlainEnemy> start = places(count);
   for (const bench::PlainEnemy& enemy : start) world().create(enemy.x, enemy.y, layer, 0, object_types().find("oEnemy"), nullptr, nullptr);
   bench::PlainCrowd plain(start);
+  bench::LuaCrowd lua(count);
 
-  std::vector<double> logic, frame, plain_times;
-  std::vector<double> pauses;
+  std::vector<double> logic, frame, plain_times, lua_times, pauses;
   std::size_t memory = 0;
   for (int i = 0; i < frames + 60; ++i) {
     player->x = player->y = 2000;
@@ -85,16 +86,17 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
     const Clock::time_point before = Clock::now();
     plain.step(2000, 2000, 1.0 / 60);
     const double plain_time = std::chrono::duration<double, std::milli>(Clock::now() - before).count();
+    const double lua_time = lua.step();
     if (i == 60) memory = allocated_bytes();
     if (i < 60) continue;  // settled: caches, shapes, generations
     logic.push_back((times.begin_step + times.step) / 1000);
     frame.push_back(times.total / 1000);
     plain_times.push_back(plain_time);
+    lua_times.push_back(lua_time);
     pauses.push_back(times.collect / 1000);
   }
-  Crowd result{median(logic), median(frame), median(plain_times), 0, *std::max_element(pauses.begin(), pauses.end()), median(pauses), static_cast<double>(allocated_bytes()) / static_cast<double>(memory)};
-  if (has_lua()) result.lua = std::atof(output_of("luajit " ARENA_SOURCE "/bench/crowd.lua " + std::to_string(count) + " 120").c_str());
-  return result;
+  const double growth = static_cast<double>(allocated_bytes()) / static_cast<double>(memory);
+  return {median(logic), median(frame), median(plain_times), median(lua_times), *std::max_element(pauses.begin(), pauses.end()), median(pauses), growth};
 }
 
 void print_crowd(const char* name, const Crowd& crowd) {

@@ -1,7 +1,9 @@
 #include "runtime/arrays_structs/array.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
+#include <vector>
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/values/block_pool.h"
@@ -12,6 +14,13 @@ namespace arena {
 static_assert(sizeof(GCArrayThing) == 128);
 
 namespace {
+
+constexpr std::int32_t kLongestReused = 64;  // elements of capacity: longer blocks go back at the next collection
+
+std::vector<GCArrayThing*>& put_aside() {
+  static auto* const arrays = new std::vector<GCArrayThing*>;  // for life: values are still dropped while the program ends
+  return *arrays;
+}
 
 GCArrayThing* thing_of(const ArrayRecord& array) { return static_cast<GCArrayThing*>(array.owner); }
 
@@ -43,6 +52,18 @@ void extend(ArrayRecord& array, std::int32_t length) {
   for (std::int32_t i = array.length; i < length; ++i) new (array.elements + i) RValue(0.0);
   array.length = length;
 }
+
+GCArrayThing* new_thing(std::int64_t token) {
+  std::vector<GCArrayThing*>& reusable = put_aside();
+  if (reusable.empty()) return new GCArrayThing(token);
+  GCArrayThing* const thing = reusable.back();
+  reusable.pop_back();
+  thing->become_new(token);
+  return thing;
+}
+
+// Small arrays grow fast: the many short-lived ones of a frame move once or twice at most.
+std::int32_t roomier(std::int32_t capacity) { return capacity < 4 ? 4 : capacity < 64 ? capacity * 4 : capacity * 2; }
 
 // A fresh array for the slot `value`, which belongs to the current container.
 void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
@@ -78,10 +99,36 @@ void GCArrayThing::visit_values(ValueVisitor& visitor) {
   for (std::int32_t i = 0; i < record.length; ++i) visitor(record.elements[i]);
 }
 
+void GCArrayThing::become_new(std::int64_t token) {
+  renew_serial();
+  has_survived = false;
+  record.owner_token = token;
+  record.length = 0;
+  record.release_mark = 0;
+  record.flags = 0;
+}
+
+void put_aside_for_reuse(GCArrayThing* thing) {
+  // Only what no list of the collector but its own generation's knows. Plain numbers leave nothing behind to be released.
+  const bool is_known = thing->generation != 0 || thing->is_referenced_from_older || thing->remembered_in != 0 || thing->is_root;
+  if (is_known || thing->holds_heap_values || thing->record.capacity > kLongestReused) return;
+  if (WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) put_aside().push_back(thing);
+}
+void forget_arrays_put_aside() { put_aside().clear(); }
+
+// Whoever stopped counting left counts behind that say nothing: from then on only the collector decides.
+void set_array_counting(bool on) {
+  array_counting_is_on = on;
+  arrays_are_reused = false;
+  forget_arrays_put_aside();
+}
+
+RValue make_empty_array(std::int64_t token) { return RValue::of_array(&new_thing(token)->record); }
+
 RValue make_array(std::int32_t length) {
-  GCArrayThing* thing = new GCArrayThing(current_owner_token);
-  if (length > 0) extend(thing->record, length);
-  return RValue::of_array(&thing->record);
+  RValue made = make_empty_array(current_owner_token);
+  if (length > 0) extend(*made.array, length);
+  return made;
 }
 
 RValue make_array(const RValue* values, std::int32_t count) {
@@ -92,7 +139,7 @@ RValue make_array(const RValue* values, std::int32_t count) {
 
 RValue* array_element_for_write(RValue& value, std::int32_t index) {
   if (!value.is_array() || value.array == nullptr) {
-    replace_array(value, new GCArrayThing(current_owner_token), BarrierSite::kArrayMade);
+    replace_array(value, new_thing(current_owner_token), BarrierSite::kArrayMade);
   } else if (array_counting_is_on && value.array->owner_token != current_owner_token) {
     if (value.array->count != 1) {
       const ArrayRecord& shared = *value.array;
@@ -159,11 +206,10 @@ void array_store(ArrayRecord& array, std::int32_t at, const RValue& element) {
   assign(slot, element);
 }
 
-// Small arrays grow fast: the many short-lived ones of a frame move once or twice at most.
 void array_append_slow(ArrayRecord& array, const RValue& element) {
   if (array.length == array.capacity || kStressBuild) {
     const RValue kept(element);
-    if (array.length == array.capacity) move_elements(array, array.capacity < 4 ? 4 : array.capacity < 64 ? array.capacity * 4 : array.capacity * 2);
+    if (array.length == array.capacity) move_elements(array, roomier(array.capacity));
     extend(array, array.length + 1);
     array_store(array, array.length - 1, kept);
     return;
@@ -171,6 +217,22 @@ void array_append_slow(ArrayRecord& array, const RValue& element) {
   new (array.elements + array.length) RValue(0.0);
   ++array.length;
   array_store(array, array.length - 1, element);
+}
+
+void array_copy_range(ArrayRecord& target, std::int32_t to, const ArrayRecord& source, std::int32_t from, std::int32_t count) {
+  if (count == 0) return;
+  if (to + count > target.capacity && to == target.length) move_elements(target, std::max(roomier(target.capacity), to + count));
+  const bool are_plain = !source.owner->holds_heap_values && !target.owner->holds_heap_values;
+  const std::int32_t old_length = target.length;
+  if (are_plain && to == old_length && to + count <= target.capacity) {
+    target.length = to + count;
+    std::memcpy(static_cast<void*>(target.elements + to), static_cast<const void*>(source.elements + from),
+                static_cast<std::size_t>(count) * sizeof(RValue));
+    return;
+  }
+  const RValue kept = array_copy(source, from, count);
+  if (to + count > old_length) extend(target, to + count);
+  for (std::int32_t i = 0; i < count; ++i) array_store(target, to + i, kept.array->elements[i]);
 }
 
 void array_set_length(ArrayRecord& array, std::int32_t length) {

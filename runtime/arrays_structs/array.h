@@ -35,6 +35,8 @@ class GCArrayThing final : public WBObjectBase {
   ~GCArrayThing() override;
   void visit_values(ValueVisitor& visitor) override;
   void release_counted_values() override;
+  // Makes one that nothing refers to any more a new, empty one.
+  void become_new(std::int64_t token);
   ArrayRecord record;
 
   static constexpr std::int32_t kInlineCapacity = 4;
@@ -46,6 +48,7 @@ class GCArrayThing final : public WBObjectBase {
 
 // Process-wide: whether arrays count their references. Off, nothing is ever copied on write.
 inline bool array_counting_is_on = true;
+void set_array_counting(bool on);
 // Process-wide: who writes now. A script frame, an object or an outer array, by serial number.
 inline std::int64_t current_owner_token = 1;
 
@@ -60,10 +63,6 @@ class OwnerTokenScope {
   std::int64_t saved_;
 };
 
-// A new array of `length` zeroes (numbers), with count 1 in the value and the current owner token.
-RValue make_array(std::int32_t length = 0);
-RValue make_array(const RValue* values, std::int32_t count);
-
 // Counted only while counting is on; the first count or release stamps the array with the collector's mark counter.
 inline std::uint32_t collector_mark = 1;
 inline void count_array_reference(ArrayRecord* array) {
@@ -71,11 +70,22 @@ inline void count_array_reference(ArrayRecord* array) {
   ++array->count;
   if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
 }
+// Releasing frees nothing: the collector reclaims arrays. But the scratch arrays of a frame, thousands of them, never get as far: one that no
+// value refers to and nothing knows is put aside, and the next new array takes its place, still warm in the cache.
+void put_aside_for_reuse(GCArrayThing* thing);
+inline bool arrays_are_reused = !kStressBuild;
 inline void discount_array_reference(ArrayRecord* array) {
   if (array == nullptr || !array_counting_is_on) return;
-  --array->count;
   if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
+  if (--array->count == 0 && arrays_are_reused) put_aside_for_reuse(static_cast<GCArrayThing*>(array->owner));
 }
+// The collector is about to reclaim what was put aside.
+void forget_arrays_put_aside();
+
+// A new array of `length` zeroes (numbers), with count 1 in the value and the current owner token.
+RValue make_array(std::int32_t length = 0);
+RValue make_array(const RValue* values, std::int32_t count);
+RValue make_empty_array(std::int64_t token);
 
 // The slot to write for `a[index] = v`. Makes an array of what is none, copies a shared one, grows as needed (new elements between the
 // old and the new end are the number 0). Null for a negative index, which the caller reports, and after a suppressed report.
@@ -98,6 +108,9 @@ inline void array_append(ArrayRecord& array, const RValue& element) {
   }
   array_append_slow(array, element);
 }
+// Copies `count` elements of `source` from `from` on over those of `target` from `to` on, which grows as needed. Both may be the same
+// array. `from` and `count` must lie inside the source, `to` must not be negative.
+void array_copy_range(ArrayRecord& target, std::int32_t to, const ArrayRecord& source, std::int32_t from, std::int32_t count);
 // New elements are the number 0; dropped ones are released.
 void array_set_length(ArrayRecord& array, std::int32_t length);
 // Gives up an array's single owner, as a store that makes a second holder does.

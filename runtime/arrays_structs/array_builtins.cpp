@@ -66,16 +66,13 @@ RValue array_concat(Rest arrays) {
       report_error(messages::kArgumentArray, current_builtin_name(), static_cast<std::int32_t>(i) + 1);
       return joined;
     }
-    for (std::int32_t at = 0; at < each.array->length; ++at) array_append(*joined.array, each.array->elements[at]);
+    arena::array_copy_range(*joined.array, joined.array->length, *each.array, 0, each.array->length);
   }
   return joined;
 }
-void array_copy_range(MutableArray target, std::int32_t to, ReadArray source, std::int32_t from, std::int32_t count) {
-  if (to < 0 || from < 0) return;
-  const std::int32_t copied = std::clamp(count, 0, std::max(0, source.array->length - from));
-  const RValue kept = arena::array_copy(*source.array, from, copied);
-  if (to + copied > target.array->length) array_set_length(*target.array, to + copied);
-  for (std::int32_t i = 0; i < copied; ++i) array_store(*target.array, to + i, kept.array->elements[i]);
+void array_copy_between(MutableArray target, std::int32_t to, ReadArray source, std::int32_t from, std::int32_t count) {
+  if (to < 0 || from < 0 || to >= kLongestArray) return;
+  arena::array_copy_range(*target.array, to, *source.array, from, std::clamp(count, 0, std::max(0, source.array->length - from)));
 }
 bool array_equals(ReadArray a, ReadArray b) {
   if (a.array->length != b.array->length) return false;
@@ -123,7 +120,8 @@ void array_sort(const CallContext& call, MutableArray target, const RValue& orde
     std::stable_sort(sorted.begin(), sorted.end(),
                      [&](const RValue& a, const RValue& b) { return ascending ? comes_before(a, b) : comes_before(b, a); });
   }
-  for (std::int32_t i = 0; i < target.array->length; ++i) array_store(*target.array, i, sorted[static_cast<std::size_t>(i)]);
+  const std::int32_t length = std::min(target.array->length, static_cast<std::int32_t>(sorted.size()));  // the function may have changed it
+  for (std::int32_t i = 0; i < length; ++i) array_store(*target.array, i, sorted[static_cast<std::size_t>(i)]);
 }
 RValue call_for_element(const CallContext& call, const Callable& function, const RValue& element, std::int32_t index) {
   const RValue place(static_cast<double>(index));
@@ -155,7 +153,7 @@ const BuiltinEntry kEntries[] = {
     {"array_length", builtin<length_of>}, {"array_create", builtin<array_create>}, {"array_push", builtin<array_push>},
     {"array_pop", builtin<array_pop>}, {"array_insert", builtin<array_insert>}, {"array_delete", builtin<array_delete>},
     {"array_resize", builtin<array_resize>}, {"array_get", builtin<array_get>}, {"array_set", builtin<array_set>},
-    {"array_concat", builtin<array_concat>}, {"array_copy", builtin<array_copy_range>}, {"array_equals", builtin<array_equals>},
+    {"array_concat", builtin<array_concat>}, {"array_copy", builtin<array_copy_between>}, {"array_equals", builtin<array_equals>},
     {"array_get_index", builtin<array_get_index>}, {"array_contains", builtin<array_contains>}, {"array_reverse", builtin<array_reverse>},
     {"array_shuffle", builtin<array_shuffle>}, {"array_sort", builtin<array_sort>}, {"array_foreach", builtin<array_foreach>},
     {"array_map", builtin<array_map>}, {"array_filter", builtin<array_filter>},

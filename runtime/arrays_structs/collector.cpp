@@ -237,6 +237,7 @@ void collect_generations(int oldest) {
   Collector& c = collector();
   ++c.minors;
   ++collector_mark;
+  forget_arrays_put_aside();
   Marker marker(oldest);
   mark_roots(marker, oldest);
   clear_dead_weak_references(oldest, 0);

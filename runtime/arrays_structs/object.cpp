@@ -21,6 +21,7 @@ WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind), serial(next_ser
   adopt_new_object(this);
 }
 WBObjectBase::~WBObjectBase() { --live_count; }
+void WBObjectBase::renew_serial() { serial = next_serial++; }
 const RValue* WBObjectBase::find_variable(std::int32_t) { return nullptr; }
 RValue* WBObjectBase::get_variable_ref(std::int32_t) { return nullptr; }
 void WBObjectBase::visit_values(ValueVisitor&) {}

@@ -48,6 +48,8 @@ class WBObjectBase {
   static void* operator new(std::size_t bytes);
   static void operator delete(void* object, std::size_t bytes);
 
+  void renew_serial();
+
   ObjectKind object_kind;
   std::uint8_t generation = 0;
   // The collector's own notes.

@@ -11,6 +11,25 @@ DsGrid* require_grid(const Value& handle) {
   return grid;
 }
 
+// What a loop runs over where errors are suppressed and there is no grid.
+DsGrid& no_grid() {
+  static DsGrid empty(0, 0);
+  return empty;
+}
+
+// Whether the first argument of `name` is an array that may be changed in place; reports when it is not.
+bool may_change(const Value& array, const char* name) {
+  if (!is_array(array)) {
+    report_error(messages::kArgumentArray, name, 1);
+    return false;
+  }
+  if ((array.array->flags & kArrayImmutable) != 0) {
+    report_error(messages::kArgumentImmutable, name, 1);
+    return false;
+  }
+  return true;
+}
+
 bool require_cell(const DsGrid& grid, std::int32_t column, std::int32_t row) {
   if (grid.has(column, row)) return true;
   report_error(messages::kIndexOutOfBounds, column < 0 || column >= grid.width ? column : row,
@@ -20,18 +39,24 @@ bool require_cell(const DsGrid& grid, std::int32_t column, std::int32_t row) {
 
 }  // namespace
 
-Grid::Grid(const Value& handle) : grid_(require_grid(handle)) {}
+Grid::Grid(const Value& handle) : grid_(require_grid(handle)) {
+  if (grid_ == nullptr) grid_ = &no_grid();
+}
 
 void array_push_slow(const Value& array, const Value& element) {
-  if (!array.is_array() || array.array == nullptr) {
-    report_error(messages::kArgumentArray, "array_push", 1);
+  if (may_change(array, "array_push")) array_append(*array.array, element);
+}
+
+void array_copy(const Value& target, Real to, const Value& source, Real from, Real count) {
+  if (!may_change(target, "array_copy")) return;
+  if (!is_array(source)) {
+    report_error(messages::kArgumentArray, "array_copy", 3);
     return;
   }
-  if ((array.array->flags & kArrayImmutable) != 0) {
-    report_error(messages::kArgumentImmutable, "array_push", 1);
-    return;
-  }
-  array_append(*array.array, element);
+  const std::int32_t at = saturate_int32(to.number()), first = saturate_int32(from.number());
+  if (at < 0 || first < 0 || at >= kLongestArray) return;
+  const std::int32_t copied = std::clamp(saturate_int32(count.number()), 0, std::max(0, source.array->length - first));
+  array_copy_range(*target.array, at, *source.array, first, copied);
 }
 
 Value array_create(Real length, const Value& fill) {

@@ -52,7 +52,7 @@ Value choose(const Choices&... choices) {
 }
 
 // Arrays, in place whoever holds them.
-inline bool is_array(const Value& value) { return value.is_array(); }
+inline bool is_array(const Value& value) { return value.is_array() && value.array != nullptr; }
 inline Real array_length(const Value& array) { return array.is_array() && array.array != nullptr ? array.array->length : 0; }
 void array_push_slow(const Value& array, const Value& element);
 inline void array_push(const Value& array, const Value& element) {
@@ -62,6 +62,8 @@ inline void array_push(const Value& array, const Value& element) {
     array_push_slow(array, element);
   }
 }
+// Copies elements over those of `target` from `to` on, which grows as needed; what lies outside `source` is left out.
+void array_copy(const Value& target, Real to, const Value& source, Real from, Real count);
 Value array_create(Real length, const Value& fill = 0);
 void array_swap(const Value& array, Real first, Real second);
 
@@ -88,7 +90,7 @@ class Grid {
           cells_[count_++] = &cell;
           if (!cell.is_array()) continue;
           __builtin_prefetch(&cell.array->length);
-          __builtin_prefetch(static_cast<GCArrayThing*>(cell.array->owner)->inline_elements());
+          __builtin_prefetch(cell.array + 1);  // where the first few elements stand; asking the record would wait for it
         }
       }
     }
@@ -125,10 +127,10 @@ inline bool instance_exists(const Value& target) {
 inline Value string(const Value& value) { return make_string(to_text(value)); }
 
 // Elements of an array, for `for (const Value& each : elements(list))`. The array may grow meanwhile; the loop ends at its old length.
-// Arrays outlive every handler: the collector runs between frames.
+// The loop holds the array, whatever becomes of the variable it came from.
 class Elements {
  public:
-  explicit Elements(const ArrayRecord* array) : array_(array), count_(array != nullptr ? array->length : 0) {}
+  explicit Elements(const Value& array) : array_(array), count_(is_array(array) ? array.array->length : 0) {}
   struct Iterator {
     const ArrayRecord* array;
     std::int32_t at;
@@ -136,24 +138,24 @@ class Elements {
     Iterator& operator++() { return ++at, *this; }
     bool operator!=(const Iterator& other) const { return at != other.at; }
   };
-  Iterator begin() const { return {array_, 0}; }
-  Iterator end() const { return {array_, count_}; }
+  Iterator begin() const { return {array_.array, 0}; }
+  Iterator end() const { return {array_.array, count_}; }
 
  private:
-  const ArrayRecord* array_;
+  const RValue array_;
   std::int32_t count_;
 };
 // The instances that an array names by id, each resolved (and reported when it is gone) as the loop arrives at it. The next few are
 // fetched into the cache ahead.
 class Instances {
  public:
-  explicit Instances(const ArrayRecord* array) : array_(array), count_(array != nullptr ? array->length : 0) {
+  explicit Instances(const Value& array) : array_(array), count_(is_array(array) ? array.array->length : 0) {
     for (std::int32_t i = 0; i < kAhead && i < count_; ++i) fetch(i);
   }
   struct Iterator {
     const Instances* over;
     std::int32_t at;
-    Instance operator*() const { return Instance(static_cast<const Value&>(over->array_->elements[at])); }
+    Instance operator*() const { return Instance(static_cast<const Value&>(over->array_.array->elements[at])); }
     Iterator& operator++() {
       ++at;
       if (at + kAhead <= over->count_) over->fetch(at + kAhead - 1);
@@ -167,15 +169,14 @@ class Instances {
  private:
   static constexpr std::int32_t kAhead = 8;
   void fetch(std::int32_t at) const {
-    const RValue& element = array_->elements[at];
+    const RValue& element = array_.array->elements[at];
     if (element.kind_bits != kNumber) return;
     if (const CInstance* found = world().find(saturate_int32(element.real))) __builtin_prefetch(&found->x);
   }
-  const ArrayRecord* array_;
+  const RValue array_;
   std::int32_t count_;
 };
-inline Instances instances(const Value& array) { return Instances(array.is_array() ? array.array : nullptr); }
-
-inline Elements elements(const Value& array) { return Elements(array.is_array() ? array.array : nullptr); }
+inline Instances instances(const Value& array) { return Instances(array); }
+inline Elements elements(const Value& array) { return Elements(array); }
 
 }  // namespace arena::script

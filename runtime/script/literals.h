@@ -24,9 +24,8 @@ inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
 
 template <class... Elements>
 Value array_of(const Elements&... elements) {
-  GCArrayThing* const thing = new GCArrayThing(innermost_frame != nullptr ? innermost_frame->token : 1);
-  Value made = RValue::of_array(&thing->record);
-  (array_append(thing->record, as_value(elements)), ...);
+  Value made = make_empty_array(innermost_frame != nullptr ? innermost_frame->token : 1);
+  (array_append(*made.array, as_value(elements)), ...);
   return made;
 }
 

@@ -65,13 +65,13 @@ TEST_F(Arrays, GrowGeometricallyWhenAsked) {
 }
 
 TEST_F(Arrays, WithoutCountingNothingIsCopied) {
-  array_counting_is_on = false;
+  set_array_counting(false);
   const RValue holder = make_array(1);
   RValue other(holder);
   const OwnerTokenScope stranger(current_owner_token + 1);
   array_element_for_write(other, 0);
   EXPECT_EQ(other.array, holder.array);
-  array_counting_is_on = true;
+  set_array_counting(true);
 }
 
 class Structs : public TestGame {};
