@@ -82,6 +82,27 @@ inline void discount_array_reference(ArrayRecord* array) {
 // The collector is about to reclaim what was put aside.
 void forget_arrays_put_aside();
 
+// Keeps an array as it is while native code walks over it, without making a second holder of it. Null is allowed.
+class ArrayHold {
+ public:
+  explicit ArrayHold(ArrayRecord* array) : array_(array) { count_array_reference(array_); }
+  ~ArrayHold() { discount_array_reference(array_); }
+  ArrayHold(const ArrayHold&) = delete;
+  ArrayHold& operator=(const ArrayHold&) = delete;
+  const ArrayRecord* operator->() const { return array_; }
+  const ArrayRecord* get() const { return array_; }
+
+ private:
+  ArrayRecord* array_;
+};
+inline RValue RValue::of_array(ArrayRecord* array) {
+  RValue result;
+  result.array = array;
+  result.kind_bits = kArray;
+  count_array_reference(array);
+  return result;
+}
+
 // A new array of `length` zeroes (numbers), with count 1 in the value and the current owner token.
 RValue make_array(std::int32_t length = 0);
 RValue make_array(const RValue* values, std::int32_t count);

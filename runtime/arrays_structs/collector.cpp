@@ -237,7 +237,6 @@ void collect_generations(int oldest) {
   Collector& c = collector();
   ++c.minors;
   ++collector_mark;
-  forget_arrays_put_aside();
   Marker marker(oldest);
   mark_roots(marker, oldest);
   clear_dead_weak_references(oldest, 0);
@@ -248,6 +247,7 @@ void collect_generations(int oldest) {
   for (int g = 0; g <= oldest; ++g) release_dead_counted(g);
   std::vector<WBObjectBase*> promoted;
   for (int g = 0; g <= oldest; ++g) sweep(g, promoted);
+  forget_arrays_put_aside();  // they are gone, and so are those that the dying gave back
   promote(promoted);
   for (int g = 0; g <= oldest; ++g) {
     const auto stayed = [g](WBObjectBase* object) { return object->generation == g; };

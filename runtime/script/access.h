@@ -21,15 +21,20 @@ class Variable : public NameSlot {
 // The name of a built-in variable of instances: where the holder may be a struct, the same name is a field of the struct.
 class BuiltinName : public Variable {
  public:
-  using Variable::Variable;
+  explicit BuiltinName(const char* name, double CInstance::*as_field = nullptr) : Variable(name), plain_field(as_field) {}
+  double CInstance::*plain_field;  // where it stands in an instance when it is plain memory, or null
 };
 
 // What a name turns into where it is used: it notes the line of the access in the frame.
-struct Key {
+struct Key : Here {
   const Variable& name;
-  Key(const Variable& variable, int line = __builtin_LINE()) : name(variable) {
-    if (innermost_frame != nullptr) innermost_frame->line = line;
-  }
+  template <class Name>
+    requires(std::is_base_of_v<Variable, Name> && !std::is_base_of_v<BuiltinName, Name>)
+  Key(const Name& variable, int line = __builtin_LINE()) : Here(line), name(variable) {}
+};
+struct BuiltinKey : Here {
+  const BuiltinName& name;
+  BuiltinKey(const BuiltinName& variable, int line = __builtin_LINE()) : Here(line), name(variable) {}
 };
 
 // Calls a value with native arguments: they are boxed on the native stack.
@@ -97,7 +102,7 @@ class VariableAccess {
   void operator%=(T&& right) && { update(op_remainder, as_value(static_cast<T&&>(right))); }
 
   VariableAccess operator[](Key member) && { return VariableAccess(require_properties(get()), member.name); }
-  GeneralAccess operator[](const BuiltinName& member) &&;
+  GeneralAccess operator[](BuiltinKey member) &&;
   ElementAccess operator[](Real index) &&;
   // Calls the method held here. A method without an object of its own runs for the object it was read from.
   template <class... Arguments>
@@ -170,7 +175,7 @@ class ElementAccess {
   template <class T>
   void operator*=(T&& right) && { write(Value(get()) * right); }
   VariableAccess operator[](Key member) && { return VariableAccess(require_properties(get()), member.name); }
-  GeneralAccess operator[](const BuiltinName& member) &&;
+  GeneralAccess operator[](BuiltinKey member) &&;
   template <class... Arguments>
   Value operator()(const Arguments&... arguments) && {
     return Value(get())(arguments...);
@@ -211,9 +216,13 @@ class ElementAccess {
 class GeneralAccess {
  public:
   using IsDynamic = void;
-  GeneralAccess(PropertyObject* object, const Variable& name, std::int32_t index = kNoIndex) : object_(object), name_(name), index_(index) {}
+  GeneralAccess(PropertyObject* object, const BuiltinName& name, std::int32_t index = kNoIndex) : object_(object), name_(name), index_(index) {}
   GeneralAccess(const GeneralAccess&) = delete;
   const RValue& get() const {
+    if (name_.plain_field != nullptr && index_ == kNoIndex && object_ != nullptr && object_->object_kind == ObjectKind::kInstance) {
+      value_ = RValue(static_cast<CInstance*>(object_)->*name_.plain_field);
+      return value_;
+    }
     var_get(RValue::of_object(object_), name_.slot, index_, value_);
     return value_;
   }
@@ -233,15 +242,15 @@ class GeneralAccess {
  private:
   void write(const RValue& value) { var_set(RValue::of_object(object_), name_.slot, index_, value); }
   PropertyObject* object_;
-  const Variable& name_;
+  const BuiltinName& name_;
   std::int32_t index_;
   mutable RValue value_;
 };
 
 inline VariableAccess Value::operator[](Key key) const { return VariableAccess(require_properties(*this), key.name); }
-inline GeneralAccess Value::operator[](const BuiltinName& name) const { return GeneralAccess(require_properties(*this), name); }
-inline GeneralAccess VariableAccess::operator[](const BuiltinName& member) && { return GeneralAccess(require_properties(get()), member); }
-inline GeneralAccess ElementAccess::operator[](const BuiltinName& member) && { return GeneralAccess(require_properties(get()), member); }
+inline GeneralAccess Value::operator[](BuiltinKey key) const { return GeneralAccess(require_properties(*this), key.name); }
+inline GeneralAccess VariableAccess::operator[](BuiltinKey member) && { return GeneralAccess(require_properties(get()), member.name); }
+inline GeneralAccess ElementAccess::operator[](BuiltinKey member) && { return GeneralAccess(require_properties(get()), member.name); }
 inline ElementAccess Value::operator[](Real index) const { return ElementAccess(*this, saturate_int32(index.number())); }
 template <class... Arguments>
 Value Value::operator()(const Arguments&... arguments) const {

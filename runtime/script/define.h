@@ -59,6 +59,28 @@ struct Entry<Result (*)(SelfType, ObjectSelf, Parameters...)> {
   }
 };
 
+// How native code hands an argument to a parameter of a script.
+template <class Parameter, class T>
+Parameter pass(T&& given) {
+  if constexpr (std::is_same_v<Parameter, std::remove_cvref_t<T>>) {
+    return static_cast<T&&>(given);
+  } else if constexpr (std::is_same_v<Parameter, Real> && Dynamic<T>) {
+    return to_real(as_value(given));
+  } else if constexpr (std::is_same_v<Parameter, Value>) {
+    return Value(as_value(static_cast<T&&>(given)));
+  } else {
+    return Parameter(static_cast<T&&>(given));
+  }
+}
+
+// The first argument of a call. Made where the call stands, it notes that line before it is converted.
+template <class Parameter>
+struct Passed : Here {
+  template <class T>
+  Passed(T&& given, int line = __builtin_LINE()) : Here(line), value(pass<Parameter>(static_cast<T&&>(given))) {}
+  Parameter value;
+};
+
 // A script as compiled code knows it: called like a function, and usable as a value (its number).
 template <class Signature>
 class Script;
@@ -67,38 +89,33 @@ class Script<Result(Parameters...)> {
  public:
   using Body = Result (*)(ObjectSelf, ObjectSelf, Parameters...);
   using ResultType = Result;
+  using First = std::tuple_element_t<0, std::tuple<Parameters..., Value>>;
   Script(const char* name, const char* file, Body body, ScriptFunction entry) : function_(name, file, entry), body_(body) {}
 
-  // Missing arguments read undefined.
-  template <class... Given>
-    requires(sizeof...(Given) <= sizeof...(Parameters))
-  Result operator()(Given&&... given) const {
-    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
-    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
-    return run(self, other, std::index_sequence_for<Parameters...>(), static_cast<Given&&>(given)...);
+  // Missing arguments read undefined. The first one given notes the line of the call.
+  Result operator()(Here = Here(__builtin_LINE())) const { return run(all_parameters, std::tuple<>()); }
+  template <class... Rest>
+    requires(sizeof...(Rest) < sizeof...(Parameters))
+  Result operator()(Passed<First> first, Rest&&... rest) const {
+    return run(all_parameters, std::tuple<First&&, Rest&&...>(static_cast<First&&>(first.value), static_cast<Rest&&>(rest)...));
   }
   operator Value() const { return Value(Real(kFirstScriptNumber + function_.index)); }
   CompiledFunction& function() const { return function_; }
 
  private:
-  template <std::size_t... Index, class... Given>
-  Result run(WBObjectBase* self, WBObjectBase* other, std::index_sequence<Index...>, Given&&... given) const {
-    [[maybe_unused]] std::tuple<Given&&...> pack(static_cast<Given&&>(given)...);
-    std::tuple<Parameters...> arguments(convert<Index, Parameters>(pack)...);
+  static constexpr std::index_sequence_for<Parameters...> all_parameters{};
+  template <std::size_t... Index, class Pack>
+  Result run(std::index_sequence<Index...>, Pack&& given) const {
+    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
+    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+    std::tuple<Parameters...> arguments(at<Index, Parameters>(given)...);
     const FrameScope frame(function_.name, self, other);
     return std::apply([&](auto&... each) { return body_(ObjectSelf(self), ObjectSelf(other), static_cast<Parameters&&>(each)...); }, arguments);
   }
   template <std::size_t Index, class Parameter, class Pack>
-  static Parameter convert(Pack& pack) {
+  static Parameter at(Pack& given) {
     if constexpr (Index < std::tuple_size_v<Pack>) {
-      using Given = std::tuple_element_t<Index, Pack>;
-      if constexpr (std::is_same_v<Parameter, Real> && Dynamic<Given>) {
-        return to_real(as_value(std::get<Index>(pack)));
-      } else if constexpr (std::is_same_v<Parameter, Value>) {
-        return Value(as_value(static_cast<Given>(std::get<Index>(pack))));
-      } else {
-        return Parameter(static_cast<Given>(std::get<Index>(pack)));
-      }
+      return pass<Parameter>(std::get<Index>(static_cast<Pack&&>(given)));
     } else {
       return unpack_argument<Parameter>(0, nullptr, Index);
     }
@@ -165,8 +182,6 @@ struct SelfOf<ObjectName> {
 namespace arena::game {
 using namespace arena::script;
 }
-
-#define ARENA_CAT(a, b) a##b
 
 #define EVENT(object, event)                                                                                        \
   void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                              \

@@ -18,9 +18,17 @@ namespace arena::script {
 class Variable;
 class BuiltinName;
 struct Key;
+struct BuiltinKey;
 class VariableAccess;
 class GeneralAccess;
 class ElementAccess;
+
+// A place in the source. Making one notes its line in the frame, so that a report names the statement that failed.
+struct Here {
+  explicit Here(int line) {
+    if (innermost_frame != nullptr) innermost_frame->line = line;
+  }
+};
 
 class Value : public RValue {
  public:
@@ -49,7 +57,7 @@ class Value : public RValue {
 
   // A member of the struct or instance, by name; an element of the array, by index.
   VariableAccess operator[](Key key) const;
-  GeneralAccess operator[](const BuiltinName& name) const;
+  GeneralAccess operator[](BuiltinKey key) const;
   ElementAccess operator[](Real index) const;
   // Calls the method, with the caller's self.
   template <class... Arguments>

@@ -23,7 +23,7 @@ class Instance {
     return FieldAccess<field, after>(instance_);
   }
   Real operator[](const InstanceIdName&) const { return instance_->id; }
-  GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(instance_, name); }
+  GeneralAccess operator[](BuiltinKey key) const { return GeneralAccess(instance_, key.name); }
   VariableAccess operator[](Key key) const { return VariableAccess(instance_, key.name); }
 
   operator Value() const { return RValue::of_object(instance_); }
@@ -50,7 +50,7 @@ class Self {
     return FieldAccess<field, after>(instance_);
   }
   Real operator[](const InstanceIdName&) const { return instance_->id; }
-  GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(instance_, name); }
+  GeneralAccess operator[](BuiltinKey key) const { return GeneralAccess(instance_, key.name); }
   VariableAccess operator[](Key key) const { return VariableAccess(instance_, key.name); }
   operator Value() const { return RValue::of_object(instance_); }
   operator Instance() const { return Instance(instance_); }
@@ -63,7 +63,7 @@ class Self {
 class ObjectSelf {
  public:
   explicit ObjectSelf(WBObjectBase* object) : object_(static_cast<PropertyObject*>(object)) {}
-  GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(object_, name); }
+  GeneralAccess operator[](BuiltinKey key) const { return GeneralAccess(object_, key.name); }
   VariableAccess operator[](Key key) const { return VariableAccess(object_, key.name); }
   operator Value() const { return object_ != nullptr ? RValue::of_object(object_) : RValue(); }
   PropertyObject* object() const { return object_; }
@@ -83,11 +83,7 @@ inline constexpr Global global{};
 class ObjectName {
  public:
   constexpr explicit ObjectName(std::int32_t index) : index_(index) {}
-  template <double CInstance::*field, void (*after)(CInstance&)>
-  FieldAccess<field, after> operator[](const InstanceField<field, after>&) const {
-    return FieldAccess<field, after>(first());
-  }
-  GeneralAccess operator[](const BuiltinName& name) const { return GeneralAccess(first(), name); }
+  GeneralAccess operator[](BuiltinKey key) const { return GeneralAccess(first(), key.name); }
   VariableAccess operator[](Key key) const { return VariableAccess(first(), key.name); }
   operator Value() const { return Value(Real(index_)); }
   operator Instance() const { return Instance(first()); }
@@ -132,7 +128,7 @@ class With {
   WBObjectBase* saved_self_;
   WBObjectBase* saved_other_;
 };
-inline With with(const Value& target) { return With(target); }
+inline With with(const Value& target, Here = Here(__builtin_LINE())) { return With(target); }
 
 // The instances that a `with` over the value visits; reports invalid targets.
 std::vector<CInstance*> with_targets(const RValue& target);

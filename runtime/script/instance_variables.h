@@ -37,7 +37,7 @@ class FieldAccess {
 template <double CInstance::*field, void (*after)(CInstance&) = nullptr>
 class InstanceField : public BuiltinName {
  public:
-  using BuiltinName::BuiltinName;
+  explicit InstanceField(const char* name) : BuiltinName(name, field) {}
   using Access = FieldAccess<field, after>;
 };
 

@@ -47,7 +47,7 @@ void array_push_slow(const Value& array, const Value& element) {
   if (may_change(array, "array_push")) array_append(*array.array, element);
 }
 
-void array_copy(const Value& target, Real to, const Value& source, Real from, Real count) {
+void array_copy(const Value& target, Real to, const Value& source, Real from, Real count, Here) {
   if (!may_change(target, "array_copy")) return;
   if (!is_array(source)) {
     report_error(messages::kArgumentArray, "array_copy", 3);
@@ -65,13 +65,13 @@ Value array_create(Real length, const Value& fill) {
   return made;
 }
 
-void array_swap(const Value& array, Real first, Real second) {
+void array_swap(const Value& array, Real first, Real second, Here) {
   const RValue* a = array_element(array, saturate_int32(first.number()), true);
   const RValue* b = array_element(array, saturate_int32(second.number()), true);
   if (a != nullptr && b != nullptr) const_cast<RValue*>(a)->swap(*const_cast<RValue*>(b));  // both stay in the same array
 }
 
-Value variable_struct_get(const Value& target, const Value& name) {
+Value variable_struct_get(const Value& target, const Value& name, Here) {
   PropertyObject* object = require_properties(target);
   const RValue* found = object != nullptr ? object->find_variable(find_variable_id(text_of(name))) : nullptr;
   return found != nullptr && !found->is_unset() ? Value(RValue(*found)) : Value();
@@ -79,14 +79,14 @@ Value variable_struct_get(const Value& target, const Value& name) {
 
 bool variable_struct_exists(const Value& target, const Value& name) { return !is_undefined(variable_struct_get(target, name)); }
 
-Value ds_grid_get(const Value& handle, Real column, Real row) {
+Value ds_grid_get(const Value& handle, Real column, Real row, Here) {
   DsGrid* grid = require_grid(handle);
   const std::int32_t at_column = saturate_int32(column.number()), at_row = saturate_int32(row.number());
   if (grid == nullptr || !require_cell(*grid, at_column, at_row)) return {};
   return RValue(grid->at(at_column, at_row));
 }
 
-void ds_grid_set(const Value& handle, Real column, Real row, const Value& value) {
+void ds_grid_set(const Value& handle, Real column, Real row, const Value& value, Here) {
   DsGrid* grid = require_grid(handle);
   const std::int32_t at_column = saturate_int32(column.number()), at_row = saturate_int32(row.number());
   if (grid == nullptr || !require_cell(*grid, at_column, at_row)) return;

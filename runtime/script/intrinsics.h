@@ -55,7 +55,7 @@ Value choose(const Choices&... choices) {
 inline bool is_array(const Value& value) { return value.is_array() && value.array != nullptr; }
 inline Real array_length(const Value& array) { return array.is_array() && array.array != nullptr ? array.array->length : 0; }
 void array_push_slow(const Value& array, const Value& element);
-inline void array_push(const Value& array, const Value& element) {
+inline void array_push(const Value& array, const Value& element, Here = Here(__builtin_LINE())) {
   if (array.is_array() && array.array != nullptr && array.array->flags == 0) [[likely]] {
     array_append(*array.array, element);
   } else {
@@ -63,13 +63,13 @@ inline void array_push(const Value& array, const Value& element) {
   }
 }
 // Copies elements over those of `target` from `to` on, which grows as needed; what lies outside `source` is left out.
-void array_copy(const Value& target, Real to, const Value& source, Real from, Real count);
+void array_copy(const Value& target, Real to, const Value& source, Real from, Real count, Here = Here(__builtin_LINE()));
 Value array_create(Real length, const Value& fill = 0);
-void array_swap(const Value& array, Real first, Real second);
+void array_swap(const Value& array, Real first, Real second, Here = Here(__builtin_LINE()));
 
 // Grids. A Grid is one whose handle was resolved once, for loops over its cells; columns and rows must be inside.
-Value ds_grid_get(const Value& grid, Real column, Real row);
-void ds_grid_set(const Value& grid, Real column, Real row, const Value& value);
+Value ds_grid_get(const Value& grid, Real column, Real row, Here = Here(__builtin_LINE()));
+void ds_grid_set(const Value& grid, Real column, Real row, const Value& value, Here = Here(__builtin_LINE()));
 class Grid {
  public:
   Grid(const Value& handle);
@@ -114,7 +114,7 @@ class Grid {
 };
 
 // Fields by name. What is missing reads undefined.
-Value variable_struct_get(const Value& target, const Value& name);
+Value variable_struct_get(const Value& target, const Value& name, Here = Here(__builtin_LINE()));
 bool variable_struct_exists(const Value& target, const Value& name);
 
 inline bool is_undefined(const Value& value) { return value.RValue::is_undefined(); }
@@ -130,7 +130,7 @@ inline Value string(const Value& value) { return make_string(to_text(value)); }
 // The loop holds the array, whatever becomes of the variable it came from.
 class Elements {
  public:
-  explicit Elements(const Value& array) : array_(array), count_(is_array(array) ? array.array->length : 0) {}
+  explicit Elements(const Value& array) : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {}
   struct Iterator {
     const ArrayRecord* array;
     std::int32_t at;
@@ -138,24 +138,24 @@ class Elements {
     Iterator& operator++() { return ++at, *this; }
     bool operator!=(const Iterator& other) const { return at != other.at; }
   };
-  Iterator begin() const { return {array_.array, 0}; }
-  Iterator end() const { return {array_.array, count_}; }
+  Iterator begin() const { return {array_.get(), 0}; }
+  Iterator end() const { return {array_.get(), count_}; }
 
  private:
-  const RValue array_;
+  const ArrayHold array_;
   std::int32_t count_;
 };
 // The instances that an array names by id, each resolved (and reported when it is gone) as the loop arrives at it. The next few are
 // fetched into the cache ahead.
 class Instances {
  public:
-  explicit Instances(const Value& array) : array_(array), count_(is_array(array) ? array.array->length : 0) {
+  explicit Instances(const Value& array) : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {
     for (std::int32_t i = 0; i < kAhead && i < count_; ++i) fetch(i);
   }
   struct Iterator {
     const Instances* over;
     std::int32_t at;
-    Instance operator*() const { return Instance(static_cast<const Value&>(over->array_.array->elements[at])); }
+    Instance operator*() const { return Instance(static_cast<const Value&>(over->array_->elements[at])); }
     Iterator& operator++() {
       ++at;
       if (at + kAhead <= over->count_) over->fetch(at + kAhead - 1);
@@ -169,11 +169,11 @@ class Instances {
  private:
   static constexpr std::int32_t kAhead = 8;
   void fetch(std::int32_t at) const {
-    const RValue& element = array_.array->elements[at];
+    const RValue& element = array_->elements[at];
     if (element.kind_bits != kNumber) return;
     if (const CInstance* found = world().find(saturate_int32(element.real))) __builtin_prefetch(&found->x);
   }
-  const RValue array_;
+  const ArrayHold array_;
   std::int32_t count_;
 };
 inline Instances instances(const Value& array) { return Instances(array); }

@@ -33,13 +33,22 @@ Value array_of(const Elements&... elements) {
 class Builtin : public NameSlot {
  public:
   explicit Builtin(const char* name) : NameSlot(Type::kFunction, name) {}
-  template <class... Given>
-  Value operator()(const Given&... given) const {
+  Value operator()(Here = Here(__builtin_LINE())) const {
+    RValue none;
+    return call(0, &none);
+  }
+  template <class... Rest>
+  Value operator()(Passed<Value> first, const Rest&... rest) const {
+    RValue block[] = {static_cast<Value&&>(first.value), RValue(as_value(rest))...};
+    return call(1 + static_cast<std::int32_t>(sizeof...(Rest)), block);
+  }
+
+ private:
+  Value call(std::int32_t count, RValue* block) const {
     WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
     WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
-    RValue block[sizeof...(Given) + 1] = {RValue(as_value(given))..., RValue()};
     Value result;
-    call_builtin_in_place(self, other, result, static_cast<std::int32_t>(sizeof...(Given)), slot, block);
+    call_builtin_in_place(self, other, result, count, slot, block);
     return result;
   }
 };

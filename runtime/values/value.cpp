@@ -17,14 +17,6 @@ bool refers_to_heap(const RValue& value) { return value.is_array() || value.kind
 
 }  // namespace
 
-RValue RValue::of_array(ArrayRecord* array) {
-  RValue result;
-  result.array = array;
-  result.kind_bits = kArray;
-  result.add_reference();
-  return result;
-}
-
 void RValue::add_reference() const noexcept {
   if (kind() == kString) {
     add_string_reference(string);

@@ -106,7 +106,7 @@ struct RValue {
     result.kind_bits = kObject;
     return result;
   }
-  // Adds a reference: the array goes on belonging to the collector.
+  // Adds a reference: the array goes on belonging to the collector. Defined beside the array record.
   static RValue of_array(ArrayRecord* array);
   static RValue of_kind(std::uint32_t kind) { return with_bits(kind, 0); }
   static RValue unset() { return with_bits(kUnset, 0); }

@@ -35,8 +35,4 @@ class FrameScope : public ScriptFrame {
   FrameScope& operator=(const FrameScope&) = delete;
 };
 
-inline void set_line(int line) {
-  if (innermost_frame != nullptr) innermost_frame->line = line;
-}
-
 }  // namespace arena
