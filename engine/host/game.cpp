@@ -11,6 +11,7 @@
 #include "engine/platform/window.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
+#include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
@@ -49,6 +50,7 @@ void forget_run() {
   draw::reset_draw_state();
   platform::reset_cursor();
   reset_containers();
+  reset_unhandled_handler();
 }
 
 void load_clips(const data::File& content) {

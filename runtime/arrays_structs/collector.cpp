@@ -1,6 +1,7 @@
 #include "runtime/arrays_structs/collector.h"
 
 #include <algorithm>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -21,6 +22,7 @@ constexpr std::size_t kOldGrowth = 4096;       // old objects added before a new
 constexpr std::size_t kOldGrowthDivisor = 4;   // ... at least this share of those that survived the last one
 constexpr std::size_t kDroppedLimit = 20000;   // dropped references that count as growth
 constexpr int kOlderEvery = 8;                 // collections of generation 0 between two of generation 1
+constexpr std::size_t kMemoryWarning = std::size_t{1} << 30;  // bytes
 constexpr int kOldest = kGenerations - 1;
 
 enum class Phase { kIdle, kMarking, kSweeping };
@@ -39,6 +41,7 @@ struct Collector {
   std::uint64_t minors = 0, majors = 0, dropped = 0, dropped_at_last_cycle = 0;
   bool whole_requested = false;
   bool checks_thread = false;
+  std::size_t warns_above = kMemoryWarning;  // bytes in use
   std::thread::id main_thread = std::this_thread::get_id();
 };
 
@@ -372,8 +375,14 @@ void collect_everything() {
   ++c.majors;
 }
 
+void set_memory_warning(std::size_t bytes) { collector().warns_above = bytes; }
+
 void collect_at_safe_point() {
   Collector& c = collector();
+  if (allocated_bytes() > c.warns_above) {
+    log_warning("the scripts' memory has grown to " + std::to_string(allocated_bytes() >> 20) + " MB");
+    while (allocated_bytes() > c.warns_above) c.warns_above *= 2;
+  }
   if (kStressBuild || c.whole_requested) {
     collect_everything();
     return;

@@ -43,6 +43,10 @@ CollectorStatistics collector_statistics();
 // While on, a store from another thread than the main one logs a warning; the store proceeds.
 void set_collector_thread_check(bool on);
 
+// A frame may allocate as much as it likes, but past this many bytes in use (1 GB unless told otherwise), and past each doubling, the next
+// safe point logs a warning.
+void set_memory_warning(std::size_t bytes);
+
 // For tests: a bit set here takes that barrier away.
 inline std::uint32_t disabled_barriers = 0;
 bool is_remembered(const WBObjectBase* container, int generation);

@@ -1,5 +1,6 @@
 // Running one handler: what reports say is running, who inherits from whom, and what an error does.
 #include "runtime/arrays_structs/container_stack.h"
+#include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/frame.h"
@@ -65,6 +66,11 @@ void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) 
   } catch (const WBKSLException& error) {
     if (innermost_frame != nullptr) throw;  // the script that caused the event ends too
     error_sink(error);
+    try {
+      tell_unhandled_error(error);
+    } catch (const WBKSLException& second) {
+      error_sink(second);
+    }
   }
 }
 

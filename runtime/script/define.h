@@ -64,8 +64,10 @@ template <class Parameter, class T>
 Parameter pass(T&& given) {
   if constexpr (std::is_same_v<Parameter, std::remove_cvref_t<T>>) {
     return static_cast<T&&>(given);
-  } else if constexpr (std::is_same_v<Parameter, Real> && Dynamic<T>) {
-    return to_real(as_value(given));
+  } else if constexpr (std::is_same_v<Parameter, Real> && NumberOperand<T>) {
+    return as_real(given);
+  } else if constexpr (std::is_same_v<Parameter, Real>) {
+    return to_real(as_value(static_cast<T&&>(given)));
   } else if constexpr (std::is_same_v<Parameter, Value>) {
     return Value(as_value(static_cast<T&&>(given)));
   } else {

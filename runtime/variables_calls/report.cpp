@@ -76,7 +76,8 @@ void report_formatted(std::string message) {
     return;
   }
   std::string report = build_report(message);
-  throw WBKSLException(std::move(message), std::move(report));
+  const Frame* const frame = innermost_frame;
+  throw WBKSLException(std::move(message), std::move(report), frame != nullptr ? frame->function : "", frame != nullptr ? frame->line : 0);
 }
 
 }  // namespace arena

@@ -15,14 +15,19 @@ inline constexpr std::size_t kLongestMessage = 1024;  // bytes; longer messages 
 
 class WBKSLException : public std::exception {
  public:
-  WBKSLException(std::string message, std::string report) : message_(std::move(message)), report_(std::move(report)) {}
+  WBKSLException(std::string message, std::string report, std::string script = "", int line = 0)
+      : message_(std::move(message)), report_(std::move(report)), script_(std::move(script)), line_(line) {}
   const char* what() const noexcept override { return message_.c_str(); }
   const std::string& message() const { return message_; }
   // The whole report: heading, message and the call-stack at the moment of the error.
   const std::string& report() const { return report_; }
+  // The compiled function that ran, "" outside of all, and its source line; 0 before its first statement.
+  const std::string& script() const { return script_; }
+  int line() const { return line_; }
 
  private:
-  std::string message_, report_;
+  std::string message_, report_, script_;
+  int line_;
 };
 
 // While one lives, reports only set `error_happened`.

@@ -1,18 +1,22 @@
 // Argument checks, reading and writing errors, the report's form, and what is restored after an error.
 #include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/values/block_pool.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/operators.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
+#include "tests/variables_calls/failing_scripts.h"
 
 namespace arena::test {
 namespace {
@@ -115,6 +119,47 @@ TEST_F(Calls, ReportsNameEventObjectAndFrames) {
   EXPECT_NE(report.find(" - game/combat/gun.cpp\n"), std::string::npos) << report;
   EXPECT_EQ(report.substr(report.size() - 93), std::string(92, '#') + "\n");
   EXPECT_EQ(broken_invariant(), "") << "frames, containers and the current built-in are restored";
+}
+
+// Each script fails in a statement that reads no variable of its own; the report must name its line all the same.
+TEST_F(Calls, ReportsNameTheLineOfTheStatement) {
+  const auto line_of = [](const auto& script, const char* name) {
+    try {
+      script();
+    } catch (const WBKSLException& error) {
+      EXPECT_EQ(error.script(), name);
+      return error.line();
+    }
+    ADD_FAILURE() << name << " did not fail";
+    return 0;
+  };
+  EXPECT_EQ(line_of(game::fail_in_builtin, "ksl_Script_fail_in_builtin"), game::kBuiltinLine);
+  EXPECT_EQ(line_of(game::fail_in_argument, "ksl_Script_fail_in_argument"), game::kArgumentLine);
+  EXPECT_EQ(line_of(game::fail_in_object, "ksl_Script_fail_in_object"), game::kObjectLine);
+  EXPECT_EQ(line_of(game::fail_in_array, "ksl_Script_fail_in_array"), game::kArrayLine);
+}
+
+TEST_F(Calls, UnhandledErrorsReachTheScriptsHandler) {
+  check({{"exception_unhandled_handler(method({}, note_exception))", "undefined"}});
+  eval("instance_create_depth(0, 0, 0, oGun).is_firing = true; oGun.owner = oGun.id; oGun.modifiers = [5]; global.dt_steady = 0");
+  ASSERT_TRUE(ask({{"step", 1}}).contains("errors"));
+  check({{"global.noted_text", "[[WBKSLException]]"}, {"global.noted.script", "ksl_Script_oGun_applyModifiers"}, {"global.noted.line > 0", "true"}});
+  EXPECT_NE(eval("global.noted.longMessage").find(eval("global.noted.message")), std::string::npos);
+}
+
+TEST_F(Calls, GrowingMemoryIsReportedOncePerDoubling) {
+  const auto warnings = [&] {
+    step();
+    std::size_t count = 0;
+    for (const std::string& line : take_log()) count += line.find("memory has grown") != std::string::npos ? 1 : 0;
+    return count;
+  };
+  set_memory_warning(allocated_bytes() + (1 << 20));
+  EXPECT_EQ(warnings(), 0u);
+  eval("global.big = array_create(100000)");
+  EXPECT_EQ(warnings(), 1u);
+  EXPECT_EQ(warnings(), 0u) << "not again for the same";
+  set_memory_warning(std::size_t{1} << 30);
 }
 
 TEST_F(Calls, ConstantTextIsNeverFreed) {

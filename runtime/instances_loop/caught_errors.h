@@ -1,0 +1,15 @@
+#pragma once
+// Script errors as scripts see them: a struct {message, longMessage, script, line} whose text is "[[WBKSLException]]", handed to the
+// function that was given to exception_unhandled_handler().
+#include "runtime/values/value.h"
+#include "runtime/variables_calls/report.h"
+
+namespace arena {
+
+RValue exception_value(const WBKSLException& error);
+// Calls the scripts' handler, if there is one. An error in the handler itself comes out as WBKSLException.
+void tell_unhandled_error(const WBKSLException& error);
+// Forgets the handler: the game restarts.
+void reset_unhandled_handler();
+
+}  // namespace arena

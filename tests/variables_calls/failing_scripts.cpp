@@ -1,0 +1,47 @@
+#include "tests/variables_calls/failing_scripts.h"
+
+namespace arena::game {
+namespace {
+const Builtin string_length{"string_length"};
+const Variable counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
+constexpr ObjectName oNobody{3};
+}  // namespace
+extern const Script<Value(Real)> takes_a_number;
+const int kBuiltinLine = 18, kArgumentLine = 26, kObjectLine = 33, kArrayLine = 39;
+}  // namespace arena::game
+
+SCRIPT(takes_a_number, Real number) { return number; }
+
+SCRIPT(fail_in_builtin) {
+  global[counter] = 0;
+
+  string_length(5);
+  global[counter] = 1;
+  return undefined;
+}
+
+SCRIPT(fail_in_argument) {
+  global[counter] = 0;
+
+  takes_a_number("five");
+  return undefined;
+}
+
+SCRIPT(fail_in_object) {
+  global[counter] = 0;
+
+  return Real(oNobody[x]);
+}
+
+SCRIPT(fail_in_array) {
+  global[counter] = 0;
+
+  array_push(5, 1);
+  return undefined;
+}
+
+SCRIPT(note_exception, Value error) {
+  global[noted] = error;
+  global[noted_text] = string(error);
+  return undefined;
+}
