@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+namespace arena {
+struct ObjectDefinition;
+}
+
 namespace arena::data {
 
 struct File;
@@ -29,7 +33,8 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
 // The header that belongs before a payload.
 std::vector<std::uint8_t> header_for(const std::uint8_t* payload, std::size_t bytes);
 
-// Hands objects, rooms and sprites to the world. Problems between data and code, one line each, in both directions.
-std::vector<std::string> install_in_world(const DataFile& file);
+// Hands objects (`extra` ones behind those of the file), rooms and sprites to the world. Problems between data and code, one line each,
+// in both directions.
+std::vector<std::string> install_in_world(const DataFile& file, const std::vector<ObjectDefinition>& extra);
 
 }  // namespace arena::data

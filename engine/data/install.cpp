@@ -30,7 +30,7 @@ void install_sprites(const File& content) {
   }
 }
 
-std::vector<std::string> install_objects(const File& content) {
+std::vector<std::string> install_objects(const File& content, const std::vector<ObjectDefinition>& extra) {
   std::vector<ObjectDefinition> definitions;
   for (const Object* object : *content.objects()) {
     ObjectDefinition definition;
@@ -44,6 +44,7 @@ std::vector<std::string> install_objects(const File& content) {
     for (const auto* event : *object->events()) definition.events.push_back(event->str());
     definitions.push_back(std::move(definition));
   }
+  definitions.insert(definitions.end(), extra.begin(), extra.end());
   return object_types().define(std::move(definitions));
 }
 
@@ -90,9 +91,9 @@ void install_rooms(const File& content) {
 
 }  // namespace
 
-std::vector<std::string> install_in_world(const DataFile& file) {
+std::vector<std::string> install_in_world(const DataFile& file, const std::vector<ObjectDefinition>& extra) {
   install_sprites(*file.content);
-  std::vector<std::string> problems = install_objects(*file.content);
+  std::vector<std::string> problems = install_objects(*file.content, extra);
   note_idle_handlers(problems);
   install_rooms(*file.content);
   return problems;

@@ -82,7 +82,7 @@ std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::
   const LookupResult& lookup = look_up_names();
   notes = lookup.report();
   std::vector<std::string> problems = lookup.problems;
-  const std::vector<std::string> data_problems = data::install_in_world(*options.data);
+  const std::vector<std::string> data_problems = data::install_in_world(*options.data, options.extra_objects);
   problems.insert(problems.end(), data_problems.begin(), data_problems.end());
   if (!problems.empty()) {
     problem = in_one_message(problems);

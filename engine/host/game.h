@@ -9,6 +9,7 @@
 #include "engine/data/data_file.h"
 #include "engine/draw/draw.h"
 #include "engine/gpu/backend.h"
+#include "runtime/instances_loop/object_type.h"
 
 namespace arena::host {
 
@@ -17,6 +18,7 @@ struct GameOptions {
   std::unique_ptr<gpu::Backend> backend;           // null: the recorder
   std::unique_ptr<audio::Device> audio_device;     // null: silence
   std::string room;                                // "": the first room of the data
+  std::vector<ObjectDefinition> extra_objects;     // object types behind those of the data: probes of tests
   bool has_seed = false;
   std::uint64_t seed = 0;
 };

@@ -3,6 +3,7 @@
 #include "game/combat/names.h"
 #include "game/enemies/pickups.h"
 #include "game/flow/death_screen.h"
+#include "game/support/motion.h"
 
 namespace arena::game {
 namespace {
@@ -24,7 +25,8 @@ constexpr int kMouseLeft = 1;
 constexpr Real kThrowAhead = 64;   // pixels in front of the player where a dropped gun appears
 constexpr Real kReach = 128;       // pixels within which E looks for pickups
 constexpr Real kDashShield = 4;    // a dash protects for so many times its own length
-constexpr Real kBobRate = 10, kBobHeight = 4;
+constexpr Real kBobRate = 10;      // radians/s
+constexpr Real kBobHeight = 4;     // pixels
 
 bool interface_is_busy() {
   if (!variable_global_exists("game_ui")) return false;
@@ -230,10 +232,7 @@ EVENT(oPlayer, Step_0) {
       self[h_speed] = self[h_speed] / spd * self[move_speed];
       self[v_speed] = self[v_speed] / spd * self[move_speed];
     }
-    if (input_x != 0 || input_y != 0) {
-      self[bob_timer] += dt * kBobRate;
-      self[image_y_offset] = sin(self[bob_timer]) * kBobHeight;
-    }
+    if (input_x != 0 || input_y != 0) bob(self, dt, kBobRate, kBobHeight);
   }
 
   // Knockback, measured before this step's decay

@@ -6,8 +6,6 @@ namespace arena::game {
 namespace {
 constexpr Real kSeparationRadius = 64;   // pixels: beyond it neighbours do not matter
 constexpr Real kSeparationForce = 1000;  // pixels/s when touching, falling to 0 at the radius
-constexpr Real kBobRate = 10;            // radians/s
-constexpr Real kBobHeight = 4;           // pixels
 }  // namespace
 
 Push separation_from_neighbours(Instance self) {
@@ -36,11 +34,6 @@ void damp_knockback(Instance self, Real dt) {
     self[knockback_x] = 0;
     self[knockback_y] = 0;
   }
-}
-
-void bob(Instance self, Real dt) {
-  self[bob_timer] += dt * kBobRate;
-  self[image_y_offset] = sin(self[bob_timer]) * kBobHeight;
 }
 
 }  // namespace arena::game

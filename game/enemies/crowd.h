@@ -1,5 +1,5 @@
 #pragma once
-// What every walking enemy shares: keeping apart, the fading push of a hit, and the bob of its walk.
+// What every walking enemy shares: keeping apart, the fading push of a hit, and the numbers of its bob.
 #include "game/names.h"
 
 namespace arena::game {
@@ -11,6 +11,7 @@ struct Push {
 Push separation_from_neighbours(Instance self);
 // The impulse of a hit dies away; below 1 px/s it is gone.
 void damp_knockback(Instance self, Real dt);
-void bob(Instance self, Real dt);
+constexpr Real kWalkBobRate = 10;   // radians/s
+constexpr Real kWalkBobHeight = 4;  // pixels
 
 }  // namespace arena::game

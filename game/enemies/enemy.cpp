@@ -31,6 +31,6 @@ EVENT(oEnemy, Step_0) {
   damp_knockback(self, dt);
   self[x] += (move_x + push.along_x + self[knockback_x]) * dt;
   self[y] += (move_y + push.along_y + self[knockback_y]) * dt;
-  bob(self, dt);
+  bob(self, dt, kWalkBobRate, kWalkBobHeight);
   self[image_angle] = dir;
 }

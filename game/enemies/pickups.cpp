@@ -119,8 +119,7 @@ EVENT(oGunPickup, Create_0) {
 EVENT(oGunPickup, Step_0) {
   event_inherited();
   const Real dt = global[dt_steady];
-  self[bob_timer] += self[bob_speed] * dt;
-  self[image_y_offset] = sin(self[bob_timer]) * self[bob_height];
+  bob(self, dt, self[bob_speed], self[bob_height]);
   const Real decay = exp(-self[friction] * dt);
   self[h_speed] *= decay;
   self[v_speed] *= decay;

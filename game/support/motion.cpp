@@ -7,6 +7,11 @@ const Builtin string_repeat{"string_repeat"};
 constexpr Real kSnapDistance = 0.01;  // closer than this an approach arrives
 constexpr Real kFullTurn = 6.283185307179586;
 }  // namespace
+
+void bob(Instance self, Real dt, Real rate, Real height) {
+  self[bob_timer] += dt * rate;
+  self[image_y_offset] = sin(self[bob_timer]) * height;
+}
 }  // namespace arena::game
 
 SCRIPT(Approach, Real from, Real to, Real amount) { return from + clamp(to - from, -amount, amount); }

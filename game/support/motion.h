@@ -18,6 +18,8 @@ extern const Script<Real(Real from, Real to, Real duration, Real offset)> Wave;
 // From one range to another, unclamped.
 extern const Script<Real(Real value, Real min1, Real max1, Real min2, Real max2)> Range;
 extern const Script<Value(Value value, Real length)> StringZeroes;
+// The bob of what walks or floats: a sine of `rate` radians a second and `height` pixels.
+void bob(Instance self, Real dt, Real rate, Real height);
 // Calls `func` every `interval` seconds, at most once a frame. Its counters are variables of the caller, named after `label`.
 extern const Script<void(Value label, Value interval, Value func, Value start)> IntervalUpdateFunction;
 // In place; what is no array is left alone.

@@ -1,5 +1,6 @@
 #include "runtime/instances_loop/frame_loop.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "runtime/arrays_structs/collector.h"
@@ -157,28 +158,38 @@ void draw_one(CInstance& instance) {
   }
 }
 
-// Backgrounds and instances by depth, the furthest first; a background lies behind the instances of its own depth.
-void draw_world() {
-  std::map<double, std::vector<Layer>, std::greater<>> backgrounds;
-  for (const Layer& layer : world().layers) {
-    if (layer.visible && layer.background_sprite >= 0) backgrounds[layer.depth].push_back(layer);
-  }
-  auto background = backgrounds.begin();
-  const auto draw_backgrounds_above = [&](double depth) {
-    for (; background != backgrounds.end() && background->first >= depth; ++background) {
-      for (const Layer& layer : background->second) {
-        if (draw_hooks.draw_background != nullptr) draw_hooks.draw_background(layer);
+// What a pass over the world draws, kept between frames for its memory.
+struct DrawList {
+  std::vector<Layer> backgrounds;  // copies: a handler may make layers
+  std::vector<CInstance*> instances;
+
+  void gather() {
+    backgrounds.clear();
+    instances.clear();
+    for (const Layer& layer : world().layers) {
+      if (layer.visible && layer.background_sprite >= 0) backgrounds.push_back(layer);
+    }
+    std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return a.depth > b.depth; });
+    for (const auto& [depth, bucket] : world().by_depth()) {
+      for (CInstance* instance : bucket) {
+        const Layer* layer = instance->layer >= 0 ? world().find_layer(static_cast<std::int32_t>(instance->layer)) : nullptr;
+        if (layer == nullptr || layer->visible) instances.push_back(instance);
       }
     }
-  };
-  std::vector<CInstance*> visible;
-  for (const auto& [depth, bucket] : world().by_depth()) {
-    for (CInstance* instance : bucket) {
-      const Layer* layer = instance->layer >= 0 ? world().find_layer(static_cast<std::int32_t>(instance->layer)) : nullptr;
-      if (layer == nullptr || layer->visible) visible.push_back(instance);
-    }
   }
-  for (CInstance* instance : visible) {
+};
+
+// Backgrounds and instances by depth, the furthest first; a background lies behind the instances of its own depth.
+void draw_world() {
+  static DrawList list;
+  list.gather();
+  std::size_t background = 0;
+  const auto draw_backgrounds_above = [&](double depth) {
+    for (; background < list.backgrounds.size() && list.backgrounds[background].depth >= depth; ++background) {
+      if (draw_hooks.draw_background != nullptr) draw_hooks.draw_background(list.backgrounds[background]);
+    }
+  };
+  for (CInstance* instance : list.instances) {
     draw_backgrounds_above(instance->depth);
     if (instance->is_alive && instance->visible > 0.5) draw_one(*instance);
   }

@@ -42,21 +42,9 @@ class Instance {
 };
 
 // `self` of an event handler or of a method of an object type.
-class Self {
+class Self : public Instance {
  public:
-  explicit Self(CInstance* instance) : instance_(instance) {}
-  template <double CInstance::*field, void (*after)(CInstance&)>
-  FieldAccess<field, after> operator[](const InstanceField<field, after>&) const {
-    return FieldAccess<field, after>(instance_);
-  }
-  Real operator[](const InstanceIdName&) const { return instance_->id; }
-  GeneralAccess operator[](BuiltinKey key) const { return GeneralAccess(instance_, key.name); }
-  VariableAccess operator[](Key key) const { return VariableAccess(instance_, key.name); }
-  operator Value() const { return RValue::of_object(instance_); }
-  operator Instance() const { return Instance(instance_); }
-
- private:
-  CInstance* instance_;
+  explicit Self(CInstance* instance) : Instance(instance) {}
 };
 
 // `self` or `other` where it may be an instance or a struct.

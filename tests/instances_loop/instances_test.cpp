@@ -31,7 +31,7 @@ TEST_F(Instances, CreateRunsBeforeTheCallReturnsAndFieldsBeforeCreate) {
          {"instance_create_layer(1, 2, \"layMobs\", oFader, {sprite_index: 30, image_alpha: 0.25}); [oFader.sprite_index, oFader.timer]", "[-1,0.10]"},
          {"f = instance_find(oFader, 1); [f.sprite_index, f.image_alpha]", "[30,0.25]"},
          {"instance_create_layer(0, 0, \"nowhere\", oFader)", "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
-         {"instance_create_layer(0, 0, \"layMobs\", 99)", "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 21"}});
+         {"instance_create_layer(0, 0, \"layMobs\", 99)", "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 23"}});
 }
 
 TEST_F(Instances, AreGoneFromDestroyOnButReadableByTheirHolder) {

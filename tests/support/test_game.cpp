@@ -10,6 +10,7 @@
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
+#include "tests/support/probes.h"
 
 namespace arena::test {
 
@@ -27,6 +28,7 @@ TestGame::TestGame(const char* room) {
   options.data = data::open_data_file(data_file_path(), problem);
   if (options.data != nullptr) {
     options.room = room;
+    options.extra_objects = probe_objects();
     options.has_seed = true;
     options.seed = 1;
     game = host::Game::start(std::move(options), notes, problem);

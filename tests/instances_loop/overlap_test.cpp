@@ -1,0 +1,77 @@
+// Finding overlaps in a crowd: every query and every collision event against a plain test of all pairs.
+#include <set>
+
+#include "runtime/instances_loop/collisions.h"
+#include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/world.h"
+#include "tests/support/probes.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+class Overlaps : public TestGame {
+ protected:
+  // Instances of many sizes and angles, some far outside the room.
+  std::vector<CInstance*> scatter(int count, int object, RandomGenerator& random) {
+    std::vector<CInstance*> made;
+    for (int i = 0; i < count; ++i) {
+      const double spread = i % 10 == 0 ? 20000 : 1500;
+      CInstance* instance = world().create((random.unit() - 0.2) * spread, (random.unit() - 0.2) * spread, world().find_layer("layMobs")->id, 0, object, nullptr, nullptr);
+      instance->sprite_index = static_cast<double>(random.integer(1, 30));
+      if (find_sprite(static_cast<std::int32_t>(instance->sprite_index)) == nullptr) instance->sprite_index = 30;
+      instance->image_angle = random.unit() * 360;
+      instance->image_xscale = (random.unit() - 0.3) * (i % 25 == 0 ? 30 : 2);
+      instance->image_yscale = (random.unit() - 0.3) * 2;
+      made.push_back(instance);
+    }
+    return made;
+  }
+};
+
+TEST_F(Overlaps, QueriesFindExactlyWhatOverlaps) {
+  eval("global.seen = []; global.hooks = {}");
+  RandomGenerator random(5);
+  const std::vector<CInstance*> all = scatter(300, kProbe, random);
+  std::size_t found_in_all = 0;
+  for (int round = 0; round < 200; ++round) {
+    const double x = (random.unit() - 0.1) * 1500, y = (random.unit() - 0.1) * 1500, w = random.unit() * 600, h = random.unit() * 600;
+    const CollisionShape shapes[] = {circle_shape(x, y, w / 2), rectangle_shape(x, y, x + w, y + h), segment_shape(x, y, x + w, y - h), ellipse_shape(x, y, x + w, y + h)};
+    for (const CollisionShape& shape : shapes) {
+      std::vector<CInstance*> expected;
+      for (CInstance* instance : all) {
+        if (instance != all[0] && shapes_overlap(shape_of(*instance), shape)) expected.push_back(instance);
+      }
+      ASSERT_EQ(overlapping(shape, kProbe, true, all[0]), expected) << "round " << round;
+      ASSERT_EQ(first_overlapping(shape, kProbe, true, all[0]), expected.empty() ? nullptr : expected.front());
+      found_in_all += expected.size();
+    }
+  }
+  EXPECT_GT(found_in_all, 1000u);
+}
+
+TEST_F(Overlaps, EventsRunForEveryPairOnce) {
+  eval("global.seen = []; global.hooks = {}");
+  RandomGenerator random(9);
+  std::vector<CInstance*> owners = scatter(250, kProbeChild, random), others = scatter(250, kProbe, random);
+  owners.insert(owners.end(), others.begin(), others.end());
+  for (int frame = 0; frame < 5; ++frame) {
+    std::size_t expected = 0;
+    for (CInstance* instance : owners) {
+      instance->x += (random.unit() - 0.5) * 200;
+      instance->image_angle += 40;
+    }
+    for (CInstance* owner : owners) {
+      if (owner->type->index != kProbeChild) continue;
+      for (CInstance* other : owners) expected += owner != other && shapes_overlap(shape_of(*owner), shape_of(*other)) ? 1 : 0;
+    }
+    eval("global.seen = []");
+    run_collision_events();
+    EXPECT_EQ(number("array_length(global.seen)"), static_cast<double>(expected)) << "frame " << frame;
+    EXPECT_GT(expected, 10u);
+  }
+}
+
+}  // namespace
+}  // namespace arena::test
