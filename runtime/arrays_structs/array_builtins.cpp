@@ -29,7 +29,8 @@ RValue array_pop(MutableArray target) {
   return last;
 }
 void array_insert(MutableArray target, std::int32_t at, Rest values) {
-  const std::int32_t place = std::clamp(at < 0 ? at + target.array->length : at, 0, target.array->length);
+  const std::int32_t place = std::clamp(at < 0 ? at + target.array->length : at, 0, kLongestArray);
+  if (place > target.array->length) array_set_length(*target.array, place);  // past the end: zeroes between, as a write there makes
   const std::int32_t count = static_cast<std::int32_t>(values.size()), old_length = target.array->length;
   array_set_length(*target.array, old_length + count);
   RValue* elements = target.array->elements;
@@ -77,13 +78,13 @@ void array_copy_between(MutableArray target, std::int32_t to, ReadArray source, 
 bool array_equals(ReadArray a, ReadArray b) {
   if (a.array->length != b.array->length) return false;
   for (std::int32_t i = 0; i < a.array->length; ++i) {
-    if (!values_equal(a.array->elements[i], b.array->elements[i])) return false;
+    if (!values_match(a.array->elements[i], b.array->elements[i])) return false;
   }
   return true;
 }
 std::int32_t array_get_index(ReadArray source, const RValue& value) {
   for (std::int32_t i = 0; i < source.array->length; ++i) {
-    if (values_equal(source.array->elements[i], value)) return i;
+    if (values_match(source.array->elements[i], value)) return i;
   }
   return -1;
 }

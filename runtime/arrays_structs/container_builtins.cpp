@@ -93,7 +93,7 @@ void list_delete(ListArgument a, std::int32_t at) {
 }
 std::int32_t list_find(ListArgument a, const RValue& value) {
   for (std::size_t i = 0; i < a.list->values.size(); ++i) {
-    if (values_equal(a.list->values[i], value)) return static_cast<std::int32_t>(i);
+    if (values_match(a.list->values[i], value)) return static_cast<std::int32_t>(i);
   }
   return -1;
 }

@@ -3,6 +3,7 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
@@ -48,7 +49,9 @@ PropertyObject* require_target(const RValue& target) {
 
 bool instance_variable_exists(const RValue& target, std::string_view name) {
   WBObjectBase* object = resolve_object(target);
-  return object != nullptr && has_value(static_cast<PropertyObject*>(object), name);
+  if (object == nullptr) return false;
+  const bool is_built_in = object->object_kind == ObjectKind::kInstance && find_builtin_variable(name) >= 0;
+  return is_built_in || has_value(static_cast<PropertyObject*>(object), name);
 }
 RValue instance_variable_get(const RValue& target, std::string_view name) {
   RValue value;

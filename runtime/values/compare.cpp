@@ -83,4 +83,10 @@ int compare(const RValue& left, const RValue& right, double epsilon, bool strict
   return left.kind() == right.kind() && left.i64 == right.i64 ? 0 : kUnordered;
 }
 
+bool values_match(const RValue& left, const RValue& right) {
+  if (left.is_string() != right.is_string()) return false;
+  if (left.is_unset() || right.is_unset()) return left.is_unset() && right.is_unset();
+  return values_equal(left, right);
+}
+
 }  // namespace arena

@@ -22,6 +22,8 @@ int compare(const RValue& left, const RValue& right, double epsilon, bool strict
 int compare_reals(double left, double right, double epsilon);
 
 inline int compare(const RValue& left, const RValue& right) { return compare(left, right, comparison_epsilon, false); }
+// For searches: as values_equal, but a text and what is no text are simply different, and nothing is reported.
+bool values_match(const RValue& left, const RValue& right);
 inline bool values_equal(const RValue& left, const RValue& right) { return compare(left, right) == 0; }
 
 }  // namespace arena

@@ -81,7 +81,8 @@ bool divisor_is_zero(Operator op, std::int64_t divisor) {
 }
 
 RValue& operate_real(Operator op, RValue& left, double left_number, const RValue& right) {
-  if (op == Operator::kDivide && right.kind() == kPointer) return type_error(op, left, right);
+  // A pointer divides nothing; only under an int32 is that noticed as a failed conversion.
+  if (op == Operator::kDivide && right.kind() == kPointer && left.is_numeric()) return type_error(op, left, right);
   const FailureWatch watch;
   const double right_number = to_real(right);
   const double result = watch.failed() ? 0 : real_result(op, left_number, right_number);

@@ -16,7 +16,7 @@
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
-#include "tests/variables_calls/failing_scripts.h"
+#include "tests/variables_calls/test_scripts.h"
 
 namespace arena::test {
 namespace {

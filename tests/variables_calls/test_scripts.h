@@ -1,11 +1,14 @@
 #pragma once
-// Scripts that fail on a known line, and one that notes the error it is told.
+// Scripts that tests call: some fail on a known line, one notes the error it is told, some are handed to built-in functions.
 #include "runtime/script.h"
 
 namespace arena::game {
 
 extern const Script<Value()> fail_in_builtin, fail_in_argument, fail_in_object, fail_in_array;
 extern const Script<Value(Value)> note_exception;
+extern const Script<Real()> one_die;
+extern const Script<Real(Real)> twice;
+extern const Script<Real(Real, Real)> by_difference;
 extern const int kBuiltinLine, kArgumentLine, kObjectLine, kArrayLine;
 
 }  // namespace arena::game

@@ -1,4 +1,4 @@
-#include "tests/variables_calls/failing_scripts.h"
+#include "tests/variables_calls/test_scripts.h"
 
 namespace arena::game {
 namespace {
@@ -45,3 +45,7 @@ SCRIPT(note_exception, Value error) {
   global[noted_text] = string(error);
   return undefined;
 }
+
+SCRIPT(one_die) { return irandom(6); }
+SCRIPT(twice, Real number) { return number * 2; }
+SCRIPT(by_difference, Real a, Real b) { return a - b; }
