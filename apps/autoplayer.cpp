@@ -8,9 +8,9 @@
 namespace arena::apps {
 namespace {
 
-constexpr double kComfort = 420;   // pixels: enemies closer than this are walked away from
-constexpr double kDanger = 150;    // pixels: closer than this a dash is worth its energy
-constexpr double kWall = 350;      // pixels from the border where the way back to the middle counts
+constexpr double kComfort = 420;  // pixels: enemies closer than this are walked away from
+constexpr double kDanger = 150;   // pixels: closer than this a dash is worth its energy
+constexpr double kWall = 350;     // pixels from the border where the way back to the middle counts
 constexpr int kKeyShift = 16, kKeySpace = 32, kKeyE = 'E';
 
 const CInstance* first_of(const char* object) {

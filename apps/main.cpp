@@ -114,7 +114,8 @@ int run(const Options& options, const char* program) {
   }
 
   const std::unique_ptr<host::Game> game = host::Game::start(std::move(game_options), notes, problem);
-  if (game == nullptr) return fail(problem, wants_window, options.room.empty() || problem.find("there is no room") != 0 ? kBadData : kBadOption);
+  if (game == nullptr)
+    return fail(problem, wants_window, options.room.empty() || problem.find("there is no room") != 0 ? kBadData : kBadOption);
   std::cerr << notes;
   if (options.console) return run_console(*game);
   if (shows_offscreen) {

@@ -16,10 +16,14 @@ bool read_number(const std::string& text, Number& number) {
 }  // namespace
 
 bool parse_options(int argc, char** argv, Options& options, std::string& problem) {
-  const std::map<std::string, std::function<void()>> switches = {
-      {"--fullscreen", [&] { options.fullscreen = true; }}, {"--no-vsync", [&] { options.vsync = false; }}, {"--mute", [&] { options.mute = true; }},
-      {"--headless", [&] { options.headless = true; }}, {"--console", [&] { options.console = true; }}, {"--demo", [&] { options.demo = true; }},
-      {"--help", [&] { options.shows_help = true; }}, {"--version", [&] { options.shows_version = true; }}};
+  const std::map<std::string, std::function<void()>> switches = {{"--fullscreen", [&] { options.fullscreen = true; }},
+                                                                 {"--no-vsync", [&] { options.vsync = false; }},
+                                                                 {"--mute", [&] { options.mute = true; }},
+                                                                 {"--headless", [&] { options.headless = true; }},
+                                                                 {"--console", [&] { options.console = true; }},
+                                                                 {"--demo", [&] { options.demo = true; }},
+                                                                 {"--help", [&] { options.shows_help = true; }},
+                                                                 {"--version", [&] { options.shows_version = true; }}};
   const std::map<std::string, std::function<bool(const std::string&)>> settings = {
       {"--data", [&](const std::string& value) { return options.data = value, true; }},
       {"--room", [&](const std::string& value) { return options.room = value, true; }},

@@ -6,7 +6,7 @@
 namespace arena::apps {
 
 struct Options {
-  std::string data;        // "": arena.dat beside the executable
+  std::string data;  // "": arena.dat beside the executable
   std::string room;
   std::string screenshot;  // written when the program ends
   bool has_seed = false;

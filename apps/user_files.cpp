@@ -18,7 +18,8 @@ std::string user_data_folder() {
   const char* base = std::getenv("XDG_DATA_HOME");
   const char* home = std::getenv("HOME");
   const std::filesystem::path folder = base != nullptr && *base != 0 ? std::filesystem::path(base) / "arena"
-                                       : home != nullptr ? std::filesystem::path(home) / ".local/share/arena" : std::filesystem::path();
+                                       : home != nullptr             ? std::filesystem::path(home) / ".local/share/arena"
+                                                                     : std::filesystem::path();
 #endif
   std::error_code failure;
   if (folder.empty()) return {};

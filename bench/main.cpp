@@ -96,12 +96,14 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
     pauses.push_back(times.collect / 1000);
   }
   const double growth = static_cast<double>(allocated_bytes()) / static_cast<double>(memory);
-  return {median(logic), median(frame), median(plain_times), median(lua_times), *std::max_element(pauses.begin(), pauses.end()), median(pauses), growth};
+  return {median(logic),  median(frame), median(plain_times), median(lua_times), *std::max_element(pauses.begin(), pauses.end()),
+          median(pauses), growth};
 }
 
 void print_crowd(const char* name, const Crowd& crowd) {
-  std::printf("%-10s %10.3f %10.3f %10.3f %10.3f %12.2f %12.2f %12.3f %12.3f %10.3f\n", name, crowd.logic, crowd.frame, crowd.plain, crowd.lua,
-              crowd.logic / crowd.plain, crowd.lua > 0 ? crowd.logic / crowd.lua : 0, crowd.usual_pause, crowd.longest_pause, crowd.memory_growth);
+  std::printf("%-10s %10.3f %10.3f %10.3f %10.3f %12.2f %12.2f %12.3f %12.3f %10.3f\n", name, crowd.logic, crowd.frame, crowd.plain,
+              crowd.lua, crowd.logic / crowd.plain, crowd.lua > 0 ? crowd.logic / crowd.lua : 0, crowd.usual_pause, crowd.longest_pause,
+              crowd.memory_growth);
 }
 
 std::map<std::string, double> lua_micro(const char* flags) {
@@ -130,12 +132,18 @@ void run_micro() {
   game::MicroBench micro;
   const int n = 1000000;
   const std::vector<std::pair<const char*, std::function<void(int)>>> rows = {
-      {"variable_read", [&](int k) { micro.variable_read(k); }}, {"variable_write", [&](int k) { micro.variable_write(k); }},
-      {"variable_add", [&](int k) { micro.variable_add(k); }}, {"global_read", [&](int k) { micro.global_read(k); }},
-      {"script_call_3", [&](int k) { micro.script_call(k); }}, {"method_call", [&](int k) { micro.method_call(k); }},
-      {"array_read", [&](int k) { micro.array_read(k); }}, {"array_write", [&](int k) { micro.array_write(k); }},
-      {"array_push", [&](int k) { micro.array_push_values(k); }}, {"struct_of_4", [&](int k) { micro.struct_of_four(k / 10); }},
-      {"string_concat", [&](int k) { micro.string_concat(k); }}, {"number_to_string", [&](int k) { micro.number_to_string(k); }},
+      {"variable_read", [&](int k) { micro.variable_read(k); }},
+      {"variable_write", [&](int k) { micro.variable_write(k); }},
+      {"variable_add", [&](int k) { micro.variable_add(k); }},
+      {"global_read", [&](int k) { micro.global_read(k); }},
+      {"script_call_3", [&](int k) { micro.script_call(k); }},
+      {"method_call", [&](int k) { micro.method_call(k); }},
+      {"array_read", [&](int k) { micro.array_read(k); }},
+      {"array_write", [&](int k) { micro.array_write(k); }},
+      {"array_push", [&](int k) { micro.array_push_values(k); }},
+      {"struct_of_4", [&](int k) { micro.struct_of_four(k / 10); }},
+      {"string_concat", [&](int k) { micro.string_concat(k); }},
+      {"number_to_string", [&](int k) { micro.number_to_string(k); }},
       {"variable_by_name", [&](int k) { micro.variable_by_name(k); }}};
   std::printf("\n%-20s %10s %14s %14s %16s\n", "operation", "ns", "luajit -joff", "luajit", "of interpreted");
   for (const auto& [name, run] : rows) {
@@ -158,8 +166,8 @@ int main(int argc, char** argv) {
     const std::unique_ptr<host::Game> game = host::Game::start(std::move(options), notes, problem);
     if (game != nullptr) {
       const int frames = argc > 1 ? std::atoi(argv[1]) : 240;
-      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s\n", notes.c_str(), "crowd", "logic ms", "frame ms", "plain ms", "luajit ms",
-                  "logic/plain", "logic/lua", "pause", "pause max", "memory");
+      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s\n", notes.c_str(), "crowd", "logic ms", "frame ms", "plain ms",
+                  "luajit ms", "logic/plain", "logic/lua", "pause", "pause max", "memory");
       print_crowd("1,000", run_crowd(*game, 1000, frames));
       print_crowd("10,000", run_crowd(*game, 10000, frames));
       world().enter_room(2);

@@ -78,7 +78,8 @@ void Audio::for_matching(std::int32_t handle_or_sound, Change change) {
 }
 
 void Audio::stop(std::int32_t handle_or_sound) {
-  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }), voices_.end());
+  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }),
+                voices_.end());
 }
 void Audio::stop_all() { voices_.clear(); }
 void Audio::reset() {
@@ -106,10 +107,12 @@ void Audio::set_gain(std::int32_t handle_or_sound, double gain, double seconds) 
 }
 
 bool Audio::is_playing(std::int32_t handle_or_sound) const {
-  return std::any_of(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound) && !voice.is_paused; });
+  return std::any_of(voices_.begin(), voices_.end(),
+                     [&](const Voice& voice) { return matches(voice, handle_or_sound) && !voice.is_paused; });
 }
 bool Audio::is_paused(std::int32_t handle_or_sound) const {
-  return std::any_of(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound) && voice.is_paused; });
+  return std::any_of(voices_.begin(), voices_.end(),
+                     [&](const Voice& voice) { return matches(voice, handle_or_sound) && voice.is_paused; });
 }
 const Voice* Audio::find(std::int32_t handle) const {
   const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return voice.handle == handle; });
@@ -130,9 +133,11 @@ void Audio::advance(double seconds) {
     const double length = clips[static_cast<std::size_t>(voice.sound)].seconds();
     if (voice.loop && length > 0) voice.offset = std::fmod(voice.offset, length);
   }
-  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) {
-    return !voice.loop && voice.offset >= clips[static_cast<std::size_t>(voice.sound)].seconds();
-  }), voices_.end());
+  voices_.erase(std::remove_if(voices_.begin(), voices_.end(),
+                               [&](const Voice& voice) {
+                                 return !voice.loop && voice.offset >= clips[static_cast<std::size_t>(voice.sound)].seconds();
+                               }),
+                voices_.end());
 }
 
 void Audio::feed(Device& device) const {

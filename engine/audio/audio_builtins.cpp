@@ -47,7 +47,9 @@ void stop_sound(std::int32_t which) { audio().stop(which); }
 void stop_all() { audio().stop_all(); }
 void pause_sound(std::int32_t which) { audio().set_paused(which, true); }
 void resume_sound(std::int32_t which) { audio().set_paused(which, false); }
-void sound_gain(std::int32_t which, double gain, std::optional<double> milliseconds) { audio().set_gain(which, gain, milliseconds.value_or(0) / 1000); }
+void sound_gain(std::int32_t which, double gain, std::optional<double> milliseconds) {
+  audio().set_gain(which, gain, milliseconds.value_or(0) / 1000);
+}
 void sound_pitch(std::int32_t which, double pitch) { audio().set_pitch(which, pitch); }
 double sound_get_gain(std::int32_t which) {
   const Voice* voice = audio().find(which);
@@ -83,12 +85,23 @@ void set_falloff_model(std::int32_t model) { audio().falloff = static_cast<Fallo
 void master_gain(double gain) { audio().master_gain = std::max(0.0, gain); }
 
 const BuiltinEntry kEntries[] = {
-    {"audio_play_sound", builtin<play_sound>}, {"audio_play_sound_at", builtin<play_sound_at>}, {"audio_stop_sound", builtin<stop_sound>},
-    {"audio_stop_all", builtin<stop_all>}, {"audio_pause_sound", builtin<pause_sound>}, {"audio_resume_sound", builtin<resume_sound>},
-    {"audio_sound_gain", builtin<sound_gain>}, {"audio_sound_pitch", builtin<sound_pitch>}, {"audio_sound_get_gain", builtin<sound_get_gain>},
-    {"audio_sound_get_pitch", builtin<sound_get_pitch>}, {"audio_sound_length", builtin<sound_length>}, {"audio_exists", builtin<exists>},
-    {"audio_is_playing", builtin<is_playing>}, {"audio_is_paused", builtin<is_paused>}, {"audio_listener_position", builtin<listener_position>},
-    {"audio_listener_orientation", builtin<listener_orientation>}, {"audio_falloff_set_model", builtin<set_falloff_model>},
+    {"audio_play_sound", builtin<play_sound>},
+    {"audio_play_sound_at", builtin<play_sound_at>},
+    {"audio_stop_sound", builtin<stop_sound>},
+    {"audio_stop_all", builtin<stop_all>},
+    {"audio_pause_sound", builtin<pause_sound>},
+    {"audio_resume_sound", builtin<resume_sound>},
+    {"audio_sound_gain", builtin<sound_gain>},
+    {"audio_sound_pitch", builtin<sound_pitch>},
+    {"audio_sound_get_gain", builtin<sound_get_gain>},
+    {"audio_sound_get_pitch", builtin<sound_get_pitch>},
+    {"audio_sound_length", builtin<sound_length>},
+    {"audio_exists", builtin<exists>},
+    {"audio_is_playing", builtin<is_playing>},
+    {"audio_is_paused", builtin<is_paused>},
+    {"audio_listener_position", builtin<listener_position>},
+    {"audio_listener_orientation", builtin<listener_orientation>},
+    {"audio_falloff_set_model", builtin<set_falloff_model>},
     {"audio_master_gain", builtin<master_gain>},
 };
 const BuiltinTable table(kEntries);

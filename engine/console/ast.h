@@ -11,9 +11,7 @@ struct Node;
 using NodePtr = std::unique_ptr<Node>;
 
 struct Node {
-  enum class Type {
-    kNumber, kText, kName, kMember, kElement, kCall, kNew, kArray, kStruct, kUnary, kBinary, kAssign, kWith, kBlock
-  } type;
+  enum class Type { kNumber, kText, kName, kMember, kElement, kCall, kNew, kArray, kStruct, kUnary, kBinary, kAssign, kWith, kBlock } type;
   double number = 0;
   std::string text;                // name, member, operator, text
   std::vector<NodePtr> children;   // operands, arguments after the callee, elements, statements

@@ -49,8 +49,11 @@ void observe(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) {
   if (running.key.kind != EventKind::kDraw || draws.size() >= kMostDraws) return;
   json values = json::array();
   for (std::int32_t i = 0; i < argc; ++i) values.push_back(value_to_json(args[i]));
-  draws.push_back({{"object", object_name_of(*running.self)}, {"instance", running.self->id}, {"event", event_suffix(running.key)},
-                   {"call", name}, {"args", std::move(values)}});
+  draws.push_back({{"object", object_name_of(*running.self)},
+                   {"instance", running.self->id},
+                   {"event", event_suffix(running.key)},
+                   {"call", name},
+                   {"args", std::move(values)}});
 }
 
 void keep_error(const WBKSLException& error) {
@@ -80,9 +83,13 @@ bool down(const json& request) {
 json sounds_json() {
   json list = json::array();
   for (const audio::Voice& voice : audio::audio().take_started()) {
-    list.push_back({{"sound", voice.sound}, {"handle", voice.handle}, {"x", voice.is_positional ? real_to_json(voice.x) : json()},
-                    {"y", voice.is_positional ? real_to_json(voice.y) : json()}, {"gain", real_to_json(voice.gain)},
-                    {"pitch", real_to_json(voice.pitch)}, {"loop", voice.loop}});
+    list.push_back({{"sound", voice.sound},
+                    {"handle", voice.handle},
+                    {"x", voice.is_positional ? real_to_json(voice.x) : json()},
+                    {"y", voice.is_positional ? real_to_json(voice.y) : json()},
+                    {"gain", real_to_json(voice.gain)},
+                    {"pitch", real_to_json(voice.pitch)},
+                    {"loop", voice.loop}});
   }
   return {{"sounds", std::move(list)}};
 }
@@ -115,7 +122,9 @@ struct Console::State {
     if (!request["eval"].is_string()) throw RequestError{"\"eval\" must be a text"};
     last.value = RValue();
     last.value = evaluate(request["eval"].get<std::string>(), instance_argument(request, "self"), instance_argument(request, "other"));
-    return {{"kind", type_name(last.value)}, {"value", value_to_json(last.value)}, {"text", last.value.is_unset() ? "unset" : to_text(last.value)}};
+    return {{"kind", type_name(last.value)},
+            {"value", value_to_json(last.value)},
+            {"text", last.value.is_unset() ? "unset" : to_text(last.value)}};
   }
 
   json step(const json& request) {
@@ -128,14 +137,16 @@ struct Console::State {
       draws = json::array();
       game.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
     }
-    json reply = {{"frame", game_clock.frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
+    json reply = {
+        {"frame", game_clock.frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
     if (!frame_errors.empty()) reply["errors"] = frame_errors;
     return reply;
   }
 
   json pointer(const json& request) {
     const json& place = request["mouse"];
-    if (!place.is_array() || place.size() != 2 || !place[0].is_number() || !place[1].is_number()) throw RequestError{"\"mouse\" must be [x, y]"};
+    if (!place.is_array() || place.size() != 2 || !place[0].is_number() || !place[1].is_number())
+      throw RequestError{"\"mouse\" must be [x, y]"};
     const bool gui = request.contains("gui") && request["gui"].is_boolean() && request["gui"].get<bool>();
     push_pointer(gui ? PointerSpace::kGui : PointerSpace::kRoom, place[0].get<double>(), place[1].get<double>());
     return {{"ok", true}};

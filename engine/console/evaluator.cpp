@@ -28,10 +28,15 @@ namespace {
 using Type = Node::Type;
 
 const RValue* literal(const std::string& name) {
-  static const std::vector<std::pair<std::string, RValue>> kLiterals = {
-      {"true", RValue::of_bool(true)}, {"false", RValue::of_bool(false)}, {"undefined", RValue()}, {"noone", RValue(kNoone)},
-      {"all", RValue(static_cast<double>(kAllTarget))}, {"NaN", RValue(std::nan(""))},
-      {"infinity", RValue(std::numeric_limits<double>::infinity())}, {"null", RValue::null()}, {"pi", RValue(3.141592653589793)}};
+  static const std::vector<std::pair<std::string, RValue>> kLiterals = {{"true", RValue::of_bool(true)},
+                                                                        {"false", RValue::of_bool(false)},
+                                                                        {"undefined", RValue()},
+                                                                        {"noone", RValue(kNoone)},
+                                                                        {"all", RValue(static_cast<double>(kAllTarget))},
+                                                                        {"NaN", RValue(std::nan(""))},
+                                                                        {"infinity", RValue(std::numeric_limits<double>::infinity())},
+                                                                        {"null", RValue::null()},
+                                                                        {"pi", RValue(3.141592653589793)}};
   for (const auto& [word, value] : kLiterals) {
     if (word == name) return &value;
   }
@@ -195,18 +200,27 @@ class Evaluator {
   // Values of the kinds that no literal gives.
   bool make_kind(const std::string& text, const Node& node, RValue& out) {
     const auto argument = [&](std::size_t at) { return node.children.size() > at + 1 ? run(*node.children[at + 1]) : RValue(); };
-    if (text == "int32") out = RValue::of_int32(to_int32(argument(0)));
-    else if (text == "int64") out = RValue::of_int64(to_int64(argument(0)));
-    else if (text == "real") out = RValue(to_real(argument(0)));
-    else if (text == "bool") out = RValue::of_bool(to_bool(argument(0)));
-    else if (text == "ref") out = RValue::of_ref(to_int32(argument(0)), to_int32(argument(1)));
-    else if (text == "ptr") out = RValue::of_pointer(reinterpret_cast<void*>(static_cast<std::intptr_t>(to_int64(argument(0)))));
-    else if (text == "unset") out = RValue::unset();
-    else if (text == "kind") out = RValue::of_kind(static_cast<std::uint32_t>(to_int32(argument(0))) & kKindMask);
+    if (text == "int32")
+      out = RValue::of_int32(to_int32(argument(0)));
+    else if (text == "int64")
+      out = RValue::of_int64(to_int64(argument(0)));
+    else if (text == "real")
+      out = RValue(to_real(argument(0)));
+    else if (text == "bool")
+      out = RValue::of_bool(to_bool(argument(0)));
+    else if (text == "ref")
+      out = RValue::of_ref(to_int32(argument(0)), to_int32(argument(1)));
+    else if (text == "ptr")
+      out = RValue::of_pointer(reinterpret_cast<void*>(static_cast<std::intptr_t>(to_int64(argument(0)))));
+    else if (text == "unset")
+      out = RValue::unset();
+    else if (text == "kind")
+      out = RValue::of_kind(static_cast<std::uint32_t>(to_int32(argument(0))) & kKindMask);
     else if (text == "immutable") {
       out = argument(0);
       if (out.is_array() && out.array != nullptr) out.array->flags = out.array->flags | kArrayImmutable;
-    } else return false;
+    } else
+      return false;
     return true;
   }
 
@@ -252,8 +266,12 @@ class Evaluator {
     const bool compares = node.text == "==" || node.text == "!=" || node.text[0] == '<' || node.text[0] == '>';
     if (!compares) return operate_by(node.text[0], left, right);
     const int order = compare(left, right);
-    const bool holds = node.text == "==" ? order == 0 : node.text == "!=" ? order != 0 : node.text == "<" ? order == -1 :
-                       node.text == "<=" ? order == -1 || order == 0 : node.text == ">" ? order == 1 : order == 1 || order == 0;
+    const bool holds = node.text == "=="   ? order == 0
+                       : node.text == "!=" ? order != 0
+                       : node.text == "<"  ? order == -1
+                       : node.text == "<=" ? order == -1 || order == 0
+                       : node.text == ">"  ? order == 1
+                                           : order == 1 || order == 0;
     return RValue::of_bool(holds);
   }
 

@@ -47,9 +47,10 @@ class Lexer {
     const std::size_t from = at_;
     const bool hexadecimal = source_.compare(at_, 2, "0x") == 0 || source_.compare(at_, 2, "0X") == 0;
     if (hexadecimal) at_ += 2;
-    while (at_ < source_.size() && (is_digit(source_[at_]) || source_[at_] == '.' || (hexadecimal && std::isxdigit(static_cast<unsigned char>(source_[at_]))) ||
-                                    (!hexadecimal && (source_[at_] == 'e' || source_[at_] == 'E')) ||
-                                    (!hexadecimal && (source_[at_] == '-' || source_[at_] == '+') && (source_[at_ - 1] == 'e' || source_[at_ - 1] == 'E')))) {
+    while (at_ < source_.size() &&
+           (is_digit(source_[at_]) || source_[at_] == '.' || (hexadecimal && std::isxdigit(static_cast<unsigned char>(source_[at_]))) ||
+            (!hexadecimal && (source_[at_] == 'e' || source_[at_] == 'E')) ||
+            (!hexadecimal && (source_[at_] == '-' || source_[at_] == '+') && (source_[at_ - 1] == 'e' || source_[at_ - 1] == 'E')))) {
       ++at_;
     }
     const auto parsed = parse_real(source_.substr(from, at_ - from));
@@ -82,7 +83,8 @@ class Lexer {
       at_ += 2;
       return token;
     }
-    if (std::strchr("+-*/%<>=!()[]{}.,;:", source_[at_]) == nullptr) throw ParseError{std::string("'") + source_[at_] + "' means nothing here"};
+    if (std::strchr("+-*/%<>=!()[]{}.,;:", source_[at_]) == nullptr)
+      throw ParseError{std::string("'") + source_[at_] + "' means nothing here"};
     token.text = source_[at_++];
     return token;
   }
@@ -180,7 +182,8 @@ class Parser {
   NodePtr expression() { return binary(0); }
 
   NodePtr binary(std::size_t level) {
-    static const std::vector<std::vector<std::string>> kLevels = {{"||"}, {"&&"}, {"==", "!="}, {"<", "<=", ">", ">="}, {"+", "-"}, {"*", "/", "%"}};
+    static const std::vector<std::vector<std::string>> kLevels = {{"||"},     {"&&"},         {"==", "!="}, {"<", "<=", ">", ">="},
+                                                                  {"+", "-"}, {"*", "/", "%"}};
     const Depth depth(*this);
     if (level == kLevels.size()) return unary();
     NodePtr left = binary(level + 1);

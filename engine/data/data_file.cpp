@@ -22,9 +22,9 @@ T get(const std::uint8_t* at) {
   return number;
 }
 
-constexpr int kLargestPage = 8192;      // pixels a side: every device has that
-constexpr int kMostAssets = 10000;      // largest index of anything
-constexpr int kLargestRoom = 1 << 20;   // pixels a side
+constexpr int kLargestPage = 8192;     // pixels a side: every device has that
+constexpr int kMostAssets = 10000;     // largest index of anything
+constexpr int kLargestRoom = 1 << 20;  // pixels a side
 
 // Checks what the verifier cannot know. The first thing found wrong is the answer.
 class MeaningCheck {
@@ -76,7 +76,8 @@ class MeaningCheck {
       check(sprite->width() > 0 && sprite->height() > 0, named + " has no size");
       check(sprite->frames()->size() > 0, named + " has no frame");
       check(sprite->left() >= 0 && sprite->top() >= 0 && sprite->right() <= sprite->width() && sprite->bottom() <= sprite->height() &&
-                sprite->left() <= sprite->right() && sprite->top() <= sprite->bottom(), named + " has a mask outside itself");
+                sprite->left() <= sprite->right() && sprite->top() <= sprite->bottom(),
+            named + " has a mask outside itself");
       check(sprite->mask() <= Mask_MAX, named + " has an unknown kind of mask");
       if (sprite->mask() == Mask_Precise) {
         const std::size_t stride = (static_cast<std::size_t>(sprite->right() - sprite->left()) + 7) / 8;
@@ -118,7 +119,8 @@ class MeaningCheck {
       index_of(*room, "room", rooms_);
       const std::string named = "room '" + room->name()->str() + "'";
       check(room->width() > 0 && room->height() > 0 && room->width() <= kLargestRoom && room->height() <= kLargestRoom &&
-                room->view_width() > 0 && room->view_height() > 0, named + " has an impossible size");
+                room->view_width() > 0 && room->view_height() > 0,
+            named + " has an impossible size");
       for (const Layer* layer : *room->layers()) {
         check(has_sprite(layer->sprite()), named + " has a layer with an unknown sprite");
         check(layer->fill() <= Fill_MAX, named + " has a layer with an unknown fill");
@@ -158,7 +160,9 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
     return fail("the data file has version " + std::to_string(version) + ", this program reads version " + std::to_string(kVersion));
   }
   const std::uint64_t expected = get<std::uint64_t>(&bytes[16]), present = bytes.size() - kHeaderBytes;
-  if (present < expected) return fail("the data file is cut off: " + std::to_string(expected - present) + " of " + std::to_string(expected) + " bytes are missing");
+  if (present < expected)
+    return fail("the data file is cut off: " + std::to_string(expected - present) + " of " + std::to_string(expected) +
+                " bytes are missing");
   if (present > expected) return fail("the data file is damaged: " + std::to_string(present - expected) + " bytes too many");
   const std::uint8_t* payload = bytes.data() + kHeaderBytes;
   if (crc32_z(0, payload, present) != get<std::uint32_t>(&bytes[12])) return fail("the data file is damaged: its checksum does not fit");

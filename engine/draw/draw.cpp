@@ -29,7 +29,8 @@ Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file) : gpu_(gpu), file_(file), 
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(page->width()) * static_cast<std::size_t>(page->height()) * 4);
     uLongf size = pixels.size();
     uncompress(pixels.data(), &size, page->pixels()->data(), page->pixels()->size());  // a short page stays transparent
-    pages_.push_back({gpu.create_texture(page->width(), page->height(), pixels.data()), static_cast<double>(page->width()), static_cast<double>(page->height())});
+    pages_.push_back({gpu.create_texture(page->width(), page->height(), pixels.data()), static_cast<double>(page->width()),
+                      static_cast<double>(page->height())});
   }
   for (const data::Sprite* sprite : *file.content->sprites()) {
     if (static_cast<std::size_t>(sprite->index()) >= pictures_.size()) pictures_.resize(static_cast<std::size_t>(sprite->index()) + 1);
@@ -94,7 +95,8 @@ std::uint32_t Draw::packed(std::uint32_t color, double alpha) const {
 }
 
 const Draw::Picture* Draw::find_picture(std::int32_t sprite, double frame) const {
-  if (sprite < 0 || static_cast<std::size_t>(sprite) >= pictures_.size() || pictures_[static_cast<std::size_t>(sprite)].empty()) return nullptr;
+  if (sprite < 0 || static_cast<std::size_t>(sprite) >= pictures_.size() || pictures_[static_cast<std::size_t>(sprite)].empty())
+    return nullptr;
   const std::vector<Picture>& frames = pictures_[static_cast<std::size_t>(sprite)];
   const double count = static_cast<double>(frames.size());
   if (!(std::fabs(frame) < 1e9)) frame = 0;
@@ -105,7 +107,11 @@ const Draw::Picture* Draw::find_picture(std::int32_t sprite, double frame) const
 void Draw::quad(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha) {
   const std::uint32_t tint = packed(color, alpha);
   const auto vertex = [&](const Corner& corner, double u, double v) {
-    return gpu::Vertex{static_cast<float>(corner.x), static_cast<float>(corner.y), static_cast<float>(u), static_cast<float>(v), tint,
+    return gpu::Vertex{static_cast<float>(corner.x),
+                       static_cast<float>(corner.y),
+                       static_cast<float>(u),
+                       static_cast<float>(v),
+                       tint,
                        static_cast<float>(picture.is_field ? gpu::Paint::kField : gpu::Paint::kTexture)};
   };
   const gpu::Vertex one = vertex(corners[0], picture.u1, picture.v1), two = vertex(corners[1], picture.u2, picture.v1);
@@ -146,7 +152,8 @@ void Draw::sprite_part(std::int32_t index, double frame, double left, double top
   quad(part, {to_target(from_x, from_y), to_target(to_x, from_y), to_target(to_x, to_y), to_target(from_x, to_y)}, at.color, at.alpha);
 }
 
-void Draw::sprite_stretched(std::int32_t index, double frame, double x, double y, double width, double height, std::uint32_t color, double alpha) {
+void Draw::sprite_stretched(std::int32_t index, double frame, double x, double y, double width, double height, std::uint32_t color,
+                            double alpha) {
   const SpriteInfo* info = find_sprite(index);
   if (info == nullptr || info->width <= 0 || info->height <= 0) return;
   sprite_part(index, frame, 0, 0, info->width, info->height, {x, y, width / info->width, height / info->height, 0, color, alpha});
@@ -160,7 +167,8 @@ void Draw::background(std::int32_t index, BackgroundFill fill, std::uint32_t col
     sprite_stretched(index, 0, 0, 0, room_width, room_height, color, 1);
     return;
   }
-  const double left = std::max(0.0, std::floor(view_left_ / info->width) * info->width), top = std::max(0.0, std::floor(view_top_ / info->height) * info->height);
+  const double left = std::max(0.0, std::floor(view_left_ / info->width) * info->width),
+               top = std::max(0.0, std::floor(view_top_ / info->height) * info->height);
   for (double y = top; y < std::min(view_bottom_, room_height); y += info->height) {
     const bool edge_row = y == 0 || y + info->height >= room_height;
     for (double x = left; x < std::min(view_right_, room_width); x += info->width) {

@@ -20,11 +20,11 @@ enum class VerticalAlign : std::uint8_t { kTop, kMiddle, kBottom };
 struct DrawState {
   std::uint32_t color = 0xFFFFFF;  // blue, green, red from the high byte down
   double alpha = 1;
-  std::int32_t font = -1;          // -1: the first font of the data file
+  std::int32_t font = -1;  // -1: the first font of the data file
   HorizontalAlign horizontal = HorizontalAlign::kLeft;
   VerticalAlign vertical = VerticalAlign::kTop;
   gpu::Blend blend = gpu::Blend::kNormal;
-  int circle_precision = 0;        // sides; 0: by size
+  int circle_precision = 0;  // sides; 0: by size
 };
 
 // Where a picture goes. Scales and angle turn around its origin; the angle is counter-clockwise, degrees.
@@ -53,7 +53,8 @@ class Draw {
   void sprite(std::int32_t sprite, double frame, const Placement& at);
   // A piece of the sprite, in sprite pixels from its top left corner, put at a place without an origin.
   void sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, const Placement& at);
-  void sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height, std::uint32_t color, double alpha);
+  void sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height, std::uint32_t color,
+                        double alpha);
   // Covers the room as the fill says; only what is in view is drawn.
   void background(std::int32_t sprite, BackgroundFill fill, std::uint32_t color);
   void triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline);

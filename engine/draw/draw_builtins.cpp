@@ -48,27 +48,31 @@ void set_circle_precision(std::int32_t sides) { state().circle_precision = std::
 void draw_instance(const CInstance& instance) {
   if (service == nullptr) return;
   service->sprite(saturate_int32(instance.sprite_index), instance.image_index,
-                  {instance.x, instance.y, instance.image_xscale, instance.image_yscale, instance.image_angle, colour_of(instance.image_blend), instance.image_alpha});
+                  {instance.x, instance.y, instance.image_xscale, instance.image_yscale, instance.image_angle,
+                   colour_of(instance.image_blend), instance.image_alpha});
 }
 void draw_self(SelfInstance self) { draw_instance(*self.instance); }
 void draw_sprite(std::int32_t sprite, double frame, double x, double y) {
   if (require_sprite(sprite) && service != nullptr) service->sprite(sprite, frame, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
 }
-void draw_sprite_ext(std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle, double colour, double alpha) {
+void draw_sprite_ext(std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle, double colour,
+                     double alpha) {
   if (require_sprite(sprite) && service != nullptr) service->sprite(sprite, frame, {x, y, xscale, yscale, angle, colour_of(colour), alpha});
 }
 void draw_sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y) {
-  if (require_sprite(sprite) && service != nullptr) service->sprite_part(sprite, frame, left, top, width, height, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
+  if (require_sprite(sprite) && service != nullptr)
+    service->sprite_part(sprite, frame, left, top, width, height, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
 }
-void draw_sprite_part_ext(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y, double xscale,
-                          double yscale, double colour, double alpha) {
+void draw_sprite_part_ext(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y,
+                          double xscale, double yscale, double colour, double alpha) {
   if (!require_sprite(sprite) || service == nullptr) return;
   service->sprite_part(sprite, frame, left, top, width, height, {x, y, xscale, yscale, 0, colour_of(colour), alpha});
 }
 void draw_sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height) {
   if (require_sprite(sprite) && service != nullptr) service->sprite_stretched(sprite, frame, x, y, width, height, 0xFFFFFF, state().alpha);
 }
-void draw_sprite_stretched_ext(std::int32_t sprite, double frame, double x, double y, double width, double height, double colour, double alpha) {
+void draw_sprite_stretched_ext(std::int32_t sprite, double frame, double x, double y, double width, double height, double colour,
+                               double alpha) {
   if (require_sprite(sprite) && service != nullptr) service->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
 }
 
@@ -83,14 +87,19 @@ void draw_rectangle(double x1, double y1, double x2, double y2, bool outline) {
 void draw_circle_colour(double x, double y, double radius, double inner, double outer, bool outline) {
   if (service != nullptr) service->ellipse(x, y, radius, radius, colour_of(inner), colour_of(outer), outline);
 }
-void draw_circle(double x, double y, double radius, bool outline) { draw_circle_colour(x, y, radius, state().color, state().color, outline); }
+void draw_circle(double x, double y, double radius, bool outline) {
+  draw_circle_colour(x, y, radius, state().color, state().color, outline);
+}
 void draw_ellipse(double x1, double y1, double x2, double y2, bool outline) {
-  if (service != nullptr) service->ellipse((x1 + x2) / 2, (y1 + y2) / 2, (x2 - x1) / 2, (y2 - y1) / 2, state().color, state().color, outline);
+  if (service != nullptr)
+    service->ellipse((x1 + x2) / 2, (y1 + y2) / 2, (x2 - x1) / 2, (y2 - y1) / 2, state().color, state().color, outline);
 }
 void draw_line_width_colour(double x1, double y1, double x2, double y2, double width, double from, double to) {
   if (service != nullptr) service->line(x1, y1, x2, y2, width, colour_of(from), colour_of(to));
 }
-void draw_line_width(double x1, double y1, double x2, double y2, double width) { draw_line_width_colour(x1, y1, x2, y2, width, state().color, state().color); }
+void draw_line_width(double x1, double y1, double x2, double y2, double width) {
+  draw_line_width_colour(x1, y1, x2, y2, width, state().color, state().color);
+}
 void draw_line(double x1, double y1, double x2, double y2) { draw_line_width(x1, y1, x2, y2, 1); }
 void draw_point(double x, double y) { draw_rectangle(x, y, x + 1, y + 1, false); }
 void draw_triangle(double x1, double y1, double x2, double y2, double x3, double y3, bool outline) {
@@ -104,7 +113,9 @@ void text(double x, double y, const RValue& value, double separation, double wra
   if (service != nullptr) service->text(x, y, shown, xscale, yscale, angle, separation, wrap);
 }
 void draw_text(double x, double y, const RValue& value) { text(x, y, value, -1, 0, 1, 1, 0); }
-void draw_text_ext(double x, double y, const RValue& value, double separation, double wrap) { text(x, y, value, separation, wrap, 1, 1, 0); }
+void draw_text_ext(double x, double y, const RValue& value, double separation, double wrap) {
+  text(x, y, value, separation, wrap, 1, 1, 0);
+}
 void draw_text_transformed(double x, double y, const RValue& value, double xscale, double yscale, double angle) {
   text(x, y, value, -1, 0, xscale, yscale, angle);
 }
@@ -119,19 +130,43 @@ double string_width(const RValue& value) { return service != nullptr ? service->
 double string_height(const RValue& value) { return service != nullptr ? service->measure(to_text(value)).height : 0; }
 
 const BuiltinEntry kEntries[] = {
-    {"draw_set_colour", builtin<set_colour>}, {"draw_set_color", builtin<set_colour>}, {"draw_get_colour", builtin<get_colour>},
-    {"draw_set_alpha", builtin<set_alpha>}, {"draw_get_alpha", builtin<get_alpha>}, {"draw_set_font", builtin<set_font>},
-    {"draw_get_font", builtin<get_font>}, {"draw_set_halign", builtin<set_halign>}, {"draw_set_valign", builtin<set_valign>},
-    {"draw_get_halign", builtin<get_halign>}, {"draw_get_valign", builtin<get_valign>}, {"gpu_set_blendmode", builtin<set_blendmode>},
-    {"draw_set_circle_precision", builtin<set_circle_precision>}, {"draw_self", builtin<draw_self>}, {"draw_sprite", builtin<draw_sprite>},
-    {"draw_sprite_ext", builtin<draw_sprite_ext>}, {"draw_sprite_part", builtin<draw_sprite_part>}, {"draw_sprite_part_ext", builtin<draw_sprite_part_ext>},
-    {"draw_sprite_stretched", builtin<draw_sprite_stretched>}, {"draw_sprite_stretched_ext", builtin<draw_sprite_stretched_ext>},
-    {"draw_rectangle", builtin<draw_rectangle>}, {"draw_rectangle_colour", builtin<rectangle>}, {"draw_circle", builtin<draw_circle>},
-    {"draw_circle_colour", builtin<draw_circle_colour>}, {"draw_circle_color", builtin<draw_circle_colour>}, {"draw_ellipse", builtin<draw_ellipse>},
-    {"draw_line", builtin<draw_line>}, {"draw_line_width", builtin<draw_line_width>}, {"draw_line_width_colour", builtin<draw_line_width_colour>},
-    {"draw_point", builtin<draw_point>}, {"draw_triangle", builtin<draw_triangle>}, {"draw_text", builtin<draw_text>},
-    {"draw_text_ext", builtin<draw_text_ext>}, {"draw_text_transformed", builtin<draw_text_transformed>}, {"draw_text_colour", builtin<draw_text_colour>},
-    {"string_width", builtin<string_width>}, {"string_height", builtin<string_height>},
+    {"draw_set_colour", builtin<set_colour>},
+    {"draw_set_color", builtin<set_colour>},
+    {"draw_get_colour", builtin<get_colour>},
+    {"draw_set_alpha", builtin<set_alpha>},
+    {"draw_get_alpha", builtin<get_alpha>},
+    {"draw_set_font", builtin<set_font>},
+    {"draw_get_font", builtin<get_font>},
+    {"draw_set_halign", builtin<set_halign>},
+    {"draw_set_valign", builtin<set_valign>},
+    {"draw_get_halign", builtin<get_halign>},
+    {"draw_get_valign", builtin<get_valign>},
+    {"gpu_set_blendmode", builtin<set_blendmode>},
+    {"draw_set_circle_precision", builtin<set_circle_precision>},
+    {"draw_self", builtin<draw_self>},
+    {"draw_sprite", builtin<draw_sprite>},
+    {"draw_sprite_ext", builtin<draw_sprite_ext>},
+    {"draw_sprite_part", builtin<draw_sprite_part>},
+    {"draw_sprite_part_ext", builtin<draw_sprite_part_ext>},
+    {"draw_sprite_stretched", builtin<draw_sprite_stretched>},
+    {"draw_sprite_stretched_ext", builtin<draw_sprite_stretched_ext>},
+    {"draw_rectangle", builtin<draw_rectangle>},
+    {"draw_rectangle_colour", builtin<rectangle>},
+    {"draw_circle", builtin<draw_circle>},
+    {"draw_circle_colour", builtin<draw_circle_colour>},
+    {"draw_circle_color", builtin<draw_circle_colour>},
+    {"draw_ellipse", builtin<draw_ellipse>},
+    {"draw_line", builtin<draw_line>},
+    {"draw_line_width", builtin<draw_line_width>},
+    {"draw_line_width_colour", builtin<draw_line_width_colour>},
+    {"draw_point", builtin<draw_point>},
+    {"draw_triangle", builtin<draw_triangle>},
+    {"draw_text", builtin<draw_text>},
+    {"draw_text_ext", builtin<draw_text_ext>},
+    {"draw_text_transformed", builtin<draw_text_transformed>},
+    {"draw_text_colour", builtin<draw_text_colour>},
+    {"string_width", builtin<string_width>},
+    {"string_height", builtin<string_height>},
 };
 const BuiltinTable table(kEntries);
 

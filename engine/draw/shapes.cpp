@@ -10,8 +10,8 @@ namespace arena::draw {
 void Draw::solid_triangle(const Corner (&corners)[3], const std::uint32_t (&colors)[3]) {
   gpu::Vertex vertices[3];
   for (int i = 0; i < 3; ++i) {
-    vertices[i] = {static_cast<float>(corners[i].x), static_cast<float>(corners[i].y), 0, 0, packed(colors[i], state.alpha),
-                   static_cast<float>(gpu::Paint::kSolid)};
+    vertices[i] = {static_cast<float>(corners[i].x), static_cast<float>(corners[i].y),      0, 0,
+                   packed(colors[i], state.alpha),   static_cast<float>(gpu::Paint::kSolid)};
   }
   gpu_.draw({{}, state.blend, 1}, vertices, 3);
 }
@@ -40,7 +40,8 @@ void Draw::ellipse(double x, double y, double radius_x, double radius_y, std::ui
   const double zoom = elementary::sqrt(std::fabs(a_ * d_ - b_ * c_));
   const double pixels = std::max(std::fabs(radius_x), std::fabs(radius_y)) * zoom;
   // Enough sides that a chord stays within a quarter of a pixel of the arc.
-  const int sides = state.circle_precision > 0 ? state.circle_precision : std::clamp(static_cast<int>(4.5 * elementary::sqrt(pixels)), 12, 128);
+  const int sides =
+      state.circle_precision > 0 ? state.circle_precision : std::clamp(static_cast<int>(4.5 * elementary::sqrt(pixels)), 12, 128);
   const auto on_rim = [&](int side) {
     const double angle = 2 * elementary::kPi * side / sides;
     return Corner{x + elementary::cos(angle) * radius_x, y + elementary::sin(angle) * radius_y};

@@ -37,7 +37,8 @@ void end_frame() {
   service->end_frame();
 }
 void draw_background(const Layer& layer) {
-  if (draw::draw_service() != nullptr) draw::draw_service()->background(layer.background_sprite, layer.background_fill, layer.background_color);
+  if (draw::draw_service() != nullptr)
+    draw::draw_service()->background(layer.background_sprite, layer.background_fill, layer.background_color);
 }
 
 void before_handler(const CInstance&, EventKey key) {
@@ -58,7 +59,8 @@ void load_clips(const data::File& content) {
   clips.clear();
   for (const data::Sound* sound : *content.sounds()) {
     if (static_cast<std::size_t>(sound->index()) >= clips.size()) clips.resize(static_cast<std::size_t>(sound->index()) + 1);
-    clips[static_cast<std::size_t>(sound->index())] = {sound->name()->str(), sound->rate(), {sound->samples()->begin(), sound->samples()->end()}};
+    clips[static_cast<std::size_t>(sound->index())] = {
+        sound->name()->str(), sound->rate(), {sound->samples()->begin(), sound->samples()->end()}};
   }
 }
 

@@ -15,10 +15,10 @@ namespace arena::host {
 
 struct GameOptions {
   std::unique_ptr<data::DataFile> data;
-  std::unique_ptr<gpu::Backend> backend;           // null: the recorder
-  std::unique_ptr<audio::Device> audio_device;     // null: silence
-  std::string room;                                // "": the first room of the data
-  std::vector<ObjectDefinition> extra_objects;     // object types behind those of the data: probes of tests
+  std::unique_ptr<gpu::Backend> backend;        // null: the recorder
+  std::unique_ptr<audio::Device> audio_device;  // null: silence
+  std::string room;                             // "": the first room of the data
+  std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
   std::uint64_t seed = 0;
 };

@@ -43,7 +43,9 @@ int key_code(SDL_Keycode key) {
   }
 }
 
-int button_number(std::uint8_t button) { return button == SDL_BUTTON_LEFT ? 1 : button == SDL_BUTTON_RIGHT ? 2 : button == SDL_BUTTON_MIDDLE ? 3 : 0; }
+int button_number(std::uint8_t button) {
+  return button == SDL_BUTTON_LEFT ? 1 : button == SDL_BUTTON_RIGHT ? 2 : button == SDL_BUTTON_MIDDLE ? 3 : 0;
+}
 
 void push_size(int width, int height) {
   InputEvent event;
@@ -69,7 +71,8 @@ class SdlWindow final : public Window {
   }
 
   std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override {
-    return gpu::create_gl33(&SDL_GL_GetProcAddress, [](void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }, window_, problem);
+    return gpu::create_gl33(
+        &SDL_GL_GetProcAddress, [](void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }, window_, problem);
   }
 
   void drawable_size(int& width, int& height) const override { SDL_GL_GetDrawableSize(window_, &width, &height); }
@@ -162,8 +165,10 @@ std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& p
   SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
   SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
   SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-  const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | (options.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
-  SDL_Window* window = SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, options.width, options.height, flags);
+  const Uint32 flags =
+      SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | (options.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+  SDL_Window* window =
+      SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, options.width, options.height, flags);
   SDL_GLContext context = window != nullptr ? SDL_GL_CreateContext(window) : nullptr;
   if (context == nullptr) {
     problem = std::string("no window with OpenGL 3.3 can be opened: ") + SDL_GetError();

@@ -21,15 +21,31 @@ struct Statistic {
 };
 // Every statistic that a shot uses, with the base it starts from.
 const Statistic kStatistics[] = {
-    {bullet_damage, base_damage},         {bullet_speed, base_speed},         {fire_rate, base_fire_rate},
-    {bullet_spread, base_spread},         {bullet_type, base_bullet_type},    {knockback, base_knockback},
-    {grenade_lifetime, base_grenade_lifetime}, {explosion_radius, base_explosion_radius}, {explosion_damage, base_explosion_damage},
-    {bullet_count, base_bullet_count},    {multishot_angle, base_multishot_angle},
+    {bullet_damage, base_damage},
+    {bullet_speed, base_speed},
+    {fire_rate, base_fire_rate},
+    {bullet_spread, base_spread},
+    {bullet_type, base_bullet_type},
+    {knockback, base_knockback},
+    {grenade_lifetime, base_grenade_lifetime},
+    {explosion_radius, base_explosion_radius},
+    {explosion_damage, base_explosion_damage},
+    {bullet_count, base_bullet_count},
+    {multishot_angle, base_multishot_angle},
 };
 // What a definition hands over; a gun's base_knockback is its own.
-const Variable* const kDefinitionFields[] = {&rarity, &base_damage, &base_speed, &base_fire_rate, &base_spread, &base_bullet_type,
-                                             &base_bullet_count, &base_multishot_angle, &base_grenade_lifetime, &base_explosion_radius,
-                                             &base_explosion_damage, &max_slots};
+const Variable* const kDefinitionFields[] = {&rarity,
+                                             &base_damage,
+                                             &base_speed,
+                                             &base_fire_rate,
+                                             &base_spread,
+                                             &base_bullet_type,
+                                             &base_bullet_count,
+                                             &base_multishot_angle,
+                                             &base_grenade_lifetime,
+                                             &base_explosion_radius,
+                                             &base_explosion_damage,
+                                             &max_slots};
 
 bool has(const Value& stats, const Variable& field) { return variable_struct_exists(stats, field.text); }
 
@@ -90,13 +106,24 @@ METHOD(oGun, getStats) {
   const auto text_or = [&](const Variable& field, const Value& otherwise) {
     return Real(variable_instance_exists(self, field.text)) > 0.5 ? Value(self[field]) : otherwise;
   };
-  return struct_of({{name, text_or(name, "")}, {description, text_or(description, "")}, {icon, text_or(icon, -1)},
-                    {rarity, self[rarity]}, {base_damage, self[base_damage]}, {base_speed, self[base_speed]},
-                    {base_fire_rate, self[base_fire_rate]}, {base_spread, self[base_spread]}, {base_bullet_type, self[base_bullet_type]},
-                    {base_bullet_count, self[base_bullet_count]}, {base_multishot_angle, self[base_multishot_angle]},
-                    {base_grenade_lifetime, self[base_grenade_lifetime]}, {base_explosion_radius, self[base_explosion_radius]},
-                    {base_explosion_damage, self[base_explosion_damage]}, {faction, self[faction]}, {friendly_fire, self[friendly_fire]},
-                    {max_slots, self[max_slots]}, {modifiers, carried}});
+  return struct_of({{name, text_or(name, "")},
+                    {description, text_or(description, "")},
+                    {icon, text_or(icon, -1)},
+                    {rarity, self[rarity]},
+                    {base_damage, self[base_damage]},
+                    {base_speed, self[base_speed]},
+                    {base_fire_rate, self[base_fire_rate]},
+                    {base_spread, self[base_spread]},
+                    {base_bullet_type, self[base_bullet_type]},
+                    {base_bullet_count, self[base_bullet_count]},
+                    {base_multishot_angle, self[base_multishot_angle]},
+                    {base_grenade_lifetime, self[base_grenade_lifetime]},
+                    {base_explosion_radius, self[base_explosion_radius]},
+                    {base_explosion_damage, self[base_explosion_damage]},
+                    {faction, self[faction]},
+                    {friendly_fire, self[friendly_fire]},
+                    {max_slots, self[max_slots]},
+                    {modifiers, carried}});
 }
 
 METHOD(oGun, setStats, Value stats) {

@@ -22,11 +22,11 @@ const Builtin ds_list_find_value{"ds_list_find_value"};
 
 constexpr int kKeyShift = 16, kKeyA = 65, kKeyD = 68, kKeyE = 69, kKeyQ = 81, kKeyS = 83, kKeyW = 87;
 constexpr int kMouseLeft = 1;
-constexpr Real kThrowAhead = 64;   // pixels in front of the player where a dropped gun appears
-constexpr Real kReach = 128;       // pixels within which E looks for pickups
-constexpr Real kDashShield = 4;    // a dash protects for so many times its own length
-constexpr Real kBobRate = 10;      // radians/s
-constexpr Real kBobHeight = 4;     // pixels
+constexpr Real kThrowAhead = 64;  // pixels in front of the player where a dropped gun appears
+constexpr Real kReach = 128;      // pixels within which E looks for pickups
+constexpr Real kDashShield = 4;   // a dash protects for so many times its own length
+constexpr Real kBobRate = 10;     // radians/s
+constexpr Real kBobHeight = 4;    // pixels
 
 bool interface_is_busy() {
   if (!variable_global_exists("game_ui")) return false;

@@ -9,8 +9,8 @@ const Variable pickup_hint{"pickup_hint"}, pickup_range{"pickup_range"}, is_high
 const Variable bob_speed{"bob_speed"}, bob_height{"bob_height"}, rotation_speed{"rotation_speed"};
 const Builtin draw_circle_color{"draw_circle_color"};
 
-constexpr Real kDiscRadius = 20, kHaloRadius = 24;  // pixels
-constexpr Real kHintHeight = 30;                    // pixels above the pickup
+constexpr Real kDiscRadius = 20, kHaloRadius = 24;                                       // pixels
+constexpr Real kHintHeight = 30;                                                         // pixels above the pickup
 constexpr int kRarityColours[] = {11842740, 65310, 14512128, 15611299, 33023, 4210943};  // rarity 1 to 6
 constexpr int kGrey = 8421504;
 
@@ -81,8 +81,7 @@ EVENT(oPickup, Create_0) {
 }
 
 EVENT(oPickup, Step_0) {
-  self[is_highlighted] =
-      instance_exists(oPlayer) && point_distance(self[x], self[y], oPlayer[x], oPlayer[y]) <= self[pickup_range];
+  self[is_highlighted] = instance_exists(oPlayer) && point_distance(self[x], self[y], oPlayer[x], oPlayer[y]) <= self[pickup_range];
 }
 
 EVENT(oPickup, Draw_0) {

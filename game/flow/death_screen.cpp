@@ -20,6 +20,4 @@ EVENT(oDeathScreen, Step_0) {
   if (keyboard_check_pressed(kKeySpace)) game_restart();
 }
 
-EVENT(oDeathScreen, Draw_64) {
-  draw_text_transformed(display_get_gui_width() / 2, display_get_gui_height() / 2, self[text], 2, 2, 0);
-}
+EVENT(oDeathScreen, Draw_64) { draw_text_transformed(display_get_gui_width() / 2, display_get_gui_height() / 2, self[text], 2, 2, 0); }

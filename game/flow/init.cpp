@@ -24,8 +24,8 @@ struct WeaponRow {
   int level;
   Real shot_damage, shot_speed, shot_interval, shot_spread;
   int slots;
-  const char* kind;          // the modifier in the first slot
-  bool is_shotgun;           // two bullets in a fan of 12 degrees, Multishot in the second slot
+  const char* kind;  // the modifier in the first slot
+  bool is_shotgun;   // two bullets in a fan of 12 degrees, Multishot in the second slot
   const char* text;
 };
 
@@ -42,7 +42,8 @@ constexpr WeaponRow kWeapons[] = {
     {"heavy_repeater", "Heavy Repeater", 4, 22, 5000, 0.15, 8, 5, "beam", false, "Devastating rapid-fire heavy weapon."},
     {"plasma_rifle", "Plasma Rifle", 4, 30, 6000, 0.25, 4, 5, "beam", false, "Advanced energy weapon system."},
     {"tactical_launcher", "Tactical Launcher", 4, 40, 7000, 1.2, 5, 5, "grenade", false, "Precision grenade delivery system."},
-    {"experimental_prototype", "Experimental Prototype", 5, 35, 5500, 0.18, 6, 6, "projectile", false, "Unstable but powerful prototype weapon."},
+    {"experimental_prototype", "Experimental Prototype", 5, 35, 5500, 0.18, 6, 6, "projectile", false,
+     "Unstable but powerful prototype weapon."},
     {"omega_cannon", "Omega Cannon", 5, 45, 7000, 0.22, 3, 6, "grenade", false, "The pinnacle of weapons engineering."},
     {"singularity_driver", "Singularity Driver", 5, 50, 6500, 0.3, 2, 6, "grenade", false, "Weapon that harnesses gravitational forces."},
 };
@@ -54,9 +55,15 @@ Value build_modifiers() {
       {"rapid", "Rapid Fire", "passive", {{fire_rate_mult, 0.7}, {description, "+30% fire rate"}}},
       {"accuracy", "Accuracy", "passive", {{spread_add, -3}, {description, "Better accuracy"}}},
       {"beam", "Beam", "active", {{bullet_type_override, kBeam}, {description, "Shoot laser beam"}}},
-      {"projectile", "Projectile", "active", {{icon, sprModProjectile}, {bullet_type_override, kProjectile}, {description, "Shoot projectiles"}}},
+      {"projectile",
+       "Projectile",
+       "active",
+       {{icon, sprModProjectile}, {bullet_type_override, kProjectile}, {description, "Shoot projectiles"}}},
       {"grenade", "Grenade", "active", {{icon, sprModGrenade}, {bullet_type_override, kGrenade}, {description, "Explosive grenades"}}},
-      {"multishot", "Multishot", "passive", {{icon, sprModMultishot}, {multishot_add, 1}, {multishot_angle, 10}, {description, "+1 bullet per shot"}}},
+      {"multishot",
+       "Multishot",
+       "passive",
+       {{icon, sprModMultishot}, {multishot_add, 1}, {multishot_angle, 10}, {description, "+1 bullet per shot"}}},
       {"knockback", "Knockback", "passive", {{knockback_force, 200}, {description, "Pushes enemies back"}}},
       {"heavy_hit", "Heavy Hit", "passive", {{knockback_force, 600}, {damage_mult, 0.8}, {description, "Strong knockback, -20% damage"}}},
   };
@@ -71,8 +78,12 @@ Value build_weapons() {
     Value slots = array_create(row.slots, noone);
     slots[0] = variable_struct_get(parts, row.kind);
     if (row.is_shotgun) slots[1] = variable_struct_get(parts, "multishot");
-    const Value stats = struct_of({{rarity, row.level}, {description, row.text}, {base_damage, row.shot_damage}, {base_speed, row.shot_speed},
-                                   {base_fire_rate, row.shot_interval}, {base_spread, row.shot_spread}});
+    const Value stats = struct_of({{rarity, row.level},
+                                   {description, row.text},
+                                   {base_damage, row.shot_damage},
+                                   {base_speed, row.shot_speed},
+                                   {base_fire_rate, row.shot_interval},
+                                   {base_spread, row.shot_spread}});
     if (row.is_shotgun) {
       stats[base_bullet_count] = 2;
       stats[base_multishot_angle] = 12;

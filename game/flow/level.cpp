@@ -7,13 +7,13 @@ namespace arena::game {
 extern const Script<void(Real at_x, Real at_y, Value object)> spawnMob;
 namespace {
 const Variable spawn_timer{"spawn_timer"}, spawn_interval{"spawn_interval"}, pistol{"pistol"};
-constexpr Real kFirstSpawn = 2;         // seconds of peace
-constexpr Real kSlowest = 1.2;          // seconds between two enemies at first
-constexpr Real kFastest = 0.25;         // and in the end
-constexpr Real kHastening = 0.985;      // each interval is so much of the one before: the end is reached after some 100 enemies
-constexpr Real kSpawnDistance = 900;    // pixels from the player: just outside the view
+constexpr Real kFirstSpawn = 2;       // seconds of peace
+constexpr Real kSlowest = 1.2;        // seconds between two enemies at first
+constexpr Real kFastest = 0.25;       // and in the end
+constexpr Real kHastening = 0.985;    // each interval is so much of the one before: the end is reached after some 100 enemies
+constexpr Real kSpawnDistance = 900;  // pixels from the player: just outside the view
 constexpr Real kMostEnemies = 150;
-constexpr Real kEdge = 80;              // pixels from the border that enemies keep when they appear
+constexpr Real kEdge = 80;  // pixels from the border that enemies keep when they appear
 }  // namespace
 }  // namespace arena::game
 

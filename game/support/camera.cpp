@@ -27,8 +27,8 @@ const Builtin camera_set_view_pos{"camera_set_view_pos"}, camera_set_view_size{"
 const Builtin camera_set_view_angle{"camera_set_view_angle"}, camera_get_view_width{"camera_get_view_width"};
 const Builtin camera_get_view_height{"camera_get_view_height"}, view_get_camera{"view_get_camera"};
 
-constexpr Real kZoomStep = 0.1;            // of zoomIn and zoomOut: ten steps from normal to double
-constexpr Real kDebugLine = 0x00FFFF;      // yellow
+constexpr Real kZoomStep = 0.1;        // of zoomIn and zoomOut: ten steps from normal to double
+constexpr Real kDebugLine = 0x00FFFF;  // yellow
 
 // The corners of the view around the centre.
 void place_rectangle(ObjectSelf self) {

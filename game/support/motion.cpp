@@ -42,9 +42,7 @@ SCRIPT(Wave, Real from, Real to, Real duration, Real offset) {
   return from + half + half * sin(kFullTurn * (current_time * 0.001 + duration * offset) / duration);
 }
 
-SCRIPT(Range, Real value, Real min1, Real max1, Real min2, Real max2) {
-  return (value - min1) / (max1 - min1) * (max2 - min2) + min2;
-}
+SCRIPT(Range, Real value, Real min1, Real max1, Real min2, Real max2) { return (value - min1) / (max1 - min1) * (max2 - min2) + min2; }
 
 SCRIPT(StringZeroes, Value value, Real length) {
   const Value text = string(value);

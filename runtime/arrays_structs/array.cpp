@@ -32,7 +32,8 @@ void free_elements(ArrayRecord& array) {
 void move_elements(ArrayRecord& array, std::int32_t capacity) {
   RValue* moved = static_cast<RValue*>(allocate_block(static_cast<std::size_t>(capacity) * sizeof(RValue)));
   if (array.elements != nullptr) {
-    std::memcpy(static_cast<void*>(moved), static_cast<const void*>(array.elements), static_cast<std::size_t>(array.length) * sizeof(RValue));
+    std::memcpy(static_cast<void*>(moved), static_cast<const void*>(array.elements),
+                static_cast<std::size_t>(array.length) * sizeof(RValue));
     free_elements(array);
   }
   array.elements = moved;
@@ -78,8 +79,7 @@ void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
 
 }  // namespace
 
-GCArrayThing::GCArrayThing(std::int64_t token)
-    : WBObjectBase(ObjectKind::kArray), record{this, nullptr, token, 0, 0, 0, 0, 0} {
+GCArrayThing::GCArrayThing(std::int64_t token) : WBObjectBase(ObjectKind::kArray), record{this, nullptr, token, 0, 0, 0, 0, 0} {
   if (kStressBuild) return;
   record.elements = inline_elements();
   record.capacity = kInlineCapacity;

@@ -16,10 +16,10 @@ inline constexpr std::uint8_t kArrayGrowsGeometrically = 2;
 inline constexpr std::int32_t kLongestArray = 1 << 28;  // elements
 
 struct ArrayRecord {
-  WBObjectBase* owner;        // the collector object that carries this record
+  WBObjectBase* owner;  // the collector object that carries this record
   RValue* elements;
-  std::int64_t owner_token;   // 0: nobody's
-  std::int32_t count;         // values that refer to this array
+  std::int64_t owner_token;  // 0: nobody's
+  std::int32_t count;        // values that refer to this array
   std::int32_t length;
   std::int32_t capacity;
   std::uint32_t release_mark : 24;  // the collector's mark counter when first counted or released; 0: none yet
@@ -70,8 +70,8 @@ inline void count_array_reference(ArrayRecord* array) {
   ++array->count;
   if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
 }
-// Releasing frees nothing: the collector reclaims arrays. But the scratch arrays of a frame, thousands of them, never get as far: one that no
-// value refers to and nothing knows is put aside, and the next new array takes its place, still warm in the cache.
+// Releasing frees nothing: the collector reclaims arrays. But the scratch arrays of a frame, thousands of them, never get as far: one that
+// no value refers to and nothing knows is put aside, and the next new array takes its place, still warm in the cache.
 void put_aside_for_reuse(GCArrayThing* thing);
 inline bool arrays_are_reused = !kStressBuild;
 inline void discount_array_reference(ArrayRecord* array) {

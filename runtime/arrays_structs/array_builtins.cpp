@@ -151,13 +151,26 @@ RValue array_filter(const CallContext& call, ReadArray source, Callable function
 }
 
 const BuiltinEntry kEntries[] = {
-    {"array_length", builtin<length_of>}, {"array_create", builtin<array_create>}, {"array_push", builtin<array_push>},
-    {"array_pop", builtin<array_pop>}, {"array_insert", builtin<array_insert>}, {"array_delete", builtin<array_delete>},
-    {"array_resize", builtin<array_resize>}, {"array_get", builtin<array_get>}, {"array_set", builtin<array_set>},
-    {"array_concat", builtin<array_concat>}, {"array_copy", builtin<array_copy_between>}, {"array_equals", builtin<array_equals>},
-    {"array_get_index", builtin<array_get_index>}, {"array_contains", builtin<array_contains>}, {"array_reverse", builtin<array_reverse>},
-    {"array_shuffle", builtin<array_shuffle>}, {"array_sort", builtin<array_sort>}, {"array_foreach", builtin<array_foreach>},
-    {"array_map", builtin<array_map>}, {"array_filter", builtin<array_filter>},
+    {"array_length", builtin<length_of>},
+    {"array_create", builtin<array_create>},
+    {"array_push", builtin<array_push>},
+    {"array_pop", builtin<array_pop>},
+    {"array_insert", builtin<array_insert>},
+    {"array_delete", builtin<array_delete>},
+    {"array_resize", builtin<array_resize>},
+    {"array_get", builtin<array_get>},
+    {"array_set", builtin<array_set>},
+    {"array_concat", builtin<array_concat>},
+    {"array_copy", builtin<array_copy_between>},
+    {"array_equals", builtin<array_equals>},
+    {"array_get_index", builtin<array_get_index>},
+    {"array_contains", builtin<array_contains>},
+    {"array_reverse", builtin<array_reverse>},
+    {"array_shuffle", builtin<array_shuffle>},
+    {"array_sort", builtin<array_sort>},
+    {"array_foreach", builtin<array_foreach>},
+    {"array_map", builtin<array_map>},
+    {"array_filter", builtin<array_filter>},
 };
 const BuiltinTable table(kEntries);
 

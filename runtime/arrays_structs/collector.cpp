@@ -15,13 +15,13 @@
 namespace arena {
 namespace {
 
-constexpr std::size_t kYoungLimit = 512;       // objects: fewer are left for the next safe point
-constexpr std::size_t kMarkBudget = 2000;      // old objects traced in one slice
-constexpr std::size_t kSweepBudget = 4000;     // old objects looked at in one slice
-constexpr std::size_t kOldGrowth = 4096;       // old objects added before a new cycle starts, and
-constexpr std::size_t kOldGrowthDivisor = 4;   // ... at least this share of those that survived the last one
-constexpr std::size_t kDroppedLimit = 20000;   // dropped references that count as growth
-constexpr int kOlderEvery = 8;                 // collections of generation 0 between two of generation 1
+constexpr std::size_t kYoungLimit = 512;                      // objects: fewer are left for the next safe point
+constexpr std::size_t kMarkBudget = 2000;                     // old objects traced in one slice
+constexpr std::size_t kSweepBudget = 4000;                    // old objects looked at in one slice
+constexpr std::size_t kOldGrowth = 4096;                      // old objects added before a new cycle starts, and
+constexpr std::size_t kOldGrowthDivisor = 4;                  // ... at least this share of those that survived the last one
+constexpr std::size_t kDroppedLimit = 20000;                  // dropped references that count as growth
+constexpr int kOlderEvery = 8;                                // collections of generation 0 between two of generation 1
 constexpr std::size_t kMemoryWarning = std::size_t{1} << 30;  // bytes
 constexpr int kOldest = kGenerations - 1;
 
@@ -32,8 +32,8 @@ struct Collector {
   std::vector<WBObjectBase*> referenced_from_older[kGenerations];
   std::vector<WBObjectBase*> remembered[kGenerations];
   std::vector<WBObjectBase*> counted[kGenerations];  // objects in which strings or arrays stand
-  std::vector<WBObjectBase*> stack;      // marked, not yet traced: of the collection that runs now
-  std::vector<WBObjectBase*> old_stack;  // the same for the old generation, kept between slices
+  std::vector<WBObjectBase*> stack;                  // marked, not yet traced: of the collection that runs now
+  std::vector<WBObjectBase*> old_stack;              // the same for the old generation, kept between slices
   std::vector<CWeakRef*> weak_references;
   Phase phase = Phase::kIdle;
   std::size_t sweep_read = 0, sweep_write = 0;

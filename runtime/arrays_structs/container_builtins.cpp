@@ -103,7 +103,9 @@ void list_shuffle(ListArgument a) {
   }
 }
 bool exists(std::int32_t handle, std::int32_t kind) {  // ds_type_list 2, ds_type_map 1, ds_type_grid 5
-  return kind == 2 ? ds_lists().find(handle) != nullptr : kind == 1 ? ds_maps().find(handle) != nullptr : kind == 5 && ds_grids().find(handle) != nullptr;
+  return kind == 2   ? ds_lists().find(handle) != nullptr
+         : kind == 1 ? ds_maps().find(handle) != nullptr
+                     : kind == 5 && ds_grids().find(handle) != nullptr;
 }
 
 std::int32_t map_create() { return ds_maps().create(); }
@@ -149,7 +151,9 @@ bool grid_check(const DsGrid& grid, std::int32_t column, std::int32_t row) {
   report_error(messages::kIndexOutOfBounds, across ? column : row, across ? grid.width : grid.height);
   return false;
 }
-RValue grid_get(GridArgument a, std::int32_t column, std::int32_t row) { return grid_check(*a.grid, column, row) ? a.grid->at(column, row) : RValue(); }
+RValue grid_get(GridArgument a, std::int32_t column, std::int32_t row) {
+  return grid_check(*a.grid, column, row) ? a.grid->at(column, row) : RValue();
+}
 void grid_set(GridArgument a, std::int32_t column, std::int32_t row, const RValue& value) {
   if (!grid_check(*a.grid, column, row)) return;
   clear_owner_token(value);
@@ -160,16 +164,36 @@ void grid_add(GridArgument a, std::int32_t column, std::int32_t row, double numb
 }
 
 const BuiltinEntry kEntries[] = {
-    {"ds_exists", builtin<exists>}, {"ds_list_create", builtin<list_create>}, {"ds_list_destroy", builtin<list_destroy>},
-    {"ds_list_clear", builtin<list_clear>}, {"ds_list_size", builtin<list_size>}, {"ds_list_add", builtin<list_add>},
-    {"ds_list_find_value", builtin<list_get>}, {"ds_list_set", builtin<list_set>}, {"ds_list_insert", builtin<list_insert>},
-    {"ds_list_delete", builtin<list_delete>}, {"ds_list_find_index", builtin<list_find>}, {"ds_list_shuffle", builtin<list_shuffle>},
-    {"ds_map_create", builtin<map_create>}, {"ds_map_destroy", builtin<map_destroy>}, {"ds_map_clear", builtin<map_clear>},
-    {"ds_map_size", builtin<map_size>}, {"ds_map_set", builtin<map_set>}, {"ds_map_find_value", builtin<map_get>},
-    {"ds_map_exists", builtin<map_exists>}, {"ds_map_delete", builtin<map_delete>}, {"ds_map_find_first", builtin<map_first>},
-    {"ds_map_find_next", builtin<map_next>}, {"ds_grid_create", builtin<grid_create>}, {"ds_grid_destroy", builtin<grid_destroy>},
-    {"ds_grid_clear", builtin<grid_clear>}, {"ds_grid_width", builtin<grid_width>}, {"ds_grid_height", builtin<grid_height>},
-    {"ds_grid_get", builtin<grid_get>}, {"ds_grid_set", builtin<grid_set>}, {"ds_grid_add", builtin<grid_add>},
+    {"ds_exists", builtin<exists>},
+    {"ds_list_create", builtin<list_create>},
+    {"ds_list_destroy", builtin<list_destroy>},
+    {"ds_list_clear", builtin<list_clear>},
+    {"ds_list_size", builtin<list_size>},
+    {"ds_list_add", builtin<list_add>},
+    {"ds_list_find_value", builtin<list_get>},
+    {"ds_list_set", builtin<list_set>},
+    {"ds_list_insert", builtin<list_insert>},
+    {"ds_list_delete", builtin<list_delete>},
+    {"ds_list_find_index", builtin<list_find>},
+    {"ds_list_shuffle", builtin<list_shuffle>},
+    {"ds_map_create", builtin<map_create>},
+    {"ds_map_destroy", builtin<map_destroy>},
+    {"ds_map_clear", builtin<map_clear>},
+    {"ds_map_size", builtin<map_size>},
+    {"ds_map_set", builtin<map_set>},
+    {"ds_map_find_value", builtin<map_get>},
+    {"ds_map_exists", builtin<map_exists>},
+    {"ds_map_delete", builtin<map_delete>},
+    {"ds_map_find_first", builtin<map_first>},
+    {"ds_map_find_next", builtin<map_next>},
+    {"ds_grid_create", builtin<grid_create>},
+    {"ds_grid_destroy", builtin<grid_destroy>},
+    {"ds_grid_clear", builtin<grid_clear>},
+    {"ds_grid_width", builtin<grid_width>},
+    {"ds_grid_height", builtin<grid_height>},
+    {"ds_grid_get", builtin<grid_get>},
+    {"ds_grid_set", builtin<grid_set>},
+    {"ds_grid_add", builtin<grid_add>},
 };
 const BuiltinTable table(kEntries);
 

@@ -13,7 +13,9 @@ void grow_container_stack() {
   container_stack.capacity = capacity;
 }
 
-WBObjectBase* current_container() { return container_stack.count == 0 ? global_object() : container_stack.entries[container_stack.count - 1]; }
+WBObjectBase* current_container() {
+  return container_stack.count == 0 ? global_object() : container_stack.entries[container_stack.count - 1];
+}
 
 PropertyObject* make_global_object() {
   the_global_object = new PropertyObject(ObjectKind::kStruct);

@@ -43,7 +43,9 @@ class DsGrid final : public Holder {
     for (const RValue& value : cells) visitor(value);
   }
   bool has(std::int32_t column, std::int32_t row) const { return column >= 0 && column < width && row >= 0 && row < height; }
-  RValue& at(std::int32_t column, std::int32_t row) { return cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column)]; }
+  RValue& at(std::int32_t column, std::int32_t row) {
+    return cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column)];
+  }
   std::size_t size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   std::int32_t width, height;
   std::vector<RValue> cells;  // row by row

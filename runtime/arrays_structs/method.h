@@ -9,7 +9,7 @@ class MethodClosure final : public PropertyObject {
  public:
   explicit MethodClosure(CompiledFunction& script) : PropertyObject(ObjectKind::kMethod), function(&script) {}
   void visit_values(ValueVisitor& visitor) override;
-  RValue bound_self;            // an object, or anything else to keep the caller's self
+  RValue bound_self;  // an object, or anything else to keep the caller's self
   CompiledFunction* function;
   PropertyObject* statics = nullptr;
 };

@@ -2,8 +2,8 @@
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/builtin_variables.h"
+#include "runtime/instances_loop/resolve.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
@@ -117,7 +117,8 @@ RValue script_execute(const CallContext& call, Callable function, Rest arguments
 }
 bool script_exists(std::int32_t number) { return number >= kFirstScriptNumber && number - kFirstScriptNumber < script_count(); }
 std::string script_get_name(std::int32_t number) {
-  return script_exists(number) ? std::string(script_at(number - kFirstScriptNumber).name).substr(std::string_view("ksl_Script_").size()) : "<undefined>";
+  return script_exists(number) ? std::string(script_at(number - kFirstScriptNumber).name).substr(std::string_view("ksl_Script_").size())
+                               : "<undefined>";
 }
 RValue static_get(const RValue& callee) {
   if (const MethodClosure* closure = method_of(callee)) return RValue::of_object(statics_of(*closure->function));
@@ -127,7 +128,8 @@ RValue static_get(const RValue& callee) {
 
 RValue weak_ref_create(PlainStruct target) { return RValue::of_object(new CWeakRef(target.object)); }
 RValue weak_ref_target(const RValue& reference) {
-  const auto* weak = reference.is_object() && reference.object->object_kind == ObjectKind::kWeakRef ? static_cast<CWeakRef*>(reference.object) : nullptr;
+  const auto* weak =
+      reference.is_object() && reference.object->object_kind == ObjectKind::kWeakRef ? static_cast<CWeakRef*>(reference.object) : nullptr;
   return weak != nullptr && weak->target != nullptr ? RValue::of_object(weak->target) : RValue();
 }
 bool weak_ref_alive(const RValue& reference) { return !weak_ref_target(reference).is_undefined(); }
@@ -136,19 +138,38 @@ void struct_freeze(PlainStruct target) { target.object->is_read_only = true; }
 void collect() { request_collection(); }
 
 const BuiltinEntry kEntries[] = {
-    {"variable_struct_get_names", builtin<struct_names>}, {"struct_get_names", builtin<struct_names>},
-    {"variable_struct_names_count", builtin<struct_count>}, {"struct_names_count", builtin<struct_count>},
-    {"variable_struct_exists", builtin<struct_exists>}, {"struct_exists", builtin<struct_exists>},
-    {"variable_struct_get", builtin<struct_read>}, {"struct_get", builtin<struct_read>}, {"variable_struct_set", builtin<struct_write>},
-    {"struct_set", builtin<struct_write>}, {"variable_struct_remove", builtin<struct_remove>}, {"struct_remove", builtin<struct_remove>},
-    {"struct_freeze", builtin<struct_freeze>}, {"variable_instance_exists", builtin<instance_variable_exists>},
-    {"variable_instance_get", builtin<instance_variable_get>}, {"variable_instance_set", builtin<instance_variable_set>},
-    {"variable_instance_get_names", builtin<instance_variable_names>}, {"variable_global_exists", builtin<global_exists>},
-    {"variable_global_get", builtin<global_get>}, {"variable_global_set", builtin<global_set>}, {"method", builtin<make_method_value>},
-    {"method_get_self", builtin<method_get_self>}, {"method_get_index", builtin<method_get_index>}, {"method_call", builtin<method_call>},
-    {"script_execute", builtin<script_execute>}, {"script_exists", builtin<script_exists>}, {"script_get_name", builtin<script_get_name>},
-    {"static_get", builtin<static_get>}, {"weak_ref_create", builtin<weak_ref_create>}, {"weak_ref_get", builtin<weak_ref_target>},
-    {"weak_ref_alive", builtin<weak_ref_alive>}, {"gc_collect", builtin<collect>},
+    {"variable_struct_get_names", builtin<struct_names>},
+    {"struct_get_names", builtin<struct_names>},
+    {"variable_struct_names_count", builtin<struct_count>},
+    {"struct_names_count", builtin<struct_count>},
+    {"variable_struct_exists", builtin<struct_exists>},
+    {"struct_exists", builtin<struct_exists>},
+    {"variable_struct_get", builtin<struct_read>},
+    {"struct_get", builtin<struct_read>},
+    {"variable_struct_set", builtin<struct_write>},
+    {"struct_set", builtin<struct_write>},
+    {"variable_struct_remove", builtin<struct_remove>},
+    {"struct_remove", builtin<struct_remove>},
+    {"struct_freeze", builtin<struct_freeze>},
+    {"variable_instance_exists", builtin<instance_variable_exists>},
+    {"variable_instance_get", builtin<instance_variable_get>},
+    {"variable_instance_set", builtin<instance_variable_set>},
+    {"variable_instance_get_names", builtin<instance_variable_names>},
+    {"variable_global_exists", builtin<global_exists>},
+    {"variable_global_get", builtin<global_get>},
+    {"variable_global_set", builtin<global_set>},
+    {"method", builtin<make_method_value>},
+    {"method_get_self", builtin<method_get_self>},
+    {"method_get_index", builtin<method_get_index>},
+    {"method_call", builtin<method_call>},
+    {"script_execute", builtin<script_execute>},
+    {"script_exists", builtin<script_exists>},
+    {"script_get_name", builtin<script_get_name>},
+    {"static_get", builtin<static_get>},
+    {"weak_ref_create", builtin<weak_ref_create>},
+    {"weak_ref_get", builtin<weak_ref_target>},
+    {"weak_ref_alive", builtin<weak_ref_alive>},
+    {"gc_collect", builtin<collect>},
 };
 const BuiltinTable table(kEntries);
 

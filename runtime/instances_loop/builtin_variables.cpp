@@ -111,7 +111,8 @@ struct AlarmVariable : BuiltinVariable {
 
 // What an instance is
 const BuiltinVariable id{"id", true, [](CInstance* self, std::int32_t) { return RValue(static_cast<double>(self->id)); }};
-const BuiltinVariable object_index{"object_index", true, [](CInstance* self, std::int32_t) { return RValue(static_cast<double>(self->type->index)); }};
+const BuiltinVariable object_index{"object_index", true,
+                                   [](CInstance* self, std::int32_t) { return RValue(static_cast<double>(self->type->index)); }};
 
 double sprite_measure(CInstance* self, double SpriteInfo::*measure, double scale) {
   const SpriteInfo* sprite = find_sprite(saturate_int32(self->sprite_index));
@@ -139,13 +140,14 @@ const BuiltinVariable bbox_right{"bbox_right", true, [](CInstance* self, std::in
 const BuiltinVariable bbox_bottom{"bbox_bottom", true, [](CInstance* self, std::int32_t) { return RValue(bounding_box(*self).bottom); }};
 
 // The world
-const BuiltinVariable delta_time{"delta_time", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock.frame_microseconds)); }};
-const BuiltinVariable current_time{"current_time", false, [](CInstance*, std::int32_t) {
-                                     return RValue(static_cast<double>(game_clock.total_microseconds) / 1000.0);
-                                   }};
-const BuiltinVariable fps{"fps", false, [](CInstance*, std::int32_t) {
-                            return RValue(game_clock.frame_microseconds > 0 ? 1e6 / static_cast<double>(game_clock.frame_microseconds) : 0.0);
-                          }};
+const BuiltinVariable delta_time{"delta_time", false,
+                                 [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock.frame_microseconds)); }};
+const BuiltinVariable current_time{
+    "current_time", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock.total_microseconds) / 1000.0); }};
+const BuiltinVariable fps{
+    "fps", false, [](CInstance*, std::int32_t) {
+      return RValue(game_clock.frame_microseconds > 0 ? 1e6 / static_cast<double>(game_clock.frame_microseconds) : 0.0);
+    }};
 const BuiltinVariable mouse_x{"mouse_x", false, [](CInstance*, std::int32_t) { return RValue(pointer_in_room().x); }};
 const BuiltinVariable mouse_y{"mouse_y", false, [](CInstance*, std::int32_t) { return RValue(pointer_in_room().y); }};
 const BuiltinVariable room{"room", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().room)); },
@@ -155,8 +157,10 @@ const BuiltinVariable room{"room", false, [](CInstance*, std::int32_t) { return 
                            }};
 const BuiltinVariable room_width{"room_width", false, [](CInstance*, std::int32_t) { return RValue(world().room_width); }};
 const BuiltinVariable room_height{"room_height", false, [](CInstance*, std::int32_t) { return RValue(world().room_height); }};
-const BuiltinVariable instance_count{"instance_count", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().live_count())); }};
-const BuiltinVariable keyboard_lastkey{"keyboard_lastkey", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(input_state().last_key)); }};
+const BuiltinVariable instance_count{"instance_count", false,
+                                     [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().live_count())); }};
+const BuiltinVariable keyboard_lastkey{"keyboard_lastkey", false,
+                                       [](CInstance*, std::int32_t) { return RValue(static_cast<double>(input_state().last_key)); }};
 const BuiltinVariable keyboard_string{"keyboard_string", false, [](CInstance*, std::int32_t) { return make_string(input_state().text); }};
 
 struct ViewCamera : BuiltinVariable {

@@ -24,7 +24,7 @@ struct BuiltinVariable : NameSlot {
 
 std::int32_t builtin_variable_count();
 const BuiltinVariable& builtin_variable_at(std::int32_t index);
-std::int32_t find_builtin_variable(std::string_view name);    // -1: none
+std::int32_t find_builtin_variable(std::string_view name);     // -1: none
 std::int32_t find_variable_id_builtin(std::int32_t variable);  // by variable id; -1: an ordinary variable
 
 }  // namespace arena

@@ -9,7 +9,7 @@ inline constexpr int kViews = 8;
 
 struct Camera {
   double x = 0, y = 0, width = 1920, height = 1080;  // top left corner and size, room pixels
-  double angle = 0;                                   // degrees
+  double angle = 0;                                  // degrees
   bool exists = false;
 };
 

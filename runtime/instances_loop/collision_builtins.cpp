@@ -51,26 +51,29 @@ RValue collision_point(const CallContext& call, double x, double y, std::int32_t
 RValue collision_circle(const CallContext& call, double x, double y, double radius, std::int32_t object, bool precise, bool not_me) {
   return id_or_noone(first_overlapping(circle_shape(x, y, radius), object, precise, excluded(call, not_me)));
 }
-RValue collision_rectangle(const CallContext& call, double x1, double y1, double x2, double y2, std::int32_t object, bool precise, bool not_me) {
+RValue collision_rectangle(const CallContext& call, double x1, double y1, double x2, double y2, std::int32_t object, bool precise,
+                           bool not_me) {
   return id_or_noone(first_overlapping(rectangle_shape(x1, y1, x2, y2), object, precise, excluded(call, not_me)));
 }
-RValue collision_ellipse(const CallContext& call, double x1, double y1, double x2, double y2, std::int32_t object, bool precise, bool not_me) {
+RValue collision_ellipse(const CallContext& call, double x1, double y1, double x2, double y2, std::int32_t object, bool precise,
+                         bool not_me) {
   return id_or_noone(first_overlapping(ellipse_shape(x1, y1, x2, y2), object, precise, excluded(call, not_me)));
 }
 RValue collision_line(const CallContext& call, double x1, double y1, double x2, double y2, std::int32_t object, bool precise, bool not_me) {
   return id_or_noone(first_overlapping(segment_shape(x1, y1, x2, y2), object, precise, excluded(call, not_me)));
 }
-std::int32_t collision_circle_list(const CallContext& call, double x, double y, double radius, const RValue& targets, bool precise, bool not_me,
-                                   std::int32_t list, bool ordered) {
+std::int32_t collision_circle_list(const CallContext& call, double x, double y, double radius, const RValue& targets, bool precise,
+                                   bool not_me, std::int32_t list, bool ordered) {
   return into_list(find_all(circle_shape(x, y, radius), targets, precise, excluded(call, not_me)), list, 7, ordered, x, y);
 }
 std::int32_t collision_line_list(const CallContext& call, double x1, double y1, double x2, double y2, const RValue& targets, bool precise,
                                  bool not_me, std::int32_t list, bool ordered) {
   return into_list(find_all(segment_shape(x1, y1, x2, y2), targets, precise, excluded(call, not_me)), list, 8, ordered, x1, y1);
 }
-std::int32_t collision_rectangle_list(const CallContext& call, double x1, double y1, double x2, double y2, const RValue& targets, bool precise,
-                                      bool not_me, std::int32_t list, bool ordered) {
-  return into_list(find_all(rectangle_shape(x1, y1, x2, y2), targets, precise, excluded(call, not_me)), list, 8, ordered, (x1 + x2) / 2, (y1 + y2) / 2);
+std::int32_t collision_rectangle_list(const CallContext& call, double x1, double y1, double x2, double y2, const RValue& targets,
+                                      bool precise, bool not_me, std::int32_t list, bool ordered) {
+  return into_list(find_all(rectangle_shape(x1, y1, x2, y2), targets, precise, excluded(call, not_me)), list, 8, ordered, (x1 + x2) / 2,
+                   (y1 + y2) / 2);
 }
 RValue instance_place(SelfInstance self, double x, double y, std::int32_t object) {
   return id_or_noone(first_overlapping(shape_at(*self.instance, x, y), object, true, self.instance));
@@ -79,9 +82,13 @@ bool place_meeting(SelfInstance self, double x, double y, std::int32_t object) {
   return first_overlapping(shape_at(*self.instance, x, y), object, true, self.instance) != nullptr;
 }
 bool place_empty(SelfInstance self, double x, double y) { return !place_meeting(self, x, y, kAllTarget); }
-bool position_meeting(double x, double y, std::int32_t object) { return first_overlapping(point_shape(x, y), object, true, nullptr) != nullptr; }
+bool position_meeting(double x, double y, std::int32_t object) {
+  return first_overlapping(point_shape(x, y), object, true, nullptr) != nullptr;
+}
 bool point_in_rectangle(double x, double y, double x1, double y1, double x2, double y2) { return x >= x1 && x <= x2 && y >= y1 && y <= y2; }
-bool point_in_circle(double x, double y, double cx, double cy, double radius) { return (x - cx) * (x - cx) + (y - cy) * (y - cy) <= radius * radius; }
+bool point_in_circle(double x, double y, double cx, double cy, double radius) {
+  return (x - cx) * (x - cx) + (y - cy) * (y - cy) <= radius * radius;
+}
 
 double distance_to_box(double x, double y, const Box& box) {
   const double dx = std::max({box.left - x, 0.0, x - box.right}), dy = std::max({box.top - y, 0.0, y - box.bottom});
@@ -95,7 +102,8 @@ double distance_to_object(SelfInstance self, const RValue& target) {
   const auto consider = [&](const CInstance& each) {
     if (!each.is_alive || &each == self.instance) return;
     const Box box = bounding_box(each);
-    const double dx = std::max({box.left - mine.right, 0.0, mine.left - box.right}), dy = std::max({box.top - mine.bottom, 0.0, mine.top - box.bottom});
+    const double dx = std::max({box.left - mine.right, 0.0, mine.left - box.right}),
+                 dy = std::max({box.top - mine.bottom, 0.0, mine.top - box.bottom});
     best = std::min(best, elementary::sqrt(dx * dx + dy * dy));
   };
   if (object_types().has(number)) {
@@ -108,12 +116,22 @@ double distance_to_object(SelfInstance self, const RValue& target) {
 double distance_to_point(SelfInstance self, double x, double y) { return distance_to_box(x, y, bounding_box(*self.instance)); }
 
 const BuiltinEntry kEntries[] = {
-    {"collision_point", builtin<collision_point>}, {"collision_circle", builtin<collision_circle>}, {"collision_rectangle", builtin<collision_rectangle>},
-    {"collision_ellipse", builtin<collision_ellipse>}, {"collision_line", builtin<collision_line>}, {"collision_circle_list", builtin<collision_circle_list>},
-    {"collision_line_list", builtin<collision_line_list>}, {"collision_rectangle_list", builtin<collision_rectangle_list>},
-    {"instance_place", builtin<instance_place>}, {"place_meeting", builtin<place_meeting>}, {"place_empty", builtin<place_empty>},
-    {"position_meeting", builtin<position_meeting>}, {"point_in_rectangle", builtin<point_in_rectangle>}, {"point_in_circle", builtin<point_in_circle>},
-    {"distance_to_object", builtin<distance_to_object>}, {"distance_to_point", builtin<distance_to_point>},
+    {"collision_point", builtin<collision_point>},
+    {"collision_circle", builtin<collision_circle>},
+    {"collision_rectangle", builtin<collision_rectangle>},
+    {"collision_ellipse", builtin<collision_ellipse>},
+    {"collision_line", builtin<collision_line>},
+    {"collision_circle_list", builtin<collision_circle_list>},
+    {"collision_line_list", builtin<collision_line_list>},
+    {"collision_rectangle_list", builtin<collision_rectangle_list>},
+    {"instance_place", builtin<instance_place>},
+    {"place_meeting", builtin<place_meeting>},
+    {"place_empty", builtin<place_empty>},
+    {"position_meeting", builtin<position_meeting>},
+    {"point_in_rectangle", builtin<point_in_rectangle>},
+    {"point_in_circle", builtin<point_in_circle>},
+    {"distance_to_object", builtin<distance_to_object>},
+    {"distance_to_point", builtin<distance_to_point>},
 };
 const BuiltinTable table(kEntries);
 

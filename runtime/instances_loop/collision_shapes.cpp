@@ -87,7 +87,8 @@ bool precise_overlap(const CollisionShape& precise, const CollisionShape& other)
   const Box reach = other.box();
   for (int row = 0; row < rows; ++row) {
     for (int column = 0; column < columns; ++column) {
-      if ((sprite.precise[static_cast<std::size_t>(row) * stride + static_cast<std::size_t>(column) / 8] >> (column % 8) & 1) == 0) continue;
+      if ((sprite.precise[static_cast<std::size_t>(row) * stride + static_cast<std::size_t>(column) / 8] >> (column % 8) & 1) == 0)
+        continue;
       const double across = 2 * column + 1 - columns, down = 2 * row + 1 - rows;
       pixel.x = precise.x + pixel.ux * across + pixel.vx * down;
       pixel.y = precise.y + pixel.uy * across + pixel.vy * down;

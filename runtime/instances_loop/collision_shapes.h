@@ -10,18 +10,16 @@ namespace arena {
 
 struct Box {
   double left = 0, top = 0, right = 0, bottom = 0;
-  bool overlaps(const Box& other) const {
-    return left < other.right && other.left < right && top < other.bottom && other.top < bottom;
-  }
+  bool overlaps(const Box& other) const { return left < other.right && other.left < right && top < other.bottom && other.top < bottom; }
 };
 
 // A convex region: a parallelogram or an ellipse given by a centre and two half axes, or a point or segment with an axis of length 0.
 // A precise mask is a parallelogram whose pixels `sprite` tells.
 struct CollisionShape {
   enum class Form : std::uint8_t { kNone, kParallelogram, kEllipse, kPrecise } form = Form::kNone;
-  double x = 0, y = 0;                              // centre
-  double ux = 0, uy = 0, vx = 0, vy = 0;            // half axes
-  const SpriteInfo* sprite = nullptr;               // kPrecise only
+  double x = 0, y = 0;                    // centre
+  double ux = 0, uy = 0, vx = 0, vy = 0;  // half axes
+  const SpriteInfo* sprite = nullptr;     // kPrecise only
   Box box() const;
 };
 

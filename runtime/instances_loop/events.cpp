@@ -12,13 +12,20 @@ struct KindName {
   std::string_view name, text;
 };
 constexpr KindName kKinds[] = {
-    {EventKind::kPreCreate, "PreCreate", "PreCreate Event"}, {EventKind::kCreate, "Create", "Create Event"},
-    {EventKind::kDestroy, "Destroy", "Destroy Event"},       {EventKind::kCleanUp, "CleanUp", "Clean Up Event"},
-    {EventKind::kStep, "Step", " Step Event"},               {EventKind::kAlarm, "Alarm", "Alarm Event for alarm "},
-    {EventKind::kKeyboard, "Keyboard", "Keyboard Event for"}, {EventKind::kKeyPress, "KeyPress", "Key Press Event for"},
-    {EventKind::kKeyRelease, "KeyRelease", "Key Release Event for"}, {EventKind::kMouse, "Mouse", "Mouse Event for"},
-    {EventKind::kCollision, "Collision", "Collision Event with object "}, {EventKind::kOther, "Other", "Other Event:"},
-    {EventKind::kAsync, "Async", "Async Event: "},           {EventKind::kDraw, "Draw", "Draw Event"},
+    {EventKind::kPreCreate, "PreCreate", "PreCreate Event"},
+    {EventKind::kCreate, "Create", "Create Event"},
+    {EventKind::kDestroy, "Destroy", "Destroy Event"},
+    {EventKind::kCleanUp, "CleanUp", "Clean Up Event"},
+    {EventKind::kStep, "Step", " Step Event"},
+    {EventKind::kAlarm, "Alarm", "Alarm Event for alarm "},
+    {EventKind::kKeyboard, "Keyboard", "Keyboard Event for"},
+    {EventKind::kKeyPress, "KeyPress", "Key Press Event for"},
+    {EventKind::kKeyRelease, "KeyRelease", "Key Release Event for"},
+    {EventKind::kMouse, "Mouse", "Mouse Event for"},
+    {EventKind::kCollision, "Collision", "Collision Event with object "},
+    {EventKind::kOther, "Other", "Other Event:"},
+    {EventKind::kAsync, "Async", "Async Event: "},
+    {EventKind::kDraw, "Draw", "Draw Event"},
 };
 
 const KindName* find_kind(EventKind kind) {

@@ -9,7 +9,20 @@
 namespace arena {
 
 enum class EventKind : std::uint8_t {
-  kPreCreate, kCreate, kDestroy, kCleanUp, kStep, kAlarm, kKeyboard, kKeyPress, kKeyRelease, kMouse, kCollision, kOther, kAsync, kDraw
+  kPreCreate,
+  kCreate,
+  kDestroy,
+  kCleanUp,
+  kStep,
+  kAlarm,
+  kKeyboard,
+  kKeyPress,
+  kKeyRelease,
+  kMouse,
+  kCollision,
+  kOther,
+  kAsync,
+  kDraw
 };
 
 // Sub-numbers with a meaning of their own.

@@ -7,15 +7,15 @@
 
 namespace arena {
 
-inline constexpr int kKeys = 256;     // key codes: letters and digits by their ASCII capitals, others as the vk_ constants
-inline constexpr int kButtons = 4;    // 1 left, 2 right, 3 middle
+inline constexpr int kKeys = 256;   // key codes: letters and digits by their ASCII capitals, others as the vk_ constants
+inline constexpr int kButtons = 4;  // 1 left, 2 right, 3 middle
 inline constexpr int kVkNoKey = 0, kVkAnyKey = 1;
 
 enum class PointerSpace : std::uint8_t { kWindow, kRoom, kGui };
 
 struct InputEvent {
   enum class Type : std::uint8_t { kKey, kButton, kPointer, kText, kFocus, kWindowSize, kWheel } type = Type::kKey;
-  std::int32_t code = 0;  // key code, button, width, wheel steps
+  std::int32_t code = 0;   // key code, button, width, wheel steps
   std::int32_t value = 0;  // 1 down, 0 up; focus gained; height
   PointerSpace space = PointerSpace::kWindow;
   double x = 0, y = 0;
@@ -29,7 +29,7 @@ struct InputState {
   std::int32_t wheel = 0;  // steps up in this frame; down is negative
   PointerSpace pointer_space = PointerSpace::kWindow;
   double pointer_x = 0, pointer_y = 0;
-  std::string text;        // typed in this frame, UTF-8
+  std::string text;  // typed in this frame, UTF-8
   bool has_focus = true;
   std::int32_t window_width = 1280, window_height = 720;
 };

@@ -26,11 +26,11 @@ class CInstance final : public PropertyObject {
   double xstart = 0, ystart = 0;
   double hspeed = 0, vspeed = 0, speed = 0, direction = 0, friction = 0, gravity = 0, gravity_direction = 270;
   double image_index = 0, image_speed = 1, image_xscale = 1, image_yscale = 1, image_alpha = 1;
-  double image_blend = 0xFFFFFF;       // blue, green, red from the high byte down
+  double image_blend = 0xFFFFFF;  // blue, green, red from the high byte down
   double mask_index = -1;
-  double depth = 0;                    // greater is further away: drawn earlier
-  double layer = -1;                   // id of its layer, or -1
-  double visible = 1, solid = 0, persistent = 0;  // truths; read as bool
+  double depth = 0;                                                          // greater is further away: drawn earlier
+  double layer = -1;                                                         // id of its layer, or -1
+  double visible = 1, solid = 0, persistent = 0;                             // truths; read as bool
   double alarm[kAlarms] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};  // frames left; -1: off
 };
 

@@ -21,7 +21,9 @@ bool require_object_type(int argument, std::int32_t object) {
 // A layer is named by its text or its id.
 const Layer* require_layer(const CallContext& call, int at) {
   const RValue& value = argument_at(call, at);
-  const Layer* layer = value.is_string() ? world().find_layer(text_of(value)) : is_number_like(value) ? world().find_layer(to_int32(value)) : nullptr;
+  const Layer* layer = value.is_string()       ? world().find_layer(text_of(value))
+                       : is_number_like(value) ? world().find_layer(to_int32(value))
+                                               : nullptr;
   if (layer != nullptr) return layer;
   if (is_number_like(value)) {
     report_invalid_resource(at + 1, "layer", to_int32(value), -1);
@@ -123,7 +125,8 @@ RValue layer_get_id(std::string_view name) {
   return RValue(layer != nullptr ? layer->id : -1);
 }
 bool layer_exists(const RValue& which) {
-  return which.is_string() ? world().find_layer(text_of(which)) != nullptr : is_number_like(which) && world().find_layer(to_int32(which)) != nullptr;
+  return which.is_string() ? world().find_layer(text_of(which)) != nullptr
+                           : is_number_like(which) && world().find_layer(to_int32(which)) != nullptr;
 }
 RValue layer_create(double depth, std::optional<std::string_view> name) {
   Layer layer;
@@ -152,7 +155,9 @@ void room_goto(std::int32_t room) {
   if (require_room(room)) world().room_wanted = room;
 }
 void room_restart() { world().room_wanted = world().room; }
-std::string room_get_name(std::int32_t room) { return require_room(room) ? world().rooms[static_cast<std::size_t>(room)].name : std::string(); }
+std::string room_get_name(std::int32_t room) {
+  return require_room(room) ? world().rooms[static_cast<std::size_t>(room)].name : std::string();
+}
 void game_restart() { world().restart_wanted = true; }
 void game_end() { world().ended = true; }
 void debug_message(const RValue& value) { log_message(to_text(value)); }
@@ -180,18 +185,40 @@ std::string sprite_get_name(std::int32_t sprite) {
 bool sprite_exists(std::int32_t sprite) { return find_sprite(sprite) != nullptr; }
 
 const BuiltinEntry kEntries[] = {
-    {"instance_create_layer", builtin<create_on_layer>}, {"instance_create_depth", builtin<create_at_depth>}, {"instance_destroy", builtin<destroy>},
-    {"instance_exists", builtin<exists>}, {"instance_number", builtin<number_of>}, {"instance_find", builtin<find_nth>},
-    {"instance_nearest", builtin<nearest>}, {"instance_furthest", builtin<furthest>}, {"object_get_name", builtin<object_get_name>},
-    {"object_get_parent", builtin<object_get_parent>}, {"object_is_ancestor", builtin<object_is_ancestor>}, {"object_exists", builtin<object_exists>},
-    {"event_inherited", builtin<run_inherited>}, {"event_user", builtin<run_user_event>}, {"layer_get_id", builtin<layer_get_id>},
-    {"layer_exists", builtin<layer_exists>}, {"layer_create", builtin<layer_create>}, {"layer_get_depth", builtin<layer_get_depth>},
-    {"layer_set_visible", builtin<layer_set_visible>}, {"room_goto", builtin<room_goto>}, {"room_restart", builtin<room_restart>},
-    {"room_get_name", builtin<room_get_name>}, {"room_exists", builtin<room_exists>}, {"game_restart", builtin<game_restart>},
-    {"game_end", builtin<game_end>}, {"show_debug_message", builtin<debug_message>}, {"get_timer", builtin<get_timer>},
-    {"sprite_get_width", builtin<sprite_measure<&SpriteInfo::width>>}, {"sprite_get_height", builtin<sprite_measure<&SpriteInfo::height>>},
-    {"sprite_get_xoffset", builtin<sprite_measure<&SpriteInfo::origin_x>>}, {"sprite_get_yoffset", builtin<sprite_measure<&SpriteInfo::origin_y>>},
-    {"sprite_get_number", builtin<sprite_get_number>}, {"sprite_get_name", builtin<sprite_get_name>}, {"sprite_exists", builtin<sprite_exists>},
+    {"instance_create_layer", builtin<create_on_layer>},
+    {"instance_create_depth", builtin<create_at_depth>},
+    {"instance_destroy", builtin<destroy>},
+    {"instance_exists", builtin<exists>},
+    {"instance_number", builtin<number_of>},
+    {"instance_find", builtin<find_nth>},
+    {"instance_nearest", builtin<nearest>},
+    {"instance_furthest", builtin<furthest>},
+    {"object_get_name", builtin<object_get_name>},
+    {"object_get_parent", builtin<object_get_parent>},
+    {"object_is_ancestor", builtin<object_is_ancestor>},
+    {"object_exists", builtin<object_exists>},
+    {"event_inherited", builtin<run_inherited>},
+    {"event_user", builtin<run_user_event>},
+    {"layer_get_id", builtin<layer_get_id>},
+    {"layer_exists", builtin<layer_exists>},
+    {"layer_create", builtin<layer_create>},
+    {"layer_get_depth", builtin<layer_get_depth>},
+    {"layer_set_visible", builtin<layer_set_visible>},
+    {"room_goto", builtin<room_goto>},
+    {"room_restart", builtin<room_restart>},
+    {"room_get_name", builtin<room_get_name>},
+    {"room_exists", builtin<room_exists>},
+    {"game_restart", builtin<game_restart>},
+    {"game_end", builtin<game_end>},
+    {"show_debug_message", builtin<debug_message>},
+    {"get_timer", builtin<get_timer>},
+    {"sprite_get_width", builtin<sprite_measure<&SpriteInfo::width>>},
+    {"sprite_get_height", builtin<sprite_measure<&SpriteInfo::height>>},
+    {"sprite_get_xoffset", builtin<sprite_measure<&SpriteInfo::origin_x>>},
+    {"sprite_get_yoffset", builtin<sprite_measure<&SpriteInfo::origin_y>>},
+    {"sprite_get_number", builtin<sprite_get_number>},
+    {"sprite_get_name", builtin<sprite_get_name>},
+    {"sprite_exists", builtin<sprite_exists>},
 };
 const BuiltinTable table(kEntries);
 

@@ -48,8 +48,12 @@ double fold(Rest values, double (*pick)(double, double)) {
   for (const RValue& value : values) result = pick(result, to_real(value));
   return result;
 }
-double real_min(Rest values) { return fold(values, [](double a, double b) { return b < a ? b : a; }); }
-double real_max(Rest values) { return fold(values, [](double a, double b) { return a < b ? b : a; }); }
+double real_min(Rest values) {
+  return fold(values, [](double a, double b) { return b < a ? b : a; });
+}
+double real_max(Rest values) {
+  return fold(values, [](double a, double b) { return a < b ? b : a; });
+}
 double real_mean(Rest values) {
   double sum = 0;
   for (const RValue& value : values) sum += to_real(value);
@@ -103,22 +107,61 @@ double make_colour_hsv(double hue, double saturation, double value) {
 }
 
 const BuiltinEntry kEntries[] = {
-    {"abs", builtin<real_abs>}, {"round", builtin<real_round>}, {"floor", builtin<real_floor>}, {"ceil", builtin<real_ceil>},
-    {"frac", builtin<real_frac>}, {"sign", builtin<real_sign>}, {"sqr", builtin<real_sqr>}, {"sqrt", builtin<real_sqrt>},
-    {"power", builtin<real_power>}, {"exp", builtin<real_exp>}, {"ln", builtin<real_ln>}, {"log2", builtin<real_log2>},
-    {"log10", builtin<real_log10>}, {"logn", builtin<real_logn>}, {"sin", builtin<real_sin>}, {"cos", builtin<real_cos>},
-    {"tan", builtin<real_tan>}, {"arcsin", builtin<real_arcsin>}, {"arccos", builtin<real_arccos>}, {"arctan", builtin<real_arctan>},
-    {"arctan2", builtin<real_arctan2>}, {"dsin", builtin<real_dsin>}, {"dcos", builtin<real_dcos>}, {"dtan", builtin<real_dtan>},
-    {"darctan2", builtin<real_darctan2>}, {"degtorad", builtin<real_degtorad>}, {"radtodeg", builtin<real_radtodeg>},
-    {"clamp", builtin<real_clamp>}, {"lerp", builtin<real_lerp>}, {"mod", builtin<real_mod>}, {"min", builtin<real_min>},
-    {"max", builtin<real_max>}, {"mean", builtin<real_mean>}, {"angle_difference", builtin<angle_difference>},
-    {"dot_product", builtin<dot_product>}, {"point_direction", builtin<real_point_direction>}, {"point_distance", builtin<point_distance>},
-    {"lengthdir_x", builtin<lengthdir_x>}, {"lengthdir_y", builtin<lengthdir_y>}, {"random", builtin<random_below>},
-    {"random_range", builtin<random_between>}, {"irandom", builtin<random_integer>}, {"irandom_range", builtin<random_integer_between>},
-    {"choose", builtin<choose_one>}, {"randomize", builtin<randomize_seed>}, {"random_set_seed", builtin<random_set_seed>},
-    {"random_get_seed", builtin<random_get_seed>}, {"make_colour_rgb", builtin<make_colour>}, {"make_color_rgb", builtin<make_colour>},
-    {"make_colour_hsv", builtin<make_colour_hsv>}, {"make_color_hsv", builtin<make_colour_hsv>}, {"merge_colour", builtin<merge_colour>},
-    {"merge_color", builtin<merge_colour>}, {"colour_get_red", builtin<colour_red>}, {"colour_get_green", builtin<colour_green>},
+    {"abs", builtin<real_abs>},
+    {"round", builtin<real_round>},
+    {"floor", builtin<real_floor>},
+    {"ceil", builtin<real_ceil>},
+    {"frac", builtin<real_frac>},
+    {"sign", builtin<real_sign>},
+    {"sqr", builtin<real_sqr>},
+    {"sqrt", builtin<real_sqrt>},
+    {"power", builtin<real_power>},
+    {"exp", builtin<real_exp>},
+    {"ln", builtin<real_ln>},
+    {"log2", builtin<real_log2>},
+    {"log10", builtin<real_log10>},
+    {"logn", builtin<real_logn>},
+    {"sin", builtin<real_sin>},
+    {"cos", builtin<real_cos>},
+    {"tan", builtin<real_tan>},
+    {"arcsin", builtin<real_arcsin>},
+    {"arccos", builtin<real_arccos>},
+    {"arctan", builtin<real_arctan>},
+    {"arctan2", builtin<real_arctan2>},
+    {"dsin", builtin<real_dsin>},
+    {"dcos", builtin<real_dcos>},
+    {"dtan", builtin<real_dtan>},
+    {"darctan2", builtin<real_darctan2>},
+    {"degtorad", builtin<real_degtorad>},
+    {"radtodeg", builtin<real_radtodeg>},
+    {"clamp", builtin<real_clamp>},
+    {"lerp", builtin<real_lerp>},
+    {"mod", builtin<real_mod>},
+    {"min", builtin<real_min>},
+    {"max", builtin<real_max>},
+    {"mean", builtin<real_mean>},
+    {"angle_difference", builtin<angle_difference>},
+    {"dot_product", builtin<dot_product>},
+    {"point_direction", builtin<real_point_direction>},
+    {"point_distance", builtin<point_distance>},
+    {"lengthdir_x", builtin<lengthdir_x>},
+    {"lengthdir_y", builtin<lengthdir_y>},
+    {"random", builtin<random_below>},
+    {"random_range", builtin<random_between>},
+    {"irandom", builtin<random_integer>},
+    {"irandom_range", builtin<random_integer_between>},
+    {"choose", builtin<choose_one>},
+    {"randomize", builtin<randomize_seed>},
+    {"random_set_seed", builtin<random_set_seed>},
+    {"random_get_seed", builtin<random_get_seed>},
+    {"make_colour_rgb", builtin<make_colour>},
+    {"make_color_rgb", builtin<make_colour>},
+    {"make_colour_hsv", builtin<make_colour_hsv>},
+    {"make_color_hsv", builtin<make_colour_hsv>},
+    {"merge_colour", builtin<merge_colour>},
+    {"merge_color", builtin<merge_colour>},
+    {"colour_get_red", builtin<colour_red>},
+    {"colour_get_green", builtin<colour_green>},
     {"colour_get_blue", builtin<colour_blue>},
 };
 const BuiltinTable table(kEntries);

@@ -21,13 +21,12 @@ ObjectTypes& object_types() {
 }
 
 const BoundEvent* ObjectType::find_event(EventKey key) const {
-  const auto place = std::lower_bound(events.begin(), events.end(), key, [](const BoundEvent& event, const EventKey& wanted) { return event.key < wanted; });
+  const auto place = std::lower_bound(events.begin(), events.end(), key,
+                                      [](const BoundEvent& event, const EventKey& wanted) { return event.key < wanted; });
   return place != events.end() && place->key == key ? &*place : nullptr;
 }
 
-bool ObjectType::descends_from(std::int32_t ancestor) const {
-  return std::find(lineage.begin(), lineage.end(), ancestor) != lineage.end();
-}
+bool ObjectType::descends_from(std::int32_t ancestor) const { return std::find(lineage.begin(), lineage.end(), ancestor) != lineage.end(); }
 
 std::int32_t ObjectTypes::find(std::string_view name) const {
   for (const auto& type : types_) {

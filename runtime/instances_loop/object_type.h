@@ -42,12 +42,12 @@ struct EventSubscription {
 struct ObjectType {
   ObjectDefinition definition;
   std::int32_t index = -1;
-  std::vector<std::int32_t> lineage;       // itself, its parent, and so on
-  std::vector<BoundEvent> events;          // in order of their keys
+  std::vector<std::int32_t> lineage;             // itself, its parent, and so on
+  std::vector<BoundEvent> events;                // in order of their keys
   std::vector<EventSubscription> subscriptions;  // one for each event that runs in passes
-  std::vector<CInstance*> instances;       // of this type and its children, in order of creation, dead ones until the frame's end
+  std::vector<CInstance*> instances;             // of this type and its children, in order of creation, dead ones until the frame's end
   std::int32_t live_count = 0;
-  std::size_t typical_row = 0;             // variables that an instance of this type ended up with: room made at once
+  std::size_t typical_row = 0;  // variables that an instance of this type ended up with: room made at once
 
   const BoundEvent* find_event(EventKey key) const;
   bool descends_from(std::int32_t ancestor) const;

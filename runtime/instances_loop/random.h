@@ -10,7 +10,7 @@ class RandomGenerator {
   explicit RandomGenerator(std::uint64_t seed = 0) { reseed(seed); }
   void reseed(std::uint64_t seed);
   std::uint64_t next();
-  double unit();                                           // [0, 1)
+  double unit();                                              // [0, 1)
   std::int64_t integer(std::int64_t low, std::int64_t high);  // low <= result <= high, whichever way round they come
   std::uint64_t seed() const { return seed_; }
   std::uint64_t state[4];

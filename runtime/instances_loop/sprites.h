@@ -13,11 +13,11 @@ struct SpriteInfo {
   double width = 0, height = 0;
   double origin_x = 0, origin_y = 0;
   std::int32_t frames = 1;
-  double frames_per_second = 0;      // 0: one frame a game frame times image_speed
+  double frames_per_second = 0;  // 0: one frame a game frame times image_speed
   MaskKind mask = MaskKind::kRectangle;
   double left = 0, top = 0, right = 0, bottom = 0;  // mask box inside the sprite; right and bottom exclusive
-  std::vector<std::uint8_t> precise;  // kPrecise: one bit a pixel of the box, rows padded to whole bytes
-  double radius = 0;                  // farthest corner of the mask box from the origin, pixels
+  std::vector<std::uint8_t> precise;                // kPrecise: one bit a pixel of the box, rows padded to whole bytes
+  double radius = 0;                                // farthest corner of the mask box from the origin, pixels
 };
 
 // Index is the sprite's number. Indices without a sprite have no frames.

@@ -176,7 +176,8 @@ void World::enter_room(std::int32_t next) {
     // A persistent object that came along is not made a second time.
     const ObjectType& type = object_types().at(placed.object);
     if (type.definition.persistent && type.live_count > 0) continue;
-    CInstance* made = create(placed.x, placed.y, has_layer ? layer_ids[static_cast<std::size_t>(placed.layer)] : -1, 0, placed.object, nullptr, nullptr);
+    CInstance* made =
+        create(placed.x, placed.y, has_layer ? layer_ids[static_cast<std::size_t>(placed.layer)] : -1, 0, placed.object, nullptr, nullptr);
     made->image_angle += placed.angle;
     made->image_xscale *= placed.xscale;
     made->image_yscale *= placed.yscale;
@@ -251,7 +252,9 @@ PropertyObject* resolve_instance_object(std::int32_t number) { return resolve_in
 CInstance* instance_of(WBObjectBase* object) {
   return object != nullptr && object->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(object) : nullptr;
 }
-bool is_instance_ref(const RValue& value) { return value.kind() == kRef && (value.ref_type() == kInstanceRefType || value.ref_type() == kObjectRefType); }
+bool is_instance_ref(const RValue& value) {
+  return value.kind() == kRef && (value.ref_type() == kInstanceRefType || value.ref_type() == kObjectRefType);
+}
 std::string_view object_type_name(std::int32_t index) {
   return object_types().has(index) ? std::string_view(object_types().at(index).definition.name) : std::string_view("<undefined>");
 }

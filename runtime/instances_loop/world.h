@@ -46,9 +46,9 @@ class World {
   std::int32_t room = -1;             // the current one; -1 before the first
   std::int32_t first_room = 0;
   double room_width = 0, room_height = 0;
-  std::vector<Layer> layers;          // of the current room, in no order
-  bool ended = false;                 // game_end was called: no frame runs any more
-  std::int32_t room_wanted = -1;      // room_goto takes effect at the end of the frame
+  std::vector<Layer> layers;      // of the current room, in no order
+  bool ended = false;             // game_end was called: no frame runs any more
+  std::int32_t room_wanted = -1;  // room_goto takes effect at the end of the frame
   bool restart_wanted = false;
 
   CInstance* find(std::int32_t id) const {
@@ -57,7 +57,8 @@ class World {
     return pages_[place / kPageSlots]->slots[place % kPageSlots];
   }
   // Creates on a layer (or at a depth, with layer -1), writes `fields` before Create, runs Create. Never null.
-  CInstance* create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields, WBObjectBase* creator);
+  CInstance* create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
+                    WBObjectBase* creator);
   // Runs Destroy (when asked to) and Clean Up; from here on nothing finds the instance. Destroying twice is harmless.
   void destroy(CInstance& instance, bool runs_destroy_event);
   Layer* find_layer(std::string_view name);

@@ -29,8 +29,9 @@ class BuiltinName : public Variable {
 struct Key : Here {
   const Variable& name;
   template <class Name>
-    requires(std::is_base_of_v<Variable, Name> && !std::is_base_of_v<BuiltinName, Name>)
-  Key(const Name& variable, int line = __builtin_LINE()) : Here(line), name(variable) {}
+  requires(std::is_base_of_v<Variable, Name> && !std::is_base_of_v<BuiltinName, Name>)
+      Key(const Name& variable, int line = __builtin_LINE())
+      : Here(line), name(variable) {}
 };
 struct BuiltinKey : Here {
   const BuiltinName& name;
@@ -64,7 +65,8 @@ class VariableAccess {
   // Reading. Reports what is missing or was never written.
   const RValue& get() const {
     const RValue* found = object_ != nullptr ? object_->find_in_row(name_.slot) : nullptr;
-    if (found != nullptr && found->kind_bits != kUnset) [[likely]] return *found;
+    if (found != nullptr && found->kind_bits != kUnset) [[likely]]
+      return *found;
     found = read_variable_slow(object_, name_.slot);
     return found != nullptr ? *found : static_cast<const RValue&>(undefined);
   }
@@ -81,17 +83,17 @@ class VariableAccess {
       store(as_value(static_cast<T&&>(value)));
     }
   }
-#define ARENA_UPDATE(symbol, routine)                                         \
-  template <class T>                                                          \
-  void operator symbol(T&& right) && {                                        \
-    if constexpr (KnownNumber<T>) {                                           \
-      RValue* slot = plain_slot();                                            \
-      if (slot != nullptr && slot->kind_bits == kNumber) [[likely]] {         \
-        slot->real symbol as_real(right).number();                            \
-        return;                                                               \
-      }                                                                       \
-    }                                                                         \
-    update(routine, as_value(static_cast<T&&>(right)));                       \
+#define ARENA_UPDATE(symbol, routine)                                 \
+  template <class T>                                                  \
+  void operator symbol(T&& right)&& {                                 \
+    if constexpr (KnownNumber<T>) {                                   \
+      RValue* slot = plain_slot();                                    \
+      if (slot != nullptr && slot->kind_bits == kNumber) [[likely]] { \
+        slot->real symbol as_real(right).number();                    \
+        return;                                                       \
+      }                                                               \
+    }                                                                 \
+    update(routine, as_value(static_cast<T&&>(right)));               \
   }
   ARENA_UPDATE(+=, op_add)
   ARENA_UPDATE(-=, op_subtract)
@@ -99,7 +101,9 @@ class VariableAccess {
   ARENA_UPDATE(/=, op_divide)
 #undef ARENA_UPDATE
   template <class T>
-  void operator%=(T&& right) && { update(op_remainder, as_value(static_cast<T&&>(right))); }
+  void operator%=(T&& right) && {
+    update(op_remainder, as_value(static_cast<T&&>(right)));
+  }
 
   VariableAccess operator[](Key member) && { return VariableAccess(require_properties(get()), member.name); }
   GeneralAccess operator[](BuiltinKey member) &&;
@@ -167,13 +171,21 @@ class ElementAccess {
   operator Value() && { return Value(static_cast<const Value&>(get())); }
   explicit operator bool() && { return to_bool(get()); }
   template <class T>
-  void operator=(T&& value) && { write(as_value(static_cast<T&&>(value))); }
+  void operator=(T&& value) && {
+    write(as_value(static_cast<T&&>(value)));
+  }
   template <class T>
-  void operator+=(T&& right) && { write(Value(get()) + right); }
+  void operator+=(T&& right) && {
+    write(Value(get()) + right);
+  }
   template <class T>
-  void operator-=(T&& right) && { write(Value(get()) - right); }
+  void operator-=(T&& right) && {
+    write(Value(get()) - right);
+  }
   template <class T>
-  void operator*=(T&& right) && { write(Value(get()) * right); }
+  void operator*=(T&& right) && {
+    write(Value(get()) * right);
+  }
   VariableAccess operator[](Key member) && { return VariableAccess(require_properties(get()), member.name); }
   GeneralAccess operator[](BuiltinKey member) &&;
   template <class... Arguments>
@@ -216,7 +228,8 @@ class ElementAccess {
 class GeneralAccess {
  public:
   using IsDynamic = void;
-  GeneralAccess(PropertyObject* object, const BuiltinName& name, std::int32_t index = kNoIndex) : object_(object), name_(name), index_(index) {}
+  GeneralAccess(PropertyObject* object, const BuiltinName& name, std::int32_t index = kNoIndex)
+      : object_(object), name_(name), index_(index) {}
   GeneralAccess(const GeneralAccess&) = delete;
   const RValue& get() const {
     if (name_.plain_field != nullptr && index_ == kNoIndex && object_ != nullptr && object_->object_kind == ObjectKind::kInstance) {
@@ -230,13 +243,21 @@ class GeneralAccess {
   operator Value() && { return Value(get()); }
   explicit operator bool() && { return to_bool(get()); }
   template <class T>
-  void operator=(T&& value) && { write(as_value(static_cast<T&&>(value))); }
+  void operator=(T&& value) && {
+    write(as_value(static_cast<T&&>(value)));
+  }
   template <class T>
-  void operator+=(T&& right) && { write(Value(get()) + static_cast<T&&>(right)); }
+  void operator+=(T&& right) && {
+    write(Value(get()) + static_cast<T&&>(right));
+  }
   template <class T>
-  void operator-=(T&& right) && { write(Value(get()) - static_cast<T&&>(right)); }
+  void operator-=(T&& right) && {
+    write(Value(get()) - static_cast<T&&>(right));
+  }
   template <class T>
-  void operator*=(T&& right) && { write(Value(get()) * static_cast<T&&>(right)); }
+  void operator*=(T&& right) && {
+    write(Value(get()) * static_cast<T&&>(right));
+  }
   GeneralAccess operator[](Real index) && { return GeneralAccess(object_, name_, saturate_int32(index.number())); }
 
  private:

@@ -97,8 +97,7 @@ class Script<Result(Parameters...)> {
   // Missing arguments read undefined. The first one given notes the line of the call.
   Result operator()(Here = Here(__builtin_LINE())) const { return run(all_parameters, std::tuple<>()); }
   template <class... Rest>
-    requires(sizeof...(Rest) < sizeof...(Parameters))
-  Result operator()(Passed<First> first, Rest&&... rest) const {
+  requires(sizeof...(Rest) < sizeof...(Parameters)) Result operator()(Passed<First> first, Rest&&... rest) const {
     return run(all_parameters, std::tuple<First&&, Rest&&...>(static_cast<First&&>(first.value), static_cast<Rest&&>(rest)...));
   }
   operator Value() const { return Value(Real(kFirstScriptNumber + function_.index)); }
@@ -112,7 +111,8 @@ class Script<Result(Parameters...)> {
     WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
     std::tuple<Parameters...> arguments(at<Index, Parameters>(given)...);
     const FrameScope frame(function_.name, self, other);
-    return std::apply([&](auto&... each) { return body_(ObjectSelf(self), ObjectSelf(other), static_cast<Parameters&&>(each)...); }, arguments);
+    return std::apply([&](auto&... each) { return body_(ObjectSelf(self), ObjectSelf(other), static_cast<Parameters&&>(each)...); },
+                      arguments);
   }
   template <std::size_t Index, class Parameter, class Pack>
   static Parameter at(Pack& given) {
@@ -185,26 +185,25 @@ namespace arena::game {
 using namespace arena::script;
 }
 
-#define EVENT(object, event)                                                                                        \
-  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                              \
-  namespace arena::game {                                                                                           \
-  struct Event_##object##_##event {                                                                                 \
-    static void body(Self self, Instance other);                                                                   \
-  };                                                                                                                \
-  static CompiledFunction registered_##object##_##event{"ksl_Object_" #object "_" #event, __FILE__,                 \
-                                                        &ksl_Object_##object##_##event};                            \
-  }                                                                                                                 \
-  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other) {                             \
-    const arena::FrameScope frame(arena::game::registered_##object##_##event.name, self, other);                    \
-    arena::game::Event_##object##_##event::body(arena::script::Self(self), arena::script::Instance(other));         \
-  }                                                                                                                 \
+#define EVENT(object, event)                                                                                                         \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                                               \
+  namespace arena::game {                                                                                                            \
+  struct Event_##object##_##event {                                                                                                  \
+    static void body(Self self, Instance other);                                                                                     \
+  };                                                                                                                                 \
+  static CompiledFunction registered_##object##_##event{"ksl_Object_" #object "_" #event, __FILE__, &ksl_Object_##object##_##event}; \
+  }                                                                                                                                  \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other) {                                              \
+    const arena::FrameScope frame(arena::game::registered_##object##_##event.name, self, other);                                     \
+    arena::game::Event_##object##_##event::body(arena::script::Self(self), arena::script::Instance(other));                          \
+  }                                                                                                                                  \
   void arena::game::Event_##object##_##event::body([[maybe_unused]] Self self, [[maybe_unused]] Instance other)
 
 // The boxed entry beside a body: opens the frame and unpacks the arguments.
-#define ARENA_ENTRY(holder, full_name)                                                                                        \
+#define ARENA_ENTRY(holder, full_name)                                                                                                  \
   static RValue& entry(WBObjectBase* self_object, WBObjectBase* other_object, RValue& result, std::int32_t argc, const RValue** args) { \
-    const FrameScope frame(full_name, self_object, other_object);                                                             \
-    return call_entry(&holder::body, self_object, other_object, result, argc, args);                                          \
+    const FrameScope frame(full_name, self_object, other_object);                                                                       \
+    return call_entry(&holder::body, self_object, other_object, result, argc, args);                                                    \
   }
 
 namespace arena::script {
@@ -216,44 +215,44 @@ RValue& call_entry(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObject
 }
 }  // namespace arena::script
 
-#define SCRIPT(name, ...)                                                                                              \
-  namespace arena::game {                                                                                              \
-  struct Script_##name {                                                                                               \
-    static decltype(name)::ResultType body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);              \
-    ARENA_ENTRY(Script_##name, "ksl_Script_" #name)                                                                    \
-  };                                                                                                                   \
-  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::body, &Script_##name::entry};              \
-  }                                                                                                                    \
-  decltype(arena::game::name)::ResultType arena::game::Script_##name::body([[maybe_unused]] ObjectSelf self,           \
+#define SCRIPT(name, ...)                                                                                    \
+  namespace arena::game {                                                                                    \
+  struct Script_##name {                                                                                     \
+    static decltype(name)::ResultType body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);    \
+    ARENA_ENTRY(Script_##name, "ksl_Script_" #name)                                                          \
+  };                                                                                                         \
+  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::body, &Script_##name::entry};     \
+  }                                                                                                          \
+  decltype(arena::game::name)::ResultType arena::game::Script_##name::body([[maybe_unused]] ObjectSelf self, \
                                                                            [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
 
-#define METHOD(owner, name, ...)                                                                                         \
-  namespace arena::game {                                                                                                \
-  struct Method_##owner##_##name {                                                                                       \
-    static Value body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__); \
-    ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                 \
-  };                                                                                                                     \
-  const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                \
-  }                                                                                                                      \
-  arena::script::Value arena::game::Method_##owner##_##name::body(                                                       \
-      [[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+#define METHOD(owner, name, ...)                                                                                                         \
+  namespace arena::game {                                                                                                                \
+  struct Method_##owner##_##name {                                                                                                       \
+    static Value body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);                \
+    ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                                 \
+  };                                                                                                                                     \
+  const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                                \
+  }                                                                                                                                      \
+  arena::script::Value arena::game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, \
+                                                                  [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
 
-#define CONSTRUCTOR(name, ...)                                                                          \
-  namespace arena::game {                                                                               \
-  struct Constructor_##name {                                                                           \
-    static void body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);                     \
-    ARENA_ENTRY(Constructor_##name, "ksl_Script_" #name)                                                \
-  };                                                                                                    \
-  const Constructor name{"ksl_Script_" #name, __FILE__, &Constructor_##name::entry};                    \
-  }                                                                                                     \
+#define CONSTRUCTOR(name, ...)                                                       \
+  namespace arena::game {                                                            \
+  struct Constructor_##name {                                                        \
+    static void body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);  \
+    ARENA_ENTRY(Constructor_##name, "ksl_Script_" #name)                             \
+  };                                                                                 \
+  const Constructor name{"ksl_Script_" #name, __FILE__, &Constructor_##name::entry}; \
+  }                                                                                  \
   void arena::game::Constructor_##name::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
 
-#define GLOBAL_SCRIPT(file)                                                                              \
-  namespace arena::game {                                                                                \
-  struct GlobalScript_##file {                                                                           \
-    static void body(ObjectSelf self, ObjectSelf other);                                                 \
-    ARENA_ENTRY(GlobalScript_##file, "ksl_GlobalScript_" #file)                                          \
-  };                                                                                                     \
+#define GLOBAL_SCRIPT(file)                                                                                                     \
+  namespace arena::game {                                                                                                       \
+  struct GlobalScript_##file {                                                                                                  \
+    static void body(ObjectSelf self, ObjectSelf other);                                                                        \
+    ARENA_ENTRY(GlobalScript_##file, "ksl_GlobalScript_" #file)                                                                 \
+  };                                                                                                                            \
   [[maybe_unused]] static CompiledFunction registered_##file{"ksl_GlobalScript_" #file, __FILE__, &GlobalScript_##file::entry}; \
-  }                                                                                                      \
+  }                                                                                                                             \
   void arena::game::GlobalScript_##file::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other)

@@ -46,8 +46,7 @@ class Value : public RValue {
   Value& operator=(Value&& value) = default;
   Value(Real number) : RValue(number.number()) {}
   template <Arithmetic T>
-    requires(!std::same_as<T, bool>)
-  Value(T number) : RValue(static_cast<double>(number)) {}
+  requires(!std::same_as<T, bool>) Value(T number) : RValue(static_cast<double>(number)) {}
   Value(bool truth) : RValue(RValue::of_bool(truth)) {}
   Value(const char* text) : RValue(make_constant_string(text)) {}
   Value(std::string_view text) : RValue(make_string(text)) {}
@@ -71,7 +70,9 @@ inline Value int32(std::int32_t number) { return RValue::of_int32(number); }
 
 // Anything that stands for a value of unknown kind.
 template <class T>
-concept Dynamic = std::is_base_of_v<RValue, std::remove_cvref_t<T>> || requires { typename std::remove_cvref_t<T>::IsDynamic; };
+concept Dynamic = std::is_base_of_v<RValue, std::remove_cvref_t<T>> || requires {
+  typename std::remove_cvref_t<T>::IsDynamic;
+};
 // Anything else that may stand beside one.
 template <class T>
 concept Operand = Dynamic<T> || NumberProxy<T> || std::convertible_to<T, Value>;
@@ -93,17 +94,16 @@ decltype(auto) as_value(T&& operand) {
 template <class T>
 concept KnownNumber = NumberOperand<T> && !std::same_as<std::remove_cvref_t<T>, bool>;
 
-#define ARENA_DYNAMIC_OPERATOR(symbol, routine)                                                        \
-  template <class L, class R>                                                                          \
-    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>))                                 \
-  Value operator symbol(L&& left, R&& right) {                                                         \
-    if constexpr (KnownNumber<R>) {                                                                    \
-      const RValue& known = as_value(left);                                                            \
-      if (known.kind_bits == kNumber) return Value(Real(known.real) symbol as_real(right));            \
-    }                                                                                                  \
-    Value result(as_value(static_cast<L&&>(left)));                                                    \
-    routine(result, as_value(static_cast<R&&>(right)));                                                \
-    return result;                                                                                     \
+#define ARENA_DYNAMIC_OPERATOR(symbol, routine)                                                                   \
+  template <class L, class R>                                                                                     \
+  requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>)) Value operator symbol(L&& left, R&& right) { \
+    if constexpr (KnownNumber<R>) {                                                                               \
+      const RValue& known = as_value(left);                                                                       \
+      if (known.kind_bits == kNumber) return Value(Real(known.real) symbol as_real(right));                       \
+    }                                                                                                             \
+    Value result(as_value(static_cast<L&&>(left)));                                                               \
+    routine(result, as_value(static_cast<R&&>(right)));                                                           \
+    return result;                                                                                                \
   }
 ARENA_DYNAMIC_OPERATOR(+, op_add)
 ARENA_DYNAMIC_OPERATOR(-, op_subtract)
@@ -112,19 +112,18 @@ ARENA_DYNAMIC_OPERATOR(/, op_divide)
 ARENA_DYNAMIC_OPERATOR(%, op_remainder)
 #undef ARENA_DYNAMIC_OPERATOR
 
-#define ARENA_DYNAMIC_COMPARISON(symbol, test)                                                         \
-  template <class L, class R>                                                                          \
-    requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>))                                 \
-  bool operator symbol(L&& left, R&& right) {                                                          \
-    if constexpr (KnownNumber<R>) {                                                                    \
-      const RValue& known = as_value(left);                                                            \
-      if (known.kind_bits == kNumber) return Real(known.real) symbol as_real(right);                   \
-      const int order = compare(known, RValue(as_real(right).number()));                               \
-      return test;                                                                                     \
-    } else {                                                                                           \
-      const int order = compare(as_value(static_cast<L&&>(left)), as_value(static_cast<R&&>(right)));  \
-      return test;                                                                                     \
-    }                                                                                                  \
+#define ARENA_DYNAMIC_COMPARISON(symbol, test)                                                                   \
+  template <class L, class R>                                                                                    \
+  requires((Dynamic<L> && Operand<R>) || (Operand<L> && Dynamic<R>)) bool operator symbol(L&& left, R&& right) { \
+    if constexpr (KnownNumber<R>) {                                                                              \
+      const RValue& known = as_value(left);                                                                      \
+      if (known.kind_bits == kNumber) return Real(known.real) symbol as_real(right);                             \
+      const int order = compare(known, RValue(as_real(right).number()));                                         \
+      return test;                                                                                               \
+    } else {                                                                                                     \
+      const int order = compare(as_value(static_cast<L&&>(left)), as_value(static_cast<R&&>(right)));            \
+      return test;                                                                                               \
+    }                                                                                                            \
   }
 ARENA_DYNAMIC_COMPARISON(==, order == 0)
 ARENA_DYNAMIC_COMPARISON(!=, order != 0)

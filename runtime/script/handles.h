@@ -80,7 +80,8 @@ class ObjectName {
  private:
   CInstance* first() const {
     std::vector<CInstance*>& all = object_types().at(index_).instances;
-    if (!all.empty() && all.front()->is_alive) [[likely]] return all.front();
+    if (!all.empty() && all.front()->is_alive) [[likely]]
+      return all.front();
     return find_first();
   }
   CInstance* find_first() const;  // reports when there is none

@@ -130,7 +130,8 @@ inline Value string(const Value& value) { return make_string(to_text(value)); }
 // The loop holds the array, whatever becomes of the variable it came from.
 class Elements {
  public:
-  explicit Elements(const Value& array) : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {}
+  explicit Elements(const Value& array)
+      : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {}
   struct Iterator {
     const ArrayRecord* array;
     std::int32_t at;
@@ -149,7 +150,8 @@ class Elements {
 // fetched into the cache ahead.
 class Instances {
  public:
-  explicit Instances(const Value& array) : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {
+  explicit Instances(const Value& array)
+      : array_(is_array(array) ? array.array : nullptr), count_(is_array(array) ? array.array->length : 0) {
     for (std::int32_t i = 0; i < kAhead && i < count_; ++i) fetch(i);
   }
   struct Iterator {

@@ -50,7 +50,9 @@ class Real {
 
 // A proxy of something that is known to be a number: it has a number() and computes as a Real.
 template <class T>
-concept NumberProxy = requires { typename std::remove_cvref_t<T>::IsNumber; };
+concept NumberProxy = requires {
+  typename std::remove_cvref_t<T>::IsNumber;
+};
 template <class T>
 concept NumberOperand = NumberProxy<T> || Arithmetic<std::remove_cvref_t<T>> || std::same_as<std::remove_cvref_t<T>, Real>;
 
@@ -63,11 +65,11 @@ constexpr Real as_real(const T& operand) {
   }
 }
 
-#define ARENA_NUMBER_OPERATOR(result, symbol)                                               \
-  template <class L, class R>                                                               \
-    requires((NumberProxy<L> && NumberOperand<R>) || (NumberOperand<L> && NumberProxy<R>)) \
-  result operator symbol(const L& left, const R& right) {                                   \
-    return as_real(left) symbol as_real(right);                                             \
+#define ARENA_NUMBER_OPERATOR(result, symbol)                                                                                     \
+  template <class L, class R>                                                                                                     \
+  requires((NumberProxy<L> && NumberOperand<R>) || (NumberOperand<L> && NumberProxy<R>)) result operator symbol(const L& left,    \
+                                                                                                                const R& right) { \
+    return as_real(left) symbol as_real(right);                                                                                   \
   }
 ARENA_NUMBER_OPERATOR(Real, +)
 ARENA_NUMBER_OPERATOR(Real, -)

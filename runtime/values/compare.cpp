@@ -43,7 +43,9 @@ int compare_integers(const RValue& left, const RValue& right, double epsilon) {
   return a < b ? -1 : 1;
 }
 
-int compare_string(const RValue& text, const RValue& number, double epsilon) { return compare_reals(to_real(text), to_real(number), epsilon); }
+int compare_string(const RValue& text, const RValue& number, double epsilon) {
+  return compare_reals(to_real(text), to_real(number), epsilon);
+}
 
 int reversed(int order) { return order == kUnordered ? order : -order; }
 

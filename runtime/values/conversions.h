@@ -16,6 +16,8 @@ void* to_pointer(const RValue& value);
 
 bool to_bool_slow(const RValue& value);
 // The truth of a condition: a real above 0.5.
-inline bool to_bool(const RValue& value) { return value.kind_bits == kNumber || value.kind_bits == kBool ? value.real > 0.5 : to_bool_slow(value); }
+inline bool to_bool(const RValue& value) {
+  return value.kind_bits == kNumber || value.kind_bits == kBool ? value.real > 0.5 : to_bool_slow(value);
+}
 
 }  // namespace arena

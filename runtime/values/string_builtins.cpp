@@ -171,8 +171,12 @@ std::string type_of(const RValue& value) { return type_name(value); }
 
 // Conversions and questions of kind
 RValue to_int64_value(NumberOrPointer value) { return RValue::of_int64(to_int64(value.value)); }
-RValue to_pointer_value(NumberOrPointer value) { return RValue::of_pointer(reinterpret_cast<void*>(static_cast<std::intptr_t>(to_int64(value.value)))); }
-RValue pointer_address(PointerArgument pointer) { return RValue::of_int64(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(pointer.pointer))); }
+RValue to_pointer_value(NumberOrPointer value) {
+  return RValue::of_pointer(reinterpret_cast<void*>(static_cast<std::intptr_t>(to_int64(value.value))));
+}
+RValue pointer_address(PointerArgument pointer) {
+  return RValue::of_int64(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(pointer.pointer)));
+}
 bool to_bool_value(const RValue& value) { return to_bool(value); }
 bool is_real(const RValue& value) { return value.kind() == kNumber; }
 bool is_numeric(const RValue& value) { return value.is_numeric() || value.kind() == kInt32 || value.kind() == kInt64; }
@@ -190,19 +194,51 @@ bool is_infinity(const RValue& value) { return value.is_numeric() && std::isinf(
 RValue sum_of_numbers(NumberValue left, NumberValue right) { return op_add(left.value, right.value); }
 
 const BuiltinEntry kEntries[] = {
-    {"string", builtin<string_of>}, {"string_concat", builtin<string_concat>}, {"real", builtin<string_to_real>},
-    {"string_length", builtin<string_length>}, {"string_byte_length", builtin<string_byte_length>}, {"string_pos", builtin<string_pos>},
-    {"string_copy", builtin<string_copy>}, {"string_char_at", builtin<string_char_at>}, {"string_delete", builtin<string_delete>},
-    {"string_insert", builtin<string_insert>}, {"string_replace", builtin<string_replace>}, {"string_replace_all", builtin<string_replace_all>},
-    {"string_count", builtin<string_count>}, {"string_upper", builtin<string_upper>}, {"string_lower", builtin<string_lower>},
-    {"string_repeat", builtin<string_repeat>}, {"string_digits", builtin<string_digits>}, {"string_letters", builtin<string_letters>},
-    {"string_trim", builtin<string_trim>}, {"string_starts_with", builtin<string_starts_with>}, {"string_ends_with", builtin<string_ends_with>},
-    {"string_split", builtin<string_split>}, {"string_join", builtin<string_join>}, {"string_format", builtin<string_format>},
-    {"chr", builtin<chr>}, {"ord", builtin<ord>}, {"typeof", builtin<type_of>}, {"int64", builtin<to_int64_value>}, {"ptr", builtin<to_pointer_value>},
-    {"ptr_address", builtin<pointer_address>}, {"bool", builtin<to_bool_value>}, {"is_real", builtin<is_real>}, {"is_numeric", builtin<is_numeric>},
-    {"is_string", builtin<is_string>}, {"is_array", builtin<is_array>}, {"is_bool", builtin<is_bool>}, {"is_int32", builtin<is_int32>},
-    {"is_int64", builtin<is_int64>}, {"is_undefined", builtin<is_undefined>}, {"is_ptr", builtin<is_ptr>}, {"is_struct", builtin<is_struct>},
-    {"is_method", builtin<is_method>}, {"is_nan", builtin<is_nan>}, {"is_infinity", builtin<is_infinity>}, {"number_sum", builtin<sum_of_numbers>},
+    {"string", builtin<string_of>},
+    {"string_concat", builtin<string_concat>},
+    {"real", builtin<string_to_real>},
+    {"string_length", builtin<string_length>},
+    {"string_byte_length", builtin<string_byte_length>},
+    {"string_pos", builtin<string_pos>},
+    {"string_copy", builtin<string_copy>},
+    {"string_char_at", builtin<string_char_at>},
+    {"string_delete", builtin<string_delete>},
+    {"string_insert", builtin<string_insert>},
+    {"string_replace", builtin<string_replace>},
+    {"string_replace_all", builtin<string_replace_all>},
+    {"string_count", builtin<string_count>},
+    {"string_upper", builtin<string_upper>},
+    {"string_lower", builtin<string_lower>},
+    {"string_repeat", builtin<string_repeat>},
+    {"string_digits", builtin<string_digits>},
+    {"string_letters", builtin<string_letters>},
+    {"string_trim", builtin<string_trim>},
+    {"string_starts_with", builtin<string_starts_with>},
+    {"string_ends_with", builtin<string_ends_with>},
+    {"string_split", builtin<string_split>},
+    {"string_join", builtin<string_join>},
+    {"string_format", builtin<string_format>},
+    {"chr", builtin<chr>},
+    {"ord", builtin<ord>},
+    {"typeof", builtin<type_of>},
+    {"int64", builtin<to_int64_value>},
+    {"ptr", builtin<to_pointer_value>},
+    {"ptr_address", builtin<pointer_address>},
+    {"bool", builtin<to_bool_value>},
+    {"is_real", builtin<is_real>},
+    {"is_numeric", builtin<is_numeric>},
+    {"is_string", builtin<is_string>},
+    {"is_array", builtin<is_array>},
+    {"is_bool", builtin<is_bool>},
+    {"is_int32", builtin<is_int32>},
+    {"is_int64", builtin<is_int64>},
+    {"is_undefined", builtin<is_undefined>},
+    {"is_ptr", builtin<is_ptr>},
+    {"is_struct", builtin<is_struct>},
+    {"is_method", builtin<is_method>},
+    {"is_nan", builtin<is_nan>},
+    {"is_infinity", builtin<is_infinity>},
+    {"number_sum", builtin<sum_of_numbers>},
 };
 const BuiltinTable table(kEntries);
 

@@ -34,10 +34,10 @@ enum Kind : std::uint32_t {
 };
 
 inline constexpr std::uint32_t kKindMask = 0xFFFFFF;
-inline constexpr std::uint32_t kOwnsHeapMask = 0x46;    // kinds 1, 2 and 6
-inline constexpr std::uint32_t kFlagOwnsPointer = 8;    // on a pointer value: release() destroys the pointed-to object
-inline constexpr std::int32_t kNoIndex = INT32_MIN;     // "the whole variable" where an array index may stand
-inline constexpr double kNoone = -4;                    // no instance
+inline constexpr std::uint32_t kOwnsHeapMask = 0x46;  // kinds 1, 2 and 6
+inline constexpr std::uint32_t kFlagOwnsPointer = 8;  // on a pointer value: release() destroys the pointed-to object
+inline constexpr std::int32_t kNoIndex = INT32_MIN;   // "the whole variable" where an array index may stand
+inline constexpr double kNoone = -4;                  // no instance
 
 // Shared text. `size` counts the bytes before the terminating zero; a negative size marks text that the record does not own.
 struct StringRecord {

@@ -15,8 +15,8 @@ void report_kind(const Message<P...>& message, const CallContext& call, int at) 
 bool names_function(const RValue& value) {
   if (!is_number_like(value) || value.is_object()) return false;
   const std::int32_t number = to_int32(value);
-  return (number >= 0 && number < builtin_count()) ||
-         (number >= kFirstScriptNumber && number - kFirstScriptNumber < script_count()) || extension_function(number) != nullptr;
+  return (number >= 0 && number < builtin_count()) || (number >= kFirstScriptNumber && number - kFirstScriptNumber < script_count()) ||
+         extension_function(number) != nullptr;
 }
 
 }  // namespace

@@ -35,22 +35,22 @@ struct CallContext {
 struct Rest : std::span<RValue> {
   using std::span<RValue>::span;
 };
-struct ReadArray {       // any array
+struct ReadArray {  // any array
   ArrayRecord* array;
 };
-struct MutableArray {    // an array that is not immutable; changed in place
+struct MutableArray {  // an array that is not immutable; changed in place
   ArrayRecord* array;
 };
 struct StructArgument {  // a struct or an instance
   PropertyObject* object;
 };
-struct PlainStruct {     // a struct that is no instance
+struct PlainStruct {  // a struct that is no instance
   PropertyObject* object;
 };
-struct Callable {        // a method, or the number of a function
+struct Callable {  // a method, or the number of a function
   RValue value;
 };
-struct NumberValue {     // a number of any kind, unconverted
+struct NumberValue {  // a number of any kind, unconverted
   RValue value;
 };
 struct PointerArgument {
@@ -59,11 +59,11 @@ struct PointerArgument {
 struct NumberOrPointer {
   RValue value;
 };
-struct SelfInstance {    // takes no argument: the instance that calls
+struct SelfInstance {  // takes no argument: the instance that calls
   CInstance* instance;
 };
 
-std::string_view current_builtin_name();  // "Unknown Function" when none is current
+std::string_view current_builtin_name();   // "Unknown Function" when none is current
 bool is_number_like(const RValue& value);  // number, bool, int32, int64, ref, instance
 
 double check_real(const CallContext& call, int at);
@@ -87,11 +87,11 @@ const RValue& argument_at(const CallContext& call, int at);  // undefined when l
 
 template <class T>
 struct Argument;
-#define ARENA_ARGUMENT(type, expression)                                             \
-  template <>                                                                        \
-  struct Argument<type> {                                                            \
-    static constexpr bool consumes = true;                                           \
-    static type get(const CallContext& call, int at) { return expression; }         \
+#define ARENA_ARGUMENT(type, expression)                                    \
+  template <>                                                               \
+  struct Argument<type> {                                                   \
+    static constexpr bool consumes = true;                                  \
+    static type get(const CallContext& call, int at) { return expression; } \
   };
 ARENA_ARGUMENT(double, check_real(call, at))
 ARENA_ARGUMENT(float, check_float(call, at))

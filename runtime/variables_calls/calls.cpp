@@ -22,7 +22,8 @@ class CurrentBuiltinScope {
   const BuiltinEntry* saved_;
 };
 
-RValue& call_script(CompiledFunction& function, WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue** args) {
+RValue& call_script(CompiledFunction& function, WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc,
+                    const RValue** args) {
   result = RValue();
   if (function.is_constructor) {
     report_error(messages::kConstructorDirect);
@@ -54,7 +55,8 @@ ArgumentVector::~ArgumentVector() {
   }
 }
 
-RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, std::int32_t index, RValue* args) {
+RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, std::int32_t index,
+                              RValue* args) {
   result = RValue();
   const BuiltinEntry& entry = builtin_at(index);
   const CurrentBuiltinScope scope(&entry);

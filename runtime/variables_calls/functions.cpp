@@ -40,7 +40,8 @@ CompiledFunction* find_in(const std::vector<CompiledFunction*>& table, std::stri
 void note_doubles(const std::vector<CompiledFunction*>& table, std::vector<std::string>& problems) {
   for (std::size_t i = 1; i < table.size(); ++i) {
     if (std::strcmp(table[i - 1]->name, table[i]->name) != 0) continue;
-    problems.push_back(std::string("function '") + table[i]->name + "' is defined twice, in " + table[i - 1]->file + " and " + table[i]->file);
+    problems.push_back(std::string("function '") + table[i]->name + "' is defined twice, in " + table[i - 1]->file + " and " +
+                       table[i]->file);
   }
 }
 
@@ -86,8 +87,8 @@ std::int32_t builtin_count() { return static_cast<std::int32_t>(builtins.size())
 const BuiltinEntry& builtin_at(std::int32_t index) { return builtins[static_cast<std::size_t>(index)]; }
 
 std::int32_t find_builtin(std::string_view name) {
-  const auto place =
-      std::lower_bound(builtins.begin(), builtins.end(), name, [](const BuiltinEntry& entry, std::string_view wanted) { return entry.name < wanted; });
+  const auto place = std::lower_bound(builtins.begin(), builtins.end(), name,
+                                      [](const BuiltinEntry& entry, std::string_view wanted) { return entry.name < wanted; });
   return place != builtins.end() && place->name == name ? static_cast<std::int32_t>(place - builtins.begin()) : -1;
 }
 
@@ -95,7 +96,8 @@ std::int32_t script_count() { return static_cast<std::int32_t>(scripts.size()); 
 CompiledFunction& script_at(std::int32_t index) { return *scripts[static_cast<std::size_t>(index)]; }
 
 std::int32_t find_script(std::string_view name) {
-  const CompiledFunction* found = find_in(scripts, name.starts_with(kScriptPrefix) ? std::string(name) : std::string(kScriptPrefix).append(name));
+  const CompiledFunction* found =
+      find_in(scripts, name.starts_with(kScriptPrefix) ? std::string(name) : std::string(kScriptPrefix).append(name));
   return found != nullptr ? found->index : -1;
 }
 

@@ -30,8 +30,8 @@ class CompiledFunction {
   const EventHandler handler = nullptr;
   const ScriptFunction script = nullptr;
   const bool is_constructor = false;
-  std::int32_t index = -1;             // scripts: number - 100000
-  PropertyObject* statics = nullptr;   // made on first need; kept alive by the table
+  std::int32_t index = -1;            // scripts: number - 100000
+  PropertyObject* statics = nullptr;  // made on first need; kept alive by the table
   CompiledFunction* next;
 };
 

@@ -104,7 +104,6 @@ std::int32_t find_variable_id(std::string_view name) {
   return found;
 }
 
-
 std::string_view variable_name(std::int32_t id) {
   if (id < 0 || id >= variable_id_count()) return "<unknown>";
   return *variables().names[static_cast<std::size_t>(id)];

@@ -1,6 +1,5 @@
 // Arrays by value, their growth and errors; structs, methods and constructors.
 #include "runtime/arrays_structs/array.h"
-
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
@@ -23,13 +22,22 @@ TEST_F(Arrays, NobodySeesAnothersWrite) {
 
 TEST_F(Arrays, GrowAndFail) {
   check({
-      {"a = [1, 2]; a[5] = 6; a", "[1,2,0,0,0,6]"}, {"x1 = 3; x1[2] = 1; x1", "[0,0,1]"}, {"[1, 2][2]", "! index out of bounds request 2 maximum size is 2"},
-      {"[1][-1]", "! Array index must be positive"}, {"(5)[0]", "! trying to index a variable which is not an array"},
-      {"a = immutable([1]); a[0] = 2", "! Unable to write to immutable array"}, {"a = [1]; a[-1] = 2", "! Array index must be positive"},
-      {"array_push(5, 1)", "! array_push :: argument 1 is not an array"}, {"array_push(immutable([1]), 1)", "! array_push :: argument 1 cannot be an immutable array"},
-      {"array_push(unset(), 1)", "! ARRAY argument is unset"}, {"a = [3, 1, \"b\", 2, \"a\"]; array_sort(a, true); a", "[1,2,3,\"a\",\"b\"]"},
-      {"a = [1, 2, 3, 4]; array_delete(a, 1, 2); a", "[1,4]"}, {"a = [1, 4]; array_insert(a, 1, 2, 3); a", "[1,2,3,4]"},
-      {"array_concat([1], [2, 3])", "[1,2,3]"}, {"array_pop([])", "undefined"}, {"array_contains([1, 2.000001], 2)", "true"},
+      {"a = [1, 2]; a[5] = 6; a", "[1,2,0,0,0,6]"},
+      {"x1 = 3; x1[2] = 1; x1", "[0,0,1]"},
+      {"[1, 2][2]", "! index out of bounds request 2 maximum size is 2"},
+      {"[1][-1]", "! Array index must be positive"},
+      {"(5)[0]", "! trying to index a variable which is not an array"},
+      {"a = immutable([1]); a[0] = 2", "! Unable to write to immutable array"},
+      {"a = [1]; a[-1] = 2", "! Array index must be positive"},
+      {"array_push(5, 1)", "! array_push :: argument 1 is not an array"},
+      {"array_push(immutable([1]), 1)", "! array_push :: argument 1 cannot be an immutable array"},
+      {"array_push(unset(), 1)", "! ARRAY argument is unset"},
+      {"a = [3, 1, \"b\", 2, \"a\"]; array_sort(a, true); a", "[1,2,3,\"a\",\"b\"]"},
+      {"a = [1, 2, 3, 4]; array_delete(a, 1, 2); a", "[1,4]"},
+      {"a = [1, 4]; array_insert(a, 1, 2, 3); a", "[1,2,3,4]"},
+      {"array_concat([1], [2, 3])", "[1,2,3]"},
+      {"array_pop([])", "undefined"},
+      {"array_contains([1, 2.000001], 2)", "true"},
   });
 }
 
@@ -82,27 +90,38 @@ TEST_F(Structs, KeepTheirOrderAndRefuseBadNames) {
       {"s = {a: 1, b: 2, c: 3}; variable_struct_remove(s, \"a\"); s.a = 4; s", "{b:2,c:3,a:4}"},
       {"s = {}; variable_struct_set(s, \"\", 1)", "! variable_struct_set: illegal to use empty names"},
       {"s = {}; variable_struct_set(s, \"@@x\", 1)", "! illegal to use internal names (names that start with @@)"},
-      {"{a: 1}.b", "! Unable to get property"}, {"m = method(undefined, Approach); m.x1 = 1", "! Unable to set property"},
-      {"\"text\".a", "! Unable to use string \"text\" as struct"}, {"s = {a: 1}; t = s; t.a = 2; s.a", "2"},
+      {"{a: 1}.b", "! Unable to get property"},
+      {"m = method(undefined, Approach); m.x1 = 1", "! Unable to set property"},
+      {"\"text\".a", "! Unable to use string \"text\" as struct"},
+      {"s = {a: 1}; t = s; t.a = 2; s.a", "2"},
       {"s = {made_at_run_time_1: 5}; s.made_at_run_time_1", "5"},
       {"s = {a: 1}; struct_freeze(s); s.a = 2", "! Writing to variable 'a' in managed object 'struct' which is read-only. "},
-      {"s = {a: 1}; struct_freeze(s); s.a = {}", "! Writing reference to unmanaged object 'struct' to variable 'a' in managed object 'struct'."},
+      {"s = {a: 1}; struct_freeze(s); s.a = {}",
+       "! Writing reference to unmanaged object 'struct' to variable 'a' in managed object 'struct'."},
   });
 }
 
 TEST_F(Structs, OfManyFieldsBecomeDictionariesAndStayThemselves) {
   eval("big = {first: 1}; same = big");
   for (int i = 0; i < 100; ++i) eval("big.field_" + std::to_string(i) + " = " + std::to_string(i));
-  check({{"same.field_99", "99"}, {"same.first", "1"}, {"variable_struct_names_count(big)", "101"}, {"variable_struct_get_names(big)[64]", "field_63"}});
+  check({{"same.field_99", "99"},
+         {"same.first", "1"},
+         {"variable_struct_names_count(big)", "101"},
+         {"variable_struct_get_names(big)[64]", "field_63"}});
 }
 
 TEST_F(Structs, MethodsAndConstructors) {
   check({
-      {"new Modifier(\"x\", \"y\", {damage_mult: 2, foo: 1}).foo", "1"}, {"Modifier(1, 2, 3)", "! calling a constructor directly - constructors should only be called using new"},
-{"\"x\"(1)", "! argument is not a method, unable to call"},
-      {"(-1)()", "! attempting to call invalid function with script index -1"}, {"(500000)()", "! attempting to call invalid function with script index 500000"},
-      {"script_execute(Approach, 0, 10, 3)", "3"}, {"m = method({k: 1}, Approach); m(0, 10, 4)", "4"}, {"f = [Approach]; f[0](10, 0, 3)", "7"},
-      {"getTarnCamera() == getTarnCamera()", "true"}, {"weak_ref_alive(weak_ref_create({}))", "true"},
+      {"new Modifier(\"x\", \"y\", {damage_mult: 2, foo: 1}).foo", "1"},
+      {"Modifier(1, 2, 3)", "! calling a constructor directly - constructors should only be called using new"},
+      {"\"x\"(1)", "! argument is not a method, unable to call"},
+      {"(-1)()", "! attempting to call invalid function with script index -1"},
+      {"(500000)()", "! attempting to call invalid function with script index 500000"},
+      {"script_execute(Approach, 0, 10, 3)", "3"},
+      {"m = method({k: 1}, Approach); m(0, 10, 4)", "4"},
+      {"f = [Approach]; f[0](10, 0, 3)", "7"},
+      {"getTarnCamera() == getTarnCamera()", "true"},
+      {"weak_ref_alive(weak_ref_create({}))", "true"},
       {"weak_ref_create(5)", "! weak_ref_create argument 1 incorrect type (number) needs to be a struct"},
   });
 }

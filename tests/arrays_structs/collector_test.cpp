@@ -3,14 +3,13 @@
 
 #include <functional>
 
-#include "runtime/values/block_pool.h"
-#include "runtime/values/strings.h"
-
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/values/block_pool.h"
+#include "runtime/values/strings.h"
 #include "runtime/variables_calls/names.h"
 #include "tests/support/test_game.h"
 
@@ -119,7 +118,7 @@ TEST_F(Collector, MemoryStaysFlat) {
 struct Scenario {
   BarrierSite site;
   const char* label;
-  std::function<CWeakRef*()> store;   // makes an old container refer to a young object through this site
+  std::function<CWeakRef*()> store;  // makes an old container refer to a young object through this site
   std::function<void()> collect;
 };
 
@@ -133,13 +132,15 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          const RValue young = make_struct();
          store_variable(holder, id("child"), young);
          return watch(young.object);
-       }, small},
+       },
+       small},
       {BarrierSite::kAssignArray, "assign an array",
        [&] {
          const RValue young = make_array(2);
          store_variable(holder, id("child"), young);
          return watch(young.array->owner);
-       }, small},
+       },
+       small},
       {BarrierSite::kArrayMade, "make an array in place",
        [&] {
          store_variable(holder, id("child"), RValue(0.0));
@@ -147,7 +148,8 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          RValue* slot = holder->get_variable_ref(id("child"));
          array_element_for_write(*slot, 3);
          return watch(slot->array->owner);
-       }, small},
+       },
+       small},
       {BarrierSite::kArrayCopied, "copy an array in place",
        [&] {
          store_variable(holder, id("child"), make_array(2));
@@ -158,7 +160,8 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          const OwnerTokenScope stranger(current_owner_token + 99);
          array_element_for_write(*slot, 0);
          return watch(slot->array->owner);
-       }, small},
+       },
+       small},
       {BarrierSite::kBoundSelf, "bind a young self to an old closure",
        [&] {
          RValue closure;
@@ -169,7 +172,8 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          method_of(closure)->bound_self = young;
          write_barrier(method_of(closure), young.object, BarrierSite::kBoundSelf);
          return watch(young.object);
-       }, small},
+       },
+       small},
       {BarrierSite::kPromotion, "promote a parent before its child",
        [&] {
          const RValue parent = make_struct();
@@ -180,7 +184,8 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          CWeakRef* reference = watch(young.object);
          minor_collections(1);
          return reference;
-       }, small},
+       },
+       small},
   };
   for (const Scenario& scenario : scenarios) {
     for (const bool is_taken_away : {false, true}) {

@@ -37,13 +37,16 @@ TEST(Pictures, OpenGlKeepsTheContract) {
   const std::uint8_t four[16] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255};
   const gpu::TextureId texture = on.create_texture(2, 2, four);
   on.begin_frame(64, 64, 0x000000);
-  solid(on, 0, 0, 16, 16, kRed);                              // top left
-  solid(on, 8, 0, 16, 16, kHalfGreen);                        // half over it
+  solid(on, 0, 0, 16, 16, kRed);        // top left
+  solid(on, 8, 0, 16, 16, kHalfGreen);  // half over it
   solid(on, 48, 48, 64, 64, 0xFF404040);
   solid(on, 56, 48, 64, 64, 0xFF202020, gpu::Blend::kAdd);
   solid(on, 48, 56, 56, 64, 0xFF101010, gpu::Blend::kSubtract);
-  const auto corner = [&](float x, float y, float u, float v) { return Vertex{x, y, u, v, 0xFFFFFFFF, static_cast<float>(gpu::Paint::kTexture)}; };
-  const Vertex picture[] = {corner(16, 16, 0, 0), corner(48, 16, 1, 0), corner(48, 48, 1, 1), corner(16, 16, 0, 0), corner(48, 48, 1, 1), corner(16, 48, 0, 1)};
+  const auto corner = [&](float x, float y, float u, float v) {
+    return Vertex{x, y, u, v, 0xFFFFFFFF, static_cast<float>(gpu::Paint::kTexture)};
+  };
+  const Vertex picture[] = {corner(16, 16, 0, 0), corner(48, 16, 1, 0), corner(48, 48, 1, 1),
+                            corner(16, 16, 0, 0), corner(48, 48, 1, 1), corner(16, 48, 0, 1)};
   on.draw({texture, gpu::Blend::kNormal, 1}, picture, 6);
   const std::vector<std::uint8_t> pixels = on.read_pixels();
   on.end_frame();

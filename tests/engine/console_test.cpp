@@ -11,12 +11,38 @@ namespace {
 class Console : public TestGame {};
 
 TEST_F(Console, GarbageGetsAnErrorReply) {
-  const std::vector<std::string> lines = {
-      "", "garbage", "{", "[]", "5", "null", "{}", "{\"eval\": 5}", "{\"step\": \"x\"}", "{\"step\": -1}", "{\"step\": 1, \"dt\": -1}", "{\"key\": 65}",
-      "{\"key\": \"a\", \"down\": true}", "{\"mouse\": [1]}", "{\"mouse\": 5}", "{\"instances\": \"oNothing\"}", "{\"eval\": \"1\", \"self\": 5}",
-      "{\"eval\": \"1\", \"self\": \"x\"}", "{\"eval\": \"(((\"}", "{\"eval\": \"1 +\"}", "{\"eval\": \"\\\"open\"}", "{\"eval\": \"a b\"}", "{\"eval\": \"5 = 3\"}",
-      "{\"eval\": \"new Nothing()\"}", "{\"eval\": \"{a 1}\"}", "{\"eval\": \"#\"}", "{\"eval\": \"with (1) 2\"}", "{\"eval\": \"1..2\"}", "\xff\xfe",
-      "{\"eval\": \"" + std::string(5000, '(') + "\"}", "{\"eval\": \"" + std::string(5000, '-') + "1\"}", "{\"eval\": \"" + std::string(5000, '!') + "\"}"};
+  const std::vector<std::string> lines = {"",
+                                          "garbage",
+                                          "{",
+                                          "[]",
+                                          "5",
+                                          "null",
+                                          "{}",
+                                          "{\"eval\": 5}",
+                                          "{\"step\": \"x\"}",
+                                          "{\"step\": -1}",
+                                          "{\"step\": 1, \"dt\": -1}",
+                                          "{\"key\": 65}",
+                                          "{\"key\": \"a\", \"down\": true}",
+                                          "{\"mouse\": [1]}",
+                                          "{\"mouse\": 5}",
+                                          "{\"instances\": \"oNothing\"}",
+                                          "{\"eval\": \"1\", \"self\": 5}",
+                                          "{\"eval\": \"1\", \"self\": \"x\"}",
+                                          "{\"eval\": \"(((\"}",
+                                          "{\"eval\": \"1 +\"}",
+                                          "{\"eval\": \"\\\"open\"}",
+                                          "{\"eval\": \"a b\"}",
+                                          "{\"eval\": \"5 = 3\"}",
+                                          "{\"eval\": \"new Nothing()\"}",
+                                          "{\"eval\": \"{a 1}\"}",
+                                          "{\"eval\": \"#\"}",
+                                          "{\"eval\": \"with (1) 2\"}",
+                                          "{\"eval\": \"1..2\"}",
+                                          "\xff\xfe",
+                                          "{\"eval\": \"" + std::string(5000, '(') + "\"}",
+                                          "{\"eval\": \"" + std::string(5000, '-') + "1\"}",
+                                          "{\"eval\": \"" + std::string(5000, '!') + "\"}"};
   for (const std::string& line : lines) {
     const auto reply = nlohmann::json::parse(console->answer(line));
     EXPECT_TRUE(reply.contains("error")) << line.substr(0, 60) << " gives " << reply.dump();
@@ -26,9 +52,54 @@ TEST_F(Console, GarbageGetsAnErrorReply) {
 }
 
 TEST_F(Console, RandomStatementsNeverTakeTheGameDown) {
-  const char* pieces[] = {"oPlayer", "global", "self", ".", ".x", "hp", "[", "]", "(", ")", "1", "-1", "\"t\"", "+", "-", "*", "/", "%", "==", "<", "&&", "=", "+=",
-                          ";", ",", "{", "}", "a", ":", "noone", "undefined", "string", "array_push", "new ", "Weapon", "with", "instance_destroy", "ref", "unset()",
-                          "oBullet", "instance_create_depth(0,0,0,oBullet)", "alarm", "id", "infinity", "NaN", "ds_list_create()", "array_create", "100000"};
+  const char* pieces[] = {"oPlayer",
+                          "global",
+                          "self",
+                          ".",
+                          ".x",
+                          "hp",
+                          "[",
+                          "]",
+                          "(",
+                          ")",
+                          "1",
+                          "-1",
+                          "\"t\"",
+                          "+",
+                          "-",
+                          "*",
+                          "/",
+                          "%",
+                          "==",
+                          "<",
+                          "&&",
+                          "=",
+                          "+=",
+                          ";",
+                          ",",
+                          "{",
+                          "}",
+                          "a",
+                          ":",
+                          "noone",
+                          "undefined",
+                          "string",
+                          "array_push",
+                          "new ",
+                          "Weapon",
+                          "with",
+                          "instance_destroy",
+                          "ref",
+                          "unset()",
+                          "oBullet",
+                          "instance_create_depth(0,0,0,oBullet)",
+                          "alarm",
+                          "id",
+                          "infinity",
+                          "NaN",
+                          "ds_list_create()",
+                          "array_create",
+                          "100000"};
   RandomGenerator random(99);
   for (int round = 0; round < 4000; ++round) {
     std::string statement;
@@ -77,7 +148,8 @@ TEST(Replays, TheSameSeedAndInputsGiveTheSameStates) {
   {
     std::ofstream stream(script);
     for (int frame = 0; frame < 240; ++frame) {
-      if (frame % 20 == 0) stream << "{\"key\": " << (frame % 40 == 0 ? 68 : 87) << ", \"down\": " << (frame % 80 < 40 ? "true" : "false") << "}\n";
+      if (frame % 20 == 0)
+        stream << "{\"key\": " << (frame % 40 == 0 ? 68 : 87) << ", \"down\": " << (frame % 80 < 40 ? "true" : "false") << "}\n";
       if (frame == 60) stream << "{\"key\": 69, \"down\": true}\n{\"mouse\": [1800, 1500]}\n{\"button\": 1, \"down\": true}\n";
       stream << "{\"step\": 1}\n{\"hash\": true}\n";
     }

@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <fstream>
+#include <functional>
 
 #include "arena_generated.h"
 #include "runtime/instances_loop/random.h"
@@ -87,7 +87,8 @@ TEST(DataFile, MeaningIsChecked) {
       {"first room", [](data::FileT& file) { file.first_room = 77; }, "the first room does not exist"},
       {"frame", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(100000); }, "sprite 'sprPlayer' has a frame outside its page"},
       {"mask", [](data::FileT& file) { file.sprites[0]->right = 1e9f; }, "sprite 'sprPlayer' has a mask outside itself"},
-      {"double index", [](data::FileT& file) { file.sprites[1]->index = file.sprites[0]->index; }, "sprite 'sprEnemy' has the index of another sprite"},
+      {"double index", [](data::FileT& file) { file.sprites[1]->index = file.sprites[0]->index; },
+       "sprite 'sprEnemy' has the index of another sprite"},
       {"rate", [](data::FileT& file) { file.sounds[0]->rate = 0; }, "sound 'sndStart' has an impossible rate"},
       {"page", [](data::FileT& file) { file.pages[0]->width = -5; }, "an atlas page has an impossible size"},
   };

@@ -10,20 +10,31 @@ constexpr double kFrame = 1.0 / 60;
 
 class Rules : public TestGame {
  protected:
-  Rules() {
-    eval("global.snd_Ref = 500; global.snd_Max = 2000; global.statistics = {kills: 0}; global.dt_steady = 1 / 60");
-  }
+  Rules() { eval("global.snd_Ref = 500; global.snd_Max = 2000; global.statistics = {kills: 0}; global.dt_steady = 1 / 60"); }
   // Whole-program definitions without the arena around them.
   void define() { eval("instance_create_layer(0, 0, \"layUI\", oInit); 1"); }
-  void player(double x, double y) { eval("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layPlayer\", oPlayer); 1"); }
+  void player(double x, double y) {
+    eval("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layPlayer\", oPlayer); 1");
+  }
 };
 
 TEST_F(Rules, MotionHelpers) {
   check({
-      {"Approach(0, 10, 3)", "3"}, {"Approach(10, 0, 3)", "7"}, {"Approach(9, 10, 3)", "10"}, {"SmoothApproach(0, 10, 4)", "2.50"},
-      {"SmoothApproach(0, 0.005, 4) == 0.005", "true"}, {"Range(5, 0, 10, 100, 200)", "150"}, {"Range(20, 0, 10, 100, 200)", "300"},
-      {"Range(1, 2, 2, 0, 1)", "-inf"}, {"StringZeroes(7, 3)", "007"}, {"StringZeroes(1234, 3)", "1234"}, {"Chance(0)", "false"}, {"Chance(undefined)", "false"},
-      {"ArrayShuffle(5)", "undefined"}, {"a = [1, 2, 3]; ArrayShuffle(a); array_length(a)", "3"}, {"clamp(5, 10, 1)", "1"},
+      {"Approach(0, 10, 3)", "3"},
+      {"Approach(10, 0, 3)", "7"},
+      {"Approach(9, 10, 3)", "10"},
+      {"SmoothApproach(0, 10, 4)", "2.50"},
+      {"SmoothApproach(0, 0.005, 4) == 0.005", "true"},
+      {"Range(5, 0, 10, 100, 200)", "150"},
+      {"Range(20, 0, 10, 100, 200)", "300"},
+      {"Range(1, 2, 2, 0, 1)", "-inf"},
+      {"StringZeroes(7, 3)", "007"},
+      {"StringZeroes(1234, 3)", "1234"},
+      {"Chance(0)", "false"},
+      {"Chance(undefined)", "false"},
+      {"ArrayShuffle(5)", "undefined"},
+      {"a = [1, 2, 3]; ArrayShuffle(a); array_length(a)", "3"},
+      {"clamp(5, 10, 1)", "1"},
   });
   EXPECT_NEAR(number("SmoothApproachDelta(0, 10, 1 / 60)"), 5, 1e-12) << "halves in `amount` seconds";
   eval("a = []; i = 0");
@@ -61,10 +72,11 @@ TEST_F(Rules, FrameTimeIsFiltered) {
 
 TEST_F(Rules, TheGridFindsNeighboursAsCoarselyAsItShould) {
   const auto enemy = [&](double x, double y) {
-    return std::to_string(static_cast<int>(number("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layMobs\", oBullet)")));
+    return std::to_string(
+        static_cast<int>(number("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layMobs\", oBullet)")));
   };
-  const std::string a = enemy(39, 39), b = enemy(41, 41), outside = enemy(-1, 5), far = enemy(4001, 10), c = enemy(41, 500), d = enemy(99, 500),
-                    e = enemy(39, 900), f = enemy(97, 900);
+  const std::string a = enemy(39, 39), b = enemy(41, 41), outside = enemy(-1, 5), far = enemy(4001, 10), c = enemy(41, 500),
+                    d = enemy(99, 500), e = enemy(39, 900), f = enemy(97, 900);
   eval("grid_clear(); with (oBullet) { grid_insert(id) }");
   EXPECT_EQ(eval("grid_get_nearby(39, 39)"), "[" + a + "," + b + "]");
   EXPECT_EQ(eval("grid_get_nearby(-1, 5)"), "[" + a + "]");
@@ -83,19 +95,29 @@ TEST_F(Rules, TheCameraFollowsWithALeash) {
   check({
       {"c.applyShake(10, 0.2); c.applyShake(6, 0.1); [c.shake, c.shake_length_max]", "[10,0.20]"},
       {"c.camera_zoom_smoothness = 0; c.camera_zoom_target = 5; c.update(); c.camera_zoom", "2"},
-      {"c.camera_zoom_target = 0; c.update(); c.camera_zoom", "0.10"}, {"getTarnCamera() == c", "true"}, {"c.shake_length < 0.2", "true"},
+      {"c.camera_zoom_target = 0; c.update(); c.camera_zoom", "0.10"},
+      {"getTarnCamera() == c", "true"},
+      {"c.shake_length < 0.2", "true"},
   });
 }
 
 TEST_F(Rules, Definitions) {
   define();
   check({
-      {"variable_struct_names_count(global.weapons)", "15"}, {"variable_struct_names_count(global.modifiers)", "10"},
-      {"global.weapons.rusty_pistol.modifiers[0] == global.modifiers.projectile", "true"}, {"array_length(global.weapons.omega_cannon.modifiers)", "6"},
-      {"global.weapons.rail_gun.base_spread", "0"}, {"global.weapons.shotgun.modifiers[1] == global.modifiers.multishot", "true"},
-      {"global.weapons.rusty_shotgun.description", "Devastating at close range but slow"}, {"global.modifiers.rapid.fire_rate_mult", "0.70"},
-      {"global.modifiers.power.knockback_force", "100"}, {"global.modifiers.grenade.icon", "24"}, {"global.modifiers.power.icon", "7"},
-      {"new Modifier(\"x\", \"y\", {}).multishot_angle", "10"}, {"randomWeapon(4).rarity", "4"}, {"randomWeapon(17).rarity < 6", "true"},
+      {"variable_struct_names_count(global.weapons)", "15"},
+      {"variable_struct_names_count(global.modifiers)", "10"},
+      {"global.weapons.rusty_pistol.modifiers[0] == global.modifiers.projectile", "true"},
+      {"array_length(global.weapons.omega_cannon.modifiers)", "6"},
+      {"global.weapons.rail_gun.base_spread", "0"},
+      {"global.weapons.shotgun.modifiers[1] == global.modifiers.multishot", "true"},
+      {"global.weapons.rusty_shotgun.description", "Devastating at close range but slow"},
+      {"global.modifiers.rapid.fire_rate_mult", "0.70"},
+      {"global.modifiers.power.knockback_force", "100"},
+      {"global.modifiers.grenade.icon", "24"},
+      {"global.modifiers.power.icon", "7"},
+      {"new Modifier(\"x\", \"y\", {}).multishot_angle", "10"},
+      {"randomWeapon(4).rarity", "4"},
+      {"randomWeapon(17).rarity < 6", "true"},
       {"w = new Weapon(\"n\", {}); [w.base_fire_rate, w.max_slots, w.icon]", "[0.40,3,-1]"},
   });
 }
@@ -104,15 +126,25 @@ TEST_F(Rules, GunsApplyTheirModifiers) {
   define();
   eval("g = instance_create_layer(0, 0, \"layPickups\", oGun); m = global.modifiers");
   check({
-      {"[g.base_damage, g.fire_rate, g.bullet_spread, g.max_slots, g.rarity]", "[10,0.15,5,1,-1]"}, {"g.fireWeapon()", "false"},
-      {"s = g.getStats(); [s.name, s.description, s.icon]", "[\"\",\"\",-1]"}, {"g.setStats(global.weapons.pistol); g.bullet_type", "0"},
+      {"[g.base_damage, g.fire_rate, g.bullet_spread, g.max_slots, g.rarity]", "[10,0.15,5,1,-1]"},
+      {"g.fireWeapon()", "false"},
+      {"s = g.getStats(); [s.name, s.description, s.icon]", "[\"\",\"\",-1]"},
+      {"g.setStats(global.weapons.pistol); g.bullet_type", "0"},
       {"[g.addModifier(m.power), g.addModifier(m.knockback), g.addModifier(m.speed)]", "[true,true,false]"},
-      {"[g.bullet_damage, g.knockback]", "[22.50,400]"}, {"g.removeModifier(0); g.bullet_type", "-1"}, {"g.removeModifier(9); array_length(g.modifiers)", "3"},
-      {"g.clearModifiers(); [g.bullet_damage, g.knockback]", "[15,0]"}, {"global.weapons.pistol.modifiers[1]", "-4"},
-      {"g.setStats({rarity: 1, base_damage: 1, base_speed: 1, base_fire_rate: 1, base_spread: 0, base_bullet_type: 0, base_bullet_count: 3, "
-       "base_multishot_angle: 10, base_grenade_lifetime: 1, base_explosion_radius: 1, base_explosion_damage: 1, max_slots: 2, modifiers: [noone, noone, m.power]}); "
-       "array_length(g.modifiers)", "2"},
-      {"g.image_angle = 90; g.base_spread = 0; g.fireWeapon(); global.a = []; with (oBulletProjectile) { array_push(global.a, image_angle) } global.a", "[80,90,100]"},
+      {"[g.bullet_damage, g.knockback]", "[22.50,400]"},
+      {"g.removeModifier(0); g.bullet_type", "-1"},
+      {"g.removeModifier(9); array_length(g.modifiers)", "3"},
+      {"g.clearModifiers(); [g.bullet_damage, g.knockback]", "[15,0]"},
+      {"global.weapons.pistol.modifiers[1]", "-4"},
+      {"g.setStats({rarity: 1, base_damage: 1, base_speed: 1, base_fire_rate: 1, base_spread: 0, base_bullet_type: 0, base_bullet_count: "
+       "3, "
+       "base_multishot_angle: 10, base_grenade_lifetime: 1, base_explosion_radius: 1, base_explosion_damage: 1, max_slots: 2, modifiers: "
+       "[noone, noone, m.power]}); "
+       "array_length(g.modifiers)",
+       "2"},
+      {"g.image_angle = 90; g.base_spread = 0; g.fireWeapon(); global.a = []; with (oBulletProjectile) { array_push(global.a, image_angle) "
+       "} global.a",
+       "[80,90,100]"},
   });
 }
 
@@ -181,9 +213,17 @@ TEST_F(Rules, EnemiesTakeDamageByFaction) {
   eval("e.hp = 6; e.takeDamage(40, 0, 0, 0)");
   EXPECT_EQ(blood(), 6);
   check({
-      {"instance_exists(e)", "false"}, {"global.statistics.kills", "1"}, {"canDamageTarget(2, 2, false)", "false"}, {"canDamageTarget(2, 2, true)", "true"},
-      {"canDamageTarget(2, 3, false)", "true"}, {"canDamageTarget(1, 2, false)", "true"}, {"getColorByRarity(2.0)", "65310"}, {"getColorByRarity(int64(2))", "65310"},
-      {"getColorByRarity(0)", "8421504"}, {"getColorByRarity(7)", "8421504"}, {"getColorByRarity(6)", "4210943"},
+      {"instance_exists(e)", "false"},
+      {"global.statistics.kills", "1"},
+      {"canDamageTarget(2, 2, false)", "false"},
+      {"canDamageTarget(2, 2, true)", "true"},
+      {"canDamageTarget(2, 3, false)", "true"},
+      {"canDamageTarget(1, 2, false)", "true"},
+      {"getColorByRarity(2.0)", "65310"},
+      {"getColorByRarity(int64(2))", "65310"},
+      {"getColorByRarity(0)", "8421504"},
+      {"getColorByRarity(7)", "8421504"},
+      {"getColorByRarity(6)", "4210943"},
   });
 }
 
@@ -192,7 +232,9 @@ TEST_F(Rules, EnemiesChaseAndKeepApart) {
   eval("a = instance_create_layer(100, 1000, \"layMobs\", oEnemy); grid_clear()");
   step();
   EXPECT_NEAR(number("a.x"), 100 + 100 * kFrame, 1e-3);
-  eval("a.x = 100; a.y = 200; b = instance_create_layer(132, 200, \"layMobs\", oEnemy); oPlayer.x = 100; oPlayer.y = 100000; grid_clear(); grid_insert(a); grid_insert(b)");
+  eval(
+      "a.x = 100; a.y = 200; b = instance_create_layer(132, 200, \"layMobs\", oEnemy); oPlayer.x = 100; oPlayer.y = 100000; grid_clear(); "
+      "grid_insert(a); grid_insert(b)");
   eval("oPlayer.is_dead = true");
   step();
   EXPECT_NEAR(number("a.x"), 100 - 500 * kFrame, 0.02) << "32 px apart: 500 px/s each";
@@ -206,7 +248,9 @@ TEST_F(Rules, ShotsNeverHitTheirShooterAndNeverTunnel) {
   key(69, true);
   step();
   key(69, false);
-  eval("oPlayer.gun.addModifier(global.modifiers.speed); oPlayer.gun.base_spread = 0; oPlayer.gun.base_fire_rate = 0.01; oPlayer.gun.bullet_lifetime = 0.2");
+  eval(
+      "oPlayer.gun.addModifier(global.modifiers.speed); oPlayer.gun.base_spread = 0; oPlayer.gun.base_fire_rate = 0.01; "
+      "oPlayer.gun.bullet_lifetime = 0.2");
   ask({{"button", 1}, {"down", true}});
   for (int angle = 0; angle < 360; angle += 5) {
     ask({{"mouse", {1000 + 3000 * std::cos(angle * M_PI / 180), 1000 - 3000 * std::sin(angle * M_PI / 180)}}});
@@ -239,7 +283,9 @@ TEST_F(Rules, GunsAreTakenSwappedAndDropped) {
   key(69, true);
   step();
   key(69, false);
-  check({{"oPlayer.gun.name", "SMG"}, {"instance_number(oGunPickup)", "1"}, {"oPlayer.gun.owner == oPlayer.id", "true"},
+  check({{"oPlayer.gun.name", "SMG"},
+         {"instance_number(oGunPickup)", "1"},
+         {"oPlayer.gun.owner == oPlayer.id", "true"},
          {"[oPlayer.gun.faction, oPlayer.gun.friendly_fire, oPlayer.gun.image_blend]", "[1,true,14512128]"}});
   eval("oPlayer.x = 1100");
   step();
@@ -278,7 +324,10 @@ TEST_F(Arena, AFightHappensAndSpaceStartsAnew) {
   eval("global.statistics.kills = 7");
   key(32, true);
   step();
-  check({{"global.statistics.kills", "0"}, {"oPlayer.hp", "100"}, {"instance_number(oSteadyDeltaTime)", "1"}, {"instance_exists(oDeathScreen)", "false"}});
+  check({{"global.statistics.kills", "0"},
+         {"oPlayer.hp", "100"},
+         {"instance_number(oSteadyDeltaTime)", "1"},
+         {"instance_exists(oDeathScreen)", "false"}});
   key(27, true);
   EXPECT_EQ(ask({{"step", 1}})["ended"], true);
 }

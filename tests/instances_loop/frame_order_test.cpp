@@ -26,8 +26,10 @@ TEST_F(FrameOrder, StagesFollowOneAnother) {
   make("b");
   EXPECT_EQ(seen(), "[\"a:Create_0\",\"b:Create_0\"]");
   step();
-  EXPECT_EQ(seen(), "[\"a:Step_1\",\"b:Step_1\",\"a:Step_0\",\"b:Step_0\",\"a:Step_2\",\"b:Step_2\",\"a:Draw_72\",\"b:Draw_72\",\"a:Draw_0\",\"b:Draw_0\","
-                    "\"a:Draw_73\",\"b:Draw_73\",\"a:Draw_64\",\"b:Draw_64\"]");
+  EXPECT_EQ(seen(),
+            "[\"a:Step_1\",\"b:Step_1\",\"a:Step_0\",\"b:Step_0\",\"a:Step_2\",\"b:Step_2\",\"a:Draw_72\",\"b:Draw_72\",\"a:Draw_0\",\"b:"
+            "Draw_0\","
+            "\"a:Draw_73\",\"b:Draw_73\",\"a:Draw_64\",\"b:Draw_64\"]");
 }
 
 TEST_F(FrameOrder, KeysMouseAndAlarmsComeBetweenTheStepsInOrder) {
@@ -37,7 +39,8 @@ TEST_F(FrameOrder, KeysMouseAndAlarmsComeBetweenTheStepsInOrder) {
   ask({{"mouse", {5, 5}}});
   ask({{"button", 1}, {"down", true}});
   step();
-  EXPECT_EQ(seen(), "[\"a:Step_1\",\"a:Alarm_0\",\"a:Alarm_3\",\"a:Keyboard_65\",\"a:KeyPress_65\",\"a:Mouse_54\",\"a:Step_0\",\"a:Step_2\"]")
+  EXPECT_EQ(seen(),
+            "[\"a:Step_1\",\"a:Alarm_0\",\"a:Alarm_3\",\"a:Keyboard_65\",\"a:KeyPress_65\",\"a:Mouse_54\",\"a:Step_0\",\"a:Step_2\"]")
       << "the pointer is not over it: only the event for anywhere";
   key(65, false);
   ask({{"button", 1}, {"down", false}});
@@ -61,11 +64,14 @@ TEST_F(FrameOrder, WhatIsMadeInAPassTakesPartFromTheNext) {
   make("a");
   eval("global.seen = []; with (oProbe) { visible = false }; global.hooks.Step_0 = method(undefined, probe_makes_one)");
   step();
-  EXPECT_EQ(seen(), "[\"a:Step_1\",\"a:Step_0\",\"n:Create_0\",\"a:Step_2\",\"n:Step_2\",\"n:Draw_72\",\"n:Draw_0\",\"n:Draw_73\",\"n:Draw_64\"]");
+  EXPECT_EQ(seen(),
+            "[\"a:Step_1\",\"a:Step_0\",\"n:Create_0\",\"a:Step_2\",\"n:Step_2\",\"n:Draw_72\",\"n:Draw_0\",\"n:Draw_73\",\"n:Draw_64\"]");
 }
 
 TEST_F(FrameOrder, ChildrenInheritAndTheirCollisionsGoThroughParents) {
-  eval("instance_create_layer(100, 100, \"layMobs\", oProbeChild, {mark: \"c\"}); instance_create_layer(110, 100, \"layMobs\", oProbe, {mark: \"p\"})");
+  eval(
+      "instance_create_layer(100, 100, \"layMobs\", oProbeChild, {mark: \"c\"}); instance_create_layer(110, 100, \"layMobs\", oProbe, "
+      "{mark: \"p\"})");
   EXPECT_EQ(seen(), "[\"c:Create_0\",\"c:child\",\"p:Create_0\"]");
   eval("with (oProbe) { visible = false; sprite_index = 30 }");
   step();
@@ -79,7 +85,9 @@ TEST_F(FrameOrder, DrawingGoesByDepthAndHiddenOnesAreLeftOut) {
   make("near");
   make("far");
   make("mid");
-  eval("instance_find(oProbe, 0).depth = 3000; instance_find(oProbe, 1).depth = 5000; instance_find(oProbe, 2).depth = 4000; global.seen = []");
+  eval(
+      "instance_find(oProbe, 0).depth = 3000; instance_find(oProbe, 1).depth = 5000; instance_find(oProbe, 2).depth = 4000; global.seen = "
+      "[]");
   step();
   std::string order = seen();
   EXPECT_LT(order.find("far:Draw_0"), order.find("mid:Draw_0"));

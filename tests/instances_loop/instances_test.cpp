@@ -12,7 +12,8 @@ namespace {
 class Instances : public TestGame {
  protected:
   int create(const std::string& object, double x = 0, double y = 0) {
-    return static_cast<int>(number("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layMobs\", " + object + ")"));
+    return static_cast<int>(
+        number("instance_create_layer(" + std::to_string(x) + ", " + std::to_string(y) + ", \"layMobs\", " + object + ")"));
   }
 };
 
@@ -28,18 +29,24 @@ TEST_F(Instances, AreFoundByIdObjectAndReference) {
 
 TEST_F(Instances, CreateRunsBeforeTheCallReturnsAndFieldsBeforeCreate) {
   check({{"instance_create_layer(0, 0, \"layMobs\", oFader).timer", "0.10"},
-         {"instance_create_layer(1, 2, \"layMobs\", oFader, {sprite_index: 30, image_alpha: 0.25}); [oFader.sprite_index, oFader.timer]", "[-1,0.10]"},
+         {"instance_create_layer(1, 2, \"layMobs\", oFader, {sprite_index: 30, image_alpha: 0.25}); [oFader.sprite_index, oFader.timer]",
+          "[-1,0.10]"},
          {"f = instance_find(oFader, 1); [f.sprite_index, f.image_alpha]", "[30,0.25]"},
-         {"instance_create_layer(0, 0, \"nowhere\", oFader)", "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
-         {"instance_create_layer(0, 0, \"layMobs\", 99)", "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 23"}});
+         {"instance_create_layer(0, 0, \"nowhere\", oFader)",
+          "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
+         {"instance_create_layer(0, 0, \"layMobs\", 99)",
+          "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 23"}});
 }
 
 TEST_F(Instances, AreGoneFromDestroyOnButReadableByTheirHolder) {
   create("oBullet", 5, 5);
   check({
       {"with (oBullet) { global.held = self }; instance_exists(oBullet)", "true"},
-      {"instance_destroy(oBullet); [instance_exists(oBullet), instance_number(oBullet), collision_point(5, 5, oBullet, false, false)]", "[false,0,-4]"},
-      {"global.held.damage", "1"}, {"instance_exists(global.held)", "false"}, {"instance_destroy(global.held); 1", "1"},
+      {"instance_destroy(oBullet); [instance_exists(oBullet), instance_number(oBullet), collision_point(5, 5, oBullet, false, false)]",
+       "[false,0,-4]"},
+      {"global.held.damage", "1"},
+      {"instance_exists(global.held)", "false"},
+      {"instance_destroy(global.held); 1", "1"},
   });
   step(3);
   check({{"global.held.damage", "1"}});
@@ -113,7 +120,9 @@ TEST_F(Instances, RoomsEndWithCleanUpAndKeepThePersistent) {
   create("oBullet");
   eval("room_goto(rTest); 1");
   step();
-  check({{"instance_exists(oBullet)", "false"}, {"instance_number(oSteadyDeltaTime)", "1"}, {"room_goto(0)", "! room_goto argument 1 invalid reference to (room) - requested 0 max is 3"}});
+  check({{"instance_exists(oBullet)", "false"},
+         {"instance_number(oSteadyDeltaTime)", "1"},
+         {"room_goto(0)", "! room_goto argument 1 invalid reference to (room) - requested 0 max is 3"}});
 }
 
 // Exact shapes against a plain test of many points: two shapes overlap when some point lies in both.

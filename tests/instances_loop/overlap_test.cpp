@@ -18,7 +18,8 @@ class Overlaps : public TestGame {
     std::vector<CInstance*> made;
     for (int i = 0; i < count; ++i) {
       const double spread = i % 10 == 0 ? 20000 : 1500;
-      CInstance* instance = world().create((random.unit() - 0.2) * spread, (random.unit() - 0.2) * spread, world().find_layer("layMobs")->id, 0, object, nullptr, nullptr);
+      CInstance* instance = world().create((random.unit() - 0.2) * spread, (random.unit() - 0.2) * spread,
+                                           world().find_layer("layMobs")->id, 0, object, nullptr, nullptr);
       instance->sprite_index = static_cast<double>(random.integer(1, 30));
       if (find_sprite(static_cast<std::int32_t>(instance->sprite_index)) == nullptr) instance->sprite_index = 30;
       instance->image_angle = random.unit() * 360;
@@ -37,7 +38,8 @@ TEST_F(Overlaps, QueriesFindExactlyWhatOverlaps) {
   std::size_t found_in_all = 0;
   for (int round = 0; round < 200; ++round) {
     const double x = (random.unit() - 0.1) * 1500, y = (random.unit() - 0.1) * 1500, w = random.unit() * 600, h = random.unit() * 600;
-    const CollisionShape shapes[] = {circle_shape(x, y, w / 2), rectangle_shape(x, y, x + w, y + h), segment_shape(x, y, x + w, y - h), ellipse_shape(x, y, x + w, y + h)};
+    const CollisionShape shapes[] = {circle_shape(x, y, w / 2), rectangle_shape(x, y, x + w, y + h), segment_shape(x, y, x + w, y - h),
+                                     ellipse_shape(x, y, x + w, y + h)};
     for (const CollisionShape& shape : shapes) {
       std::vector<CInstance*> expected;
       for (CInstance* instance : all) {

@@ -71,8 +71,9 @@ namespace arena::test {
 std::vector<ObjectDefinition> probe_objects() {
   ObjectDefinition probe, child;
   probe.name = "oProbe";
-  probe.events = {"Create_0",    "Destroy_0",    "CleanUp_0", "Step_1",  "Step_0",   "Step_2",  "Alarm_0", "Alarm_3",  "Keyboard_65", "KeyPress_65", "KeyRelease_65",
-                  "Mouse_4", "Mouse_54", "Mouse_57", "Other_4", "Other_5", "Other_10", "Draw_72", "Draw_0", "Draw_73",     "Draw_64"};
+  probe.events = {"Create_0", "Destroy_0",   "CleanUp_0",   "Step_1",        "Step_0",  "Step_2",   "Alarm_0",
+                  "Alarm_3",  "Keyboard_65", "KeyPress_65", "KeyRelease_65", "Mouse_4", "Mouse_54", "Mouse_57",
+                  "Other_4",  "Other_5",     "Other_10",    "Draw_72",       "Draw_0",  "Draw_73",  "Draw_64"};
   child.name = "oProbeChild";
   child.parent = kProbe;
   child.events = {"Create_0", "Collision_oProbe"};

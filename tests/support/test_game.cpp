@@ -42,7 +42,9 @@ TestGame::TestGame(const char* room) {
 
 TestGame::~TestGame() = default;
 
-nlohmann::ordered_json TestGame::ask(const nlohmann::ordered_json& request) { return nlohmann::ordered_json::parse(console->answer(request.dump())); }
+nlohmann::ordered_json TestGame::ask(const nlohmann::ordered_json& request) {
+  return nlohmann::ordered_json::parse(console->answer(request.dump()));
+}
 
 std::string TestGame::eval(const std::string& statement) {
   const auto reply = ask({{"eval", statement}});

@@ -20,9 +20,17 @@ struct Sample {
 
 // One value of each kind that an operator treats in its own way, in the order of the tables' rows and columns.
 std::vector<Sample> samples() {
-  return {{"number", RValue(7.0)},          {"bool", RValue::of_bool(true)},      {"string", make_string("3")},    {"int32", RValue::of_int32(5)},
-          {"int64", RValue::of_int64(4)},   {"ref", RValue::of_ref(77, 2)},       {"ptr", RValue::of_pointer(reinterpret_cast<void*>(8))},
-          {"array", make_array(1)},         {"undefined", RValue()},              {"struct", make_struct()},       {"null", RValue::null()},
+  return {{"number", RValue(7.0)},
+          {"bool", RValue::of_bool(true)},
+          {"string", make_string("3")},
+          {"int32", RValue::of_int32(5)},
+          {"int64", RValue::of_int64(4)},
+          {"ref", RValue::of_ref(77, 2)},
+          {"ptr", RValue::of_pointer(reinterpret_cast<void*>(8))},
+          {"array", make_array(1)},
+          {"undefined", RValue()},
+          {"struct", make_struct()},
+          {"null", RValue::null()},
           {"unset", RValue::unset()}};
 }
 
@@ -56,21 +64,26 @@ struct Table {
 };
 
 const Table kTables[] = {
-    {"+", Operator::kAdd,
-     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "AAsAAAAAAAAA", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
-      "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
-    {"-", Operator::kSubtract,
-     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
-      "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
-    {"*", Operator::kMultiply,
-     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
-      "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
-    {"/", Operator::kDivide,
-     {"nnnnnnTCCCCC", "nnnnnnTCCCCC", "nnnnnnCCCCCC", "nnnilnCCCCCC", "nnnllnTCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
-      "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
-    {"%", Operator::kRemainder,
-     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
-      "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
+    {"+",
+     Operator::kAdd,
+     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "AAsAAAAAAAAA", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
+      "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
+    {"-",
+     Operator::kSubtract,
+     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
+      "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
+    {"*",
+     Operator::kMultiply,
+     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
+      "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
+    {"/",
+     Operator::kDivide,
+     {"nnnnnnTCCCCC", "nnnnnnTCCCCC", "nnnnnnCCCCCC", "nnnilnCCCCCC", "nnnllnTCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
+      "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
+    {"%",
+     Operator::kRemainder,
+     {"nnnnnnCCCCCC", "nnnnnnCCCCCC", "TTTTTTTTTTTT", "niiiliiCCCCC", "nllllllCCCCC", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT",
+      "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT", "TTTTTTTTTTTT"}},
 };
 
 class KindTables : public TestGame {};
@@ -108,7 +121,8 @@ TEST_F(KindTables, ComparisonsOfNumbersAgreeWithTheirOrder) {
   const double numbers[] = {-3, -1, 0, 1, 2, 250};
   const auto kinds_of = [](double number) {
     const auto whole = static_cast<std::int32_t>(number);
-    return std::vector<RValue>{RValue(number), RValue::of_int32(whole), RValue::of_int64(whole), make_string(std::to_string(whole)), RValue::of_ref(77, whole)};
+    return std::vector<RValue>{RValue(number), RValue::of_int32(whole), RValue::of_int64(whole), make_string(std::to_string(whole)),
+                               RValue::of_ref(77, whole)};
   };
   for (const double left : numbers) {
     for (const double right : numbers) {

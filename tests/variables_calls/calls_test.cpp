@@ -1,4 +1,6 @@
 // Argument checks, reading and writing errors, the report's form, and what is restored after an error.
+#include "runtime/variables_calls/calls.h"
+
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/container_stack.h"
@@ -10,7 +12,6 @@
 #include "runtime/values/operators.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
@@ -50,13 +51,17 @@ TEST_F(Calls, ArgumentsAreCheckedByTheirKind) {
 
 TEST_F(Calls, VariablesThatAreNotThere) {
   const std::string missing = std::to_string(variable_id("nobody_wrote_this"));
-  EXPECT_EQ(eval("global.nobody_wrote_this"), "! global variable name 'nobody_wrote_this' index (" + missing + ") not set before reading it.");
+  EXPECT_EQ(eval("global.nobody_wrote_this"),
+            "! global variable name 'nobody_wrote_this' index (" + missing + ") not set before reading it.");
   EXPECT_EQ(eval("local.nobody_wrote_this"), "! local variable nobody_wrote_this(" + missing + ") not set before reading it.");
   check({
       {"oPlayer.hp", "! Unable to find any instance for object index '18' name 'oPlayer'"},
       {"(123456).hp", "! Unable to find any instance for object index '123456' name '<undefined>'"},
-      {"with (global) { 1 }", "! Cannot use global in with statement"}, {"with (local) { 1 }", "! Cannot use local in with statement"},
-      {"with (\"x\") { 1 }", "! invalid with reference"}, {"with (noone) { 1 }", "undefined"}, {"room_width = 5", "! unable to set built in variable room_width\n"},
+      {"with (global) { 1 }", "! Cannot use global in with statement"},
+      {"with (local) { 1 }", "! Cannot use local in with statement"},
+      {"with (\"x\") { 1 }", "! invalid with reference"},
+      {"with (noone) { 1 }", "undefined"},
+      {"room_width = 5", "! unable to set built in variable room_width\n"},
   });
   const int bullet = static_cast<int>(number("instance_create_depth(0, 0, 0, oBullet)"));
   const std::string message = eval("oBullet.hp");
@@ -72,7 +77,8 @@ TEST_F(Calls, VariablesThatAreNotThere) {
     FAIL() << "an index past the end must be reported";
   } catch (const WBKSLException& error) {
     const std::string id = std::to_string(list);
-    EXPECT_EQ(error.message(), "Variable Index [7] out of range [2] - " + std::to_string(global_object()->serial) + "." + id + "(" + id + ",7)");
+    EXPECT_EQ(error.message(),
+              "Variable Index [7] out of range [2] - " + std::to_string(global_object()->serial) + "." + id + "(" + id + ",7)");
   }
   ASSERT_TRUE(var_set(RValue::of_object(global_object()), list, kNoIndex, RValue(5.0)));
   EXPECT_EQ(eval("global.list"), "5") << "the no-index marker writes the whole variable";
@@ -107,12 +113,15 @@ TEST_F(Calls, LongMessagesAreCutAtTheBuffer) {
 }
 
 TEST_F(Calls, ReportsNameEventObjectAndFrames) {
-  eval("global.dt_steady = 0.01; instance_create_depth(0, 0, 0, oGun).owner = 5; oGun.owner = oGun.id; oGun.base_bullet_type = 0; oGun.is_firing = true; oGun.modifiers = [5]");
+  eval(
+      "global.dt_steady = 0.01; instance_create_depth(0, 0, 0, oGun).owner = 5; oGun.owner = oGun.id; oGun.base_bullet_type = 0; "
+      "oGun.is_firing = true; oGun.modifiers = [5]");
   const auto reply = ask({{"step", 1}});
   ASSERT_TRUE(reply.contains("errors")) << reply.dump();
   const std::string report = reply["errors"][0]["report"];
   EXPECT_EQ(report.find(std::string(43, '_') + "\nERROR in action number 1\nof  Step Event0 for object oGun:\n"), 0u) << report;
-  const std::size_t inner = report.find(" at ksl_Script_oGun_applyModifiers (line "), outer = report.find(" at ksl_Object_oGun_Step_0 (line ");
+  const std::size_t inner = report.find(" at ksl_Script_oGun_applyModifiers (line "),
+                    outer = report.find(" at ksl_Object_oGun_Step_0 (line ");
   EXPECT_NE(inner, std::string::npos) << report;
   EXPECT_NE(outer, std::string::npos) << report;
   EXPECT_LT(inner, outer) << "innermost first";
@@ -143,7 +152,9 @@ TEST_F(Calls, UnhandledErrorsReachTheScriptsHandler) {
   check({{"exception_unhandled_handler(method({}, note_exception))", "undefined"}});
   eval("instance_create_depth(0, 0, 0, oGun).is_firing = true; oGun.owner = oGun.id; oGun.modifiers = [5]; global.dt_steady = 0");
   ASSERT_TRUE(ask({{"step", 1}}).contains("errors"));
-  check({{"global.noted_text", "[[WBKSLException]]"}, {"global.noted.script", "ksl_Script_oGun_applyModifiers"}, {"global.noted.line > 0", "true"}});
+  check({{"global.noted_text", "[[WBKSLException]]"},
+         {"global.noted.script", "ksl_Script_oGun_applyModifiers"},
+         {"global.noted.line > 0", "true"}});
   EXPECT_NE(eval("global.noted.longMessage").find(eval("global.noted.message")), std::string::npos);
 }
 
@@ -173,7 +184,9 @@ TEST_F(Calls, ConstantTextIsNeverFreed) {
   EXPECT_EQ(text_of(second), "constant");
 }
 
-RValue& count_arguments(WBObjectBase*, WBObjectBase*, RValue& result, std::int32_t argc, const RValue**) { return result = RValue(argc), result; }
+RValue& count_arguments(WBObjectBase*, WBObjectBase*, RValue& result, std::int32_t argc, const RValue**) {
+  return result = RValue(argc), result;
+}
 
 TEST_F(Calls, TheSecondFunctionTableIsCalledByNumber) {
   const std::int32_t number = add_extension_function(count_arguments);

@@ -11,7 +11,8 @@ namespace {
 std::map<int, std::string> by_number(const nlohmann::ordered_json& entries) {
   std::map<int, std::string> ordered;
   for (const auto& [name, number] : entries.items()) {
-    if (!ordered.emplace(number.get<int>(), name).second) throw std::runtime_error("number " + number.dump() + " is given twice, again to " + name);
+    if (!ordered.emplace(number.get<int>(), name).second)
+      throw std::runtime_error("number " + number.dump() + " is given twice, again to " + name);
   }
   return ordered;
 }
@@ -26,7 +27,8 @@ std::string header_of(const nlohmann::ordered_json& index) {
   }
   for (const char* family : {"rooms", "fonts", "sounds", "sprites"}) {
     text += "\n";
-    for (const auto& [place, name] : by_number(index.at(family))) text += "inline constexpr int " + name + " = " + std::to_string(place) + ";\n";
+    for (const auto& [place, name] : by_number(index.at(family)))
+      text += "inline constexpr int " + name + " = " + std::to_string(place) + ";\n";
   }
   return text + "\n}  // namespace arena::game\n";
 }

@@ -10,7 +10,7 @@ namespace pack {
 
 struct PackedGlyph {
   std::uint32_t code = 0;
-  Image field;                       // the field in alpha; empty for blanks
+  Image field;                            // the field in alpha; empty for blanks
   double left = 0, top = 0, advance = 0;  // ems; top below the ascender line
 };
 

@@ -68,7 +68,8 @@ Image render_svg(const std::string& path, int width, int height, const std::stri
   const std::string rendered = cache + "/" + content_hash(read_text(path) + size) + ".png";
   if (!std::filesystem::exists(rendered)) {
     const std::string fresh = rendered + ".new";
-    const std::string command = "rsvg-convert -w " + std::to_string(width) + " -h " + std::to_string(height) + " -o '" + fresh + "' '" + path + "'";
+    const std::string command =
+        "rsvg-convert -w " + std::to_string(width) + " -h " + std::to_string(height) + " -o '" + fresh + "' '" + path + "'";
     if (std::system(command.c_str()) != 0) throw std::runtime_error(path + ": rsvg-convert failed");
     std::filesystem::rename(fresh, rendered);
   }
@@ -97,7 +98,8 @@ std::vector<Placed> Atlas::place(const std::vector<Image>& images) {
   int x = kBorder, y = kBorder, shelf = 0;
   for (const std::size_t i : order) {
     const Image& image = images[i];
-    if (image.width + 2 * kBorder > side_ || image.height + 2 * kBorder > side_) throw std::runtime_error("a picture is larger than an atlas page");
+    if (image.width + 2 * kBorder > side_ || image.height + 2 * kBorder > side_)
+      throw std::runtime_error("a picture is larger than an atlas page");
     if (x + image.width + kBorder > side_) {
       x = kBorder;
       y += shelf + 2 * kBorder;

@@ -10,7 +10,9 @@ namespace pack {
 struct Image {
   int width = 0, height = 0;
   std::vector<std::uint8_t> pixels;
-  std::uint8_t* at(int x, int y) { return &pixels[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) * 4]; }
+  std::uint8_t* at(int x, int y) {
+    return &pixels[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) * 4];
+  }
   const std::uint8_t* at(int x, int y) const { return const_cast<Image*>(this)->at(x, y); }
 };
 

@@ -37,9 +37,9 @@ class Packer {
     const auto sounds = build_sounds();
     const auto objects = build_objects();
     const auto rooms = build_rooms();
-    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", read("rooms/rooms.json").at("first")), builder_.CreateVector(sprites),
-                                     builder_.CreateVector(pages_), builder_.CreateVector(fonts), builder_.CreateVector(sounds),
-                                     builder_.CreateVector(rooms), builder_.CreateVector(objects)));
+    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", read("rooms/rooms.json").at("first")),
+                                     builder_.CreateVector(sprites), builder_.CreateVector(pages_), builder_.CreateVector(fonts),
+                                     builder_.CreateVector(sounds), builder_.CreateVector(rooms), builder_.CreateVector(objects)));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
     bytes.insert(bytes.end(), builder_.GetBufferPointer(), builder_.GetBufferPointer() + builder_.GetSize());
     return bytes;
@@ -73,11 +73,13 @@ class Packer {
   void add_page(const Image& page, bool is_field) {
     std::vector<std::uint8_t> pixels = page.pixels;
     for (std::size_t i = 0; i < pixels.size() && !is_field; i += 4) {
-      for (std::size_t part = 0; part < 3; ++part) pixels[i + part] = static_cast<std::uint8_t>((pixels[i + part] * pixels[i + 3] + 127) / 255);
+      for (std::size_t part = 0; part < 3; ++part)
+        pixels[i + part] = static_cast<std::uint8_t>((pixels[i + part] * pixels[i + 3] + 127) / 255);
     }
     uLongf packed_size = compressBound(pixels.size());
     std::vector<std::uint8_t> packed(packed_size);
-    if (compress2(packed.data(), &packed_size, pixels.data(), pixels.size(), 9) != Z_OK) throw std::runtime_error("deflating a page failed");
+    if (compress2(packed.data(), &packed_size, pixels.data(), pixels.size(), 9) != Z_OK)
+      throw std::runtime_error("deflating a page failed");
     pages_.push_back(data::CreatePage(builder_, page.width, page.height, builder_.CreateVector(packed.data(), packed_size), is_field));
   }
 
@@ -94,7 +96,8 @@ class Packer {
   Sprite read_sprite(const std::string& name, const Json& json, std::vector<Image>& images) const {
     Sprite sprite{name, json, json.at("size").at(0), json.at("size").at(1), {}, {}, images.size()};
     const int frames = json.value("frames", 1);
-    const int width = static_cast<int>(std::lround(sprite.width * kDensity)), height = static_cast<int>(std::lround(sprite.height * kDensity));
+    const int width = static_cast<int>(std::lround(sprite.width * kDensity)),
+              height = static_cast<int>(std::lround(sprite.height * kDensity));
     const Image strip = render_svg(assets_ + "/sprites/" + json.at("svg").get<std::string>(), width * frames, height, cache_);
     for (int frame = 0; frame < frames; ++frame) {
       sprite.pictures.push_back(crop(strip, frame * width, 0, width, height));
@@ -125,17 +128,22 @@ class Packer {
     for (std::size_t i = 0; i < sprite.boxes.size(); ++i) {
       const Placed& place = places[sprite.first_image + i];
       const Box& box = sprite.boxes[i];
-      frames.emplace_back(place.page, place.x, place.y, box.width, box.height, static_cast<float>(box.x) / kDensity, static_cast<float>(box.y) / kDensity);
+      frames.emplace_back(place.page, place.x, place.y, box.width, box.height, static_cast<float>(box.x) / kDensity,
+                          static_cast<float>(box.y) / kDensity);
     }
     const Json origin = sprite.json.value("origin", Json::array({sprite.width / 2, sprite.height / 2}));
     const Json box = sprite.json.value("mask_box", Json::array({0, 0, sprite.width, sprite.height}));
-    const std::map<std::string, data::Mask> kinds{{"rectangle", data::Mask_Rectangle}, {"rotated", data::Mask_RotatedRectangle},
-                                                  {"ellipse", data::Mask_Ellipse}, {"precise", data::Mask_Precise}};
+    const std::map<std::string, data::Mask> kinds{{"rectangle", data::Mask_Rectangle},
+                                                  {"rotated", data::Mask_RotatedRectangle},
+                                                  {"ellipse", data::Mask_Ellipse},
+                                                  {"precise", data::Mask_Precise}};
     const data::Mask mask = kinds.at(sprite.json.value("mask", std::string("rectangle")));
-    const auto precise = mask == data::Mask_Precise ? builder_.CreateVector(precise_mask(sprite, box.at(0), box.at(1), box.at(2), box.at(3))) : 0;
-    return data::CreateSprite(builder_, builder_.CreateString(sprite.name), number("sprites", sprite.name), static_cast<float>(sprite.width),
-                              static_cast<float>(sprite.height), origin.at(0), origin.at(1), sprite.json.value("fps", 0.0f), mask, box.at(0), box.at(1),
-                              box.at(2), box.at(3), precise, builder_.CreateVectorOfStructs(frames));
+    const auto precise =
+        mask == data::Mask_Precise ? builder_.CreateVector(precise_mask(sprite, box.at(0), box.at(1), box.at(2), box.at(3))) : 0;
+    return data::CreateSprite(builder_, builder_.CreateString(sprite.name), number("sprites", sprite.name),
+                              static_cast<float>(sprite.width), static_cast<float>(sprite.height), origin.at(0), origin.at(1),
+                              sprite.json.value("fps", 0.0f), mask, box.at(0), box.at(1), box.at(2), box.at(3), precise,
+                              builder_.CreateVectorOfStructs(frames));
   }
 
   std::vector<flatbuffers::Offset<data::Sprite>> build_sprites() {
@@ -184,7 +192,8 @@ class Packer {
     const Json sources = read("sounds/sounds.json");
     for (const auto& [name, json] : sources.items()) {
       const std::vector<std::int16_t> samples = synthesize(json);
-      written.push_back(data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name), kSampleRate, builder_.CreateVector(samples)));
+      written.push_back(
+          data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name), kSampleRate, builder_.CreateVector(samples)));
     }
     return written;
   }
@@ -207,7 +216,8 @@ class Packer {
   }
 
   static data::Fill fill_named(const std::string& name) {
-    const std::map<std::string, data::Fill> fills{{"stretched", data::Fill_Stretched}, {"tiled", data::Fill_Tiled}, {"edges", data::Fill_Edges}};
+    const std::map<std::string, data::Fill> fills{
+        {"stretched", data::Fill_Stretched}, {"tiled", data::Fill_Tiled}, {"edges", data::Fill_Edges}};
     return fills.at(name);
   }
 
@@ -220,17 +230,18 @@ class Packer {
       for (const auto& layer : json.at("layers")) {
         const std::string layer_name = layer.at("name");
         layer_numbers[layer_name] = static_cast<int>(layers.size());
-        layers.push_back(data::CreateLayer(builder_, builder_.CreateString(layer_name), layer.at("depth"), number("sprites", layer.value("sprite", "")),
-                                           fill_named(layer.value("fill", "stretched")), layer.value("color", 0xFFFFFFu)));
+        layers.push_back(data::CreateLayer(builder_, builder_.CreateString(layer_name), layer.at("depth"),
+                                           number("sprites", layer.value("sprite", "")), fill_named(layer.value("fill", "stretched")),
+                                           layer.value("color", 0xFFFFFFu)));
       }
       std::vector<data::Placement> instances;
       for (const auto& placed : json.at("instances")) {
         instances.emplace_back(object_number(placed.at("object")), layer_numbers.at(placed.at("layer")), placed.value("x", 0.0f),
                                placed.value("y", 0.0f), placed.value("angle", 0.0f));
       }
-      written.push_back(data::CreateRoom(builder_, builder_.CreateString(name), number("rooms", name), json.at("size").at(0), json.at("size").at(1),
-                                         json.at("view").at(0), json.at("view").at(1), json.value("color", 0u), builder_.CreateVector(layers),
-                                         builder_.CreateVectorOfStructs(instances)));
+      written.push_back(data::CreateRoom(builder_, builder_.CreateString(name), number("rooms", name), json.at("size").at(0),
+                                         json.at("size").at(1), json.at("view").at(0), json.at("view").at(1), json.value("color", 0u),
+                                         builder_.CreateVector(layers), builder_.CreateVectorOfStructs(instances)));
     }
     return written;
   }

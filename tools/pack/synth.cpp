@@ -18,8 +18,15 @@ struct Voice {
 };
 
 Voice read_voice(const nlohmann::ordered_json& json) {
-  Voice voice{json.value("wave", std::string("sine")), json.value("from", 440.0), 0, json.value("start", 0.0), json.value("seconds", 0.2),
-              json.value("attack", 0.002), json.value("curve", 3.0), json.value("lowpass", 20000.0), json.value("volume", 1.0)};
+  Voice voice{json.value("wave", std::string("sine")),
+              json.value("from", 440.0),
+              0,
+              json.value("start", 0.0),
+              json.value("seconds", 0.2),
+              json.value("attack", 0.002),
+              json.value("curve", 3.0),
+              json.value("lowpass", 20000.0),
+              json.value("volume", 1.0)};
   voice.to = json.value("to", voice.from);
   return voice;
 }
@@ -37,7 +44,8 @@ double shape(const std::string& wave, double phase, std::uint32_t& noise) {
 }
 
 void add_voice(const Voice& voice, std::vector<double>& mix) {
-  const std::size_t first = static_cast<std::size_t>(voice.start * kSampleRate), count = static_cast<std::size_t>(voice.seconds * kSampleRate);
+  const std::size_t first = static_cast<std::size_t>(voice.start * kSampleRate),
+                    count = static_cast<std::size_t>(voice.seconds * kSampleRate);
   if (mix.size() < first + count) mix.resize(first + count);
   const double smoothing = 1 - maths::exp(-2 * maths::kPi * voice.lowpass / kSampleRate);
   std::uint32_t noise = 12345;

@@ -10,8 +10,8 @@
 namespace arena::audio {
 namespace {
 
-constexpr std::size_t kSources = 32;     // voices that sound at once; the rest play on silently
-constexpr double kDriftAllowed = 0.25;   // seconds that a source may be away from its voice before it is put right
+constexpr std::size_t kSources = 32;    // voices that sound at once; the rest play on silently
+constexpr double kDriftAllowed = 0.25;  // seconds that a source may be away from its voice before it is put right
 
 ALenum distance_model(Falloff falloff) {
   switch (falloff) {
@@ -45,15 +45,17 @@ class OpenAl final : public LoopbackDevice {
     alGenBuffers(static_cast<ALsizei>(clips.size()), buffers_.data());
     for (std::size_t i = 0; i < clips.size(); ++i) {
       if (clips[i].samples.empty()) continue;
-      alBufferData(buffers_[i], AL_FORMAT_MONO16, clips[i].samples.data(), static_cast<ALsizei>(clips[i].samples.size() * 2), clips[i].rate);
+      alBufferData(buffers_[i], AL_FORMAT_MONO16, clips[i].samples.data(), static_cast<ALsizei>(clips[i].samples.size() * 2),
+                   clips[i].rate);
     }
   }
 
   void follow(const std::vector<Voice>& voices, const Listener& listener, Falloff falloff, double master_gain) override {
     alDistanceModel(distance_model(falloff));
     alListener3f(AL_POSITION, static_cast<float>(listener.x), static_cast<float>(listener.y), static_cast<float>(listener.z));
-    const float orientation[6] = {static_cast<float>(listener.at[0]), static_cast<float>(listener.at[1]), static_cast<float>(listener.at[2]),
-                                  static_cast<float>(listener.up[0]), static_cast<float>(listener.up[1]), static_cast<float>(listener.up[2])};
+    const float orientation[6] = {static_cast<float>(listener.at[0]), static_cast<float>(listener.at[1]),
+                                  static_cast<float>(listener.at[2]), static_cast<float>(listener.up[0]),
+                                  static_cast<float>(listener.up[1]), static_cast<float>(listener.up[2])};
     alListenerfv(AL_ORIENTATION, orientation);
     alListenerf(AL_GAIN, static_cast<float>(master_gain));
     const std::size_t count = std::min(voices.size(), kSources);
@@ -108,8 +110,8 @@ class OpenAl final : public LoopbackDevice {
     alSourcei(source.name, AL_BUFFER, static_cast<ALint>(buffers_[static_cast<std::size_t>(voice.sound)]));
     alSourcei(source.name, AL_LOOPING, voice.loop ? AL_TRUE : AL_FALSE);
     alSourcei(source.name, AL_SOURCE_RELATIVE, voice.is_positional ? AL_FALSE : AL_TRUE);
-    alSource3f(source.name, AL_POSITION, voice.is_positional ? static_cast<float>(voice.x) : 0, voice.is_positional ? static_cast<float>(voice.y) : 0,
-               voice.is_positional ? static_cast<float>(voice.z) : 0);
+    alSource3f(source.name, AL_POSITION, voice.is_positional ? static_cast<float>(voice.x) : 0,
+               voice.is_positional ? static_cast<float>(voice.y) : 0, voice.is_positional ? static_cast<float>(voice.z) : 0);
     alSourcef(source.name, AL_REFERENCE_DISTANCE, static_cast<float>(voice.reference));
     alSourcef(source.name, AL_MAX_DISTANCE, static_cast<float>(voice.maximum));
     alSourcef(source.name, AL_ROLLOFF_FACTOR, voice.is_positional ? static_cast<float>(voice.factor) : 0);
