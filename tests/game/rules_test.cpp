@@ -101,6 +101,27 @@ TEST_F(Rules, TheCameraFollowsWithALeash) {
   });
 }
 
+TEST_F(Rules, TheCameraZoomsTurnsAndShakes) {
+  eval("c = getTarnCamera(); c.init(); global.dt_steady = 1 / 60");
+  check({
+      {"c.setZoomSmoothness(0); c.camera_zoom_target = 5; c.update(); c.camera_zoom", "2"},
+      {"[camera_get_view_width(c.camera_view), camera_get_view_height(c.camera_view), c.x2 - c.x1]", "[960,540,960]"},
+      {"c.camera_zoom_target = 0; c.update(); c.camera_zoom", "0.10"},
+      {"c.init(); c.update(); c.zoomIn(); c.zoomIn(); [c.camera_zoom_target == 1.2, c.camera_zoom]", "[true,1]"},
+      // An amount of 0.1 halves what is left every tenth of a second: after 0.1 s half the way to 2.
+      {"c.init(); c.setZoomSmoothness(0.1); c.camera_zoom_target = 2; global.dt_steady = 0.1; c.update(); c.camera_zoom", "1.50"},
+      {"c.setAngle(90); c.update(); camera_get_view_angle(c.camera_view)", "45"},
+      {"c.setAngleSmoothness(0); c.update(); camera_get_view_angle(c.camera_view)", "90"},
+      {"c.init(); c.applyShake(10, 1); c.applyShake(6, 0.1); [c.shake, c.shake_length]", "[10,1]"},
+      {"c.setPosition(500, 500); c.update(); [abs(c.x - 500) <= 10, c.shake, c.shake_length]", "[true,10,0.90]"},
+      {"c.update(); c.shake", "9"},
+      {"global.dt_steady = 5; c.update(); c.update(); c.shake", "0"},
+      {"c.setPosition(700, 600); c.update(); [c.x, c.y, camera_get_view_x(c.camera_view)]", "[700,600,-260]"},
+      {"c.setViewSize(1000, 500); [c.getViewSize(), camera_get_view_height(c.camera_view)]", "[{width:1000,height:500},500]"},
+      {"c.toggleDebugMode(); c.update(); c.debug_x2 - c.debug_x1 == camera_get_view_width(c.camera_view)", "true"},
+  });
+}
+
 TEST_F(Rules, Definitions) {
   define();
   check({
