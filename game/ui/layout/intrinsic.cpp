@@ -1,0 +1,144 @@
+// Widths and heights that come from the content of a box.
+#include "game/ui/layout/measure.h"
+#include "game/ui/layout/solver.h"
+
+namespace arena::layout {
+namespace {
+
+bool same(double a, double b) { return a == b || (!is_known(a) && !is_known(b)); }
+bool is_row(const Style& style) { return style.direction == Direction::kRow || style.direction == Direction::kRowReverse; }
+
+}  // namespace
+
+// What a child adds to the intrinsic width of its parent: percentages of widths refer to nothing yet. `inner_height` is that of the
+// parent where it is known.
+double Solver::contribution(const Style& parent, std::int32_t index, Measure measure, double inner_height) {
+  const Style& style = boxes_[static_cast<std::size_t>(index)].style;
+  const double own_frame = frame(style, 0, kUnknown), frame_height = frame(style, 1, kUnknown);
+  const double margins = resolve_or(style.margin[kLeft], kUnknown, 0) + resolve_or(style.margin[kRight], kUnknown, 0);
+  const Limits heights = limits(style, 1, inner_height, frame_height);
+  const bool in_line = is_row(parent) && parent.wrap == Wrap::kNone;
+
+  double height = wanted(style, 1, inner_height, frame_height);
+  const Align align = style.align_self == Align::kAuto ? parent.align_items : style.align_self;
+  const bool has_auto_margin = style.margin[kTop].is_auto() || style.margin[kBottom].is_auto();
+  if (!is_known(height) && in_line && align == Align::kStretch && style.size[1].is_auto() && !has_auto_margin) {
+    height = inner_height - resolve_or(style.margin[kTop], kUnknown, 0) - resolve_or(style.margin[kBottom], kUnknown, 0);
+  }
+  if (is_known(height)) height = heights.clamp(std::max(height, frame_height));
+
+  const double preferred = wanted(style, 0, kUnknown, own_frame);
+  const double from_height = style.aspect_ratio > 0 && is_known(height) ? height * style.aspect_ratio : kUnknown;
+  double width = is_known(preferred) ? preferred : from_height;
+  if (!is_known(width)) width = intrinsic_width(index, measure, kUnknown, height);
+  if (!is_known(preferred) && is_known(from_height) && style.min_size[0].is_auto() && !style.clips) {
+    width = std::max(width, intrinsic_width(index, kNarrowest, kUnknown, height));
+  }
+  if (is_row(parent) && (in_line || measure == kWidest)) {
+    // An item that cannot grow is not wider than its base, one that cannot shrink not narrower; none is below its automatic minimum.
+    const double base = style.basis.is_auto() ? preferred : resolve(style.basis, kUnknown);
+    if (is_known(base) && style.grow == 0) width = std::min(width, std::max(base, own_frame));
+    if (is_known(base) && style.shrink == 0) width = std::max(width, base);
+    if (style.min_size[0].is_auto() && !style.clips) {
+      double least = intrinsic_width(index, kNarrowest, kUnknown, height);
+      if (is_known(from_height)) least = std::max(least, from_height);
+      if (is_known(preferred)) least = std::min(least, preferred);
+      width = std::max(width, least);
+    }
+  }
+  return limits(style, 0, kUnknown, own_frame).clamp(width) + margins;
+}
+
+// The lines of a column that wraps in a known height stand side by side.
+double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_height) {
+  const Style& style = boxes_[static_cast<std::size_t>(box)].style;
+  const double gap_between = resolve_or(style.gap[0], kUnknown, 0), gap_along = resolve_or(style.gap[1], inner_height, 0);
+  double width = 0, line_width = 0, used = 0;
+  bool is_first = true;
+  for (std::int32_t child = boxes_[static_cast<std::size_t>(box)].first_child; child != kNoBox;
+       child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
+    const Style& each = boxes_[static_cast<std::size_t>(child)].style;
+    if (each.position == Position::kAbsolute) continue;
+    const double own_frame = frame(each, 1, kUnknown);
+    const double added = contribution(style, child, measure, inner_height);
+    const double own_width = added - resolve_or(each.margin[kLeft], kUnknown, 0) - resolve_or(each.margin[kRight], kUnknown, 0);
+    double height = each.basis.is_auto() ? wanted(each, 1, inner_height, own_frame) : resolve(each.basis, inner_height);
+    const double natural = natural_height(child, own_width, kUnknown, inner_height);
+    if (!is_known(height)) height = natural;
+    const bool has_minimum = each.min_size[1].is_auto() && !each.clips;
+    if (has_minimum) {
+      const double asked = wanted(each, 1, inner_height, own_frame);
+      height = std::max(height, is_known(asked) ? std::min(asked, natural) : natural);
+    }
+    height = limits(each, 1, inner_height, own_frame).clamp(height) + resolve_or(each.margin[kTop], kUnknown, 0) +
+             resolve_or(each.margin[kBottom], kUnknown, 0);
+    if (!is_first && used + gap_along + height > inner_height + 1.0 / 128) {
+      width += line_width + gap_between;
+      line_width = used = 0;
+      is_first = true;
+    }
+    used += height + (is_first ? 0 : gap_along);
+    line_width = std::max(line_width, added);
+    is_first = false;
+  }
+  return width + line_width;
+}
+
+double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent_width, double height) {
+  const auto index = static_cast<std::size_t>(box);
+  for (const Memo::Width& known : memos_[index].widths) {
+    if (known.measure == measure && same(known.percent_width, percent_width) && same(known.height, height) && is_known(known.result))
+      return known.result;
+  }
+  const Box& self = boxes_[index];
+  const Style& style = self.style;
+  const double frame_height = frame(style, 1, percent_width);
+  const double inner_height = is_known(height) ? std::max(0.0, height - frame_height) : kUnknown;
+  const double tallest = is_known(inner_height) ? inner_height : resolve(style.max_size[1], kUnknown) - frame_height;
+  const bool sums = is_row(style) && (measure == kWidest || style.wrap == Wrap::kNone);
+  double width = 0;
+  int count = 0;
+  if (self.first_child == kNoBox && self.content != nullptr)
+    width = measure == kWidest ? self.content->widest() : self.content->narrowest();
+  if (!is_row(style) && style.wrap != Wrap::kNone && is_known(tallest) && measure == kWidest) {
+    width = width_of_columns(box, measure, std::max(0.0, tallest));
+  } else {
+    for (std::int32_t child = self.first_child; child != kNoBox; child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
+      if (boxes_[static_cast<std::size_t>(child)].style.position == Position::kAbsolute) continue;
+      const double added = contribution(style, child, measure, inner_height);
+      width = sums ? width + added : std::max(width, added);
+      ++count;
+    }
+  }
+  if (sums && count > 1) width += (count - 1) * resolve_or(style.gap[0], kUnknown, 0);
+  width = std::max(0.0, width) + frame(style, 0, percent_width);
+  if (style.aspect_ratio > 0) {
+    const Limits heights = limits(style, 1, kUnknown, frame_height);
+    width = std::max(heights.least * style.aspect_ratio, std::min(width, heights.most * style.aspect_ratio));
+  }
+  if (measure == kWidest && style.wrap != Wrap::kNone && is_row(style))
+    width = std::max(width, intrinsic_width(box, kNarrowest, percent_width, height));
+  Memo& memo = memos_[index];
+  memo.widths[memo.next_width] = {measure, percent_width, height, width};
+  memo.next_width = static_cast<std::uint8_t>((memo.next_width + 1) % memo.widths.size());
+  return width;
+}
+
+double Solver::fitting_width(std::int32_t box, double available, double percent_width, double height) {
+  const double widest = intrinsic_width(box, kWidest, percent_width, height);
+  return widest <= available ? widest : std::max(intrinsic_width(box, kNarrowest, percent_width, height), available);
+}
+
+double Solver::natural_height(std::int32_t box, double width, double percent_width, double percent_height) {
+  const auto index = static_cast<std::size_t>(box);
+  for (const Memo::Height& known : memos_[index].heights) {
+    if (known.width == width && same(known.percent_width, percent_width) && same(known.percent_height, percent_height)) return known.result;
+  }
+  const double result = run(box, width, kUnknown, false, percent_width, percent_height, false);
+  Memo& memo = memos_[index];
+  memo.heights[memo.next_height] = {width, percent_width, percent_height, result};
+  memo.next_height ^= 1;
+  return result;
+}
+
+}  // namespace arena::layout
