@@ -73,9 +73,16 @@ void PropertyObject::clear_variables() {
   shape = empty_shape();
 }
 
-const RValue* PropertyObject::find_variable(std::int32_t id) {
+const RValue* PropertyObject::find_own(std::int32_t id) const {
   if (dictionary_ != nullptr) return dictionary_->find(id);
   return id >= 0 && id < shape_table_size() ? find_in_row(id) : nullptr;
+}
+
+const RValue* PropertyObject::find_variable(std::int32_t id) {
+  for (const PropertyObject* object = this; object != nullptr; object = object->prototype) {
+    if (const RValue* found = object->find_own(id)) return found;
+  }
+  return nullptr;
 }
 
 RValue* PropertyObject::get_variable_ref(std::int32_t id) {
@@ -119,7 +126,7 @@ void PropertyObject::become_dictionary() {
 }
 
 bool PropertyObject::remove_variable(std::int32_t id) {
-  if (find_variable(id) == nullptr) return false;
+  if (find_own(id) == nullptr) return false;
   if (dictionary_ == nullptr) become_dictionary();
   dictionary_->remove(id);
   return true;
@@ -129,6 +136,7 @@ std::vector<std::int32_t> PropertyObject::variable_ids() const { return dictiona
 std::size_t PropertyObject::variable_count() const { return dictionary_ != nullptr ? dictionary_->ids.size() : shape->ids.size(); }
 
 void PropertyObject::visit_values(ValueVisitor& visitor) {
+  if (prototype != nullptr) visitor(RValue::of_object(prototype));
   for (std::size_t i = 0; i < shape->ids.size(); ++i) visitor(row[i]);
   if (dictionary_ == nullptr) return;
   for (const RValue& value : dictionary_->values) visitor(value);

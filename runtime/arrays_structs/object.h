@@ -98,8 +98,11 @@ class PropertyObject : public WBObjectBase {
 
   const Shape* shape;
   RValue* row = nullptr;
+  // Where reading goes on when the object has no such variable: the statics of the constructor that made it. Null: nowhere.
+  PropertyObject* prototype = nullptr;
 
  private:
+  const RValue* find_own(std::int32_t id) const;
   struct Dictionary;
   void become_dictionary();
 

@@ -53,11 +53,12 @@ void run_pass(EventKey key, bool only_visible = false) {
   if (entry == object_types().lists().end()) return;
   EventList& list = entry->second;
   const std::size_t count = list.size();
+  const auto before_handler = key.kind == EventKind::kDraw ? draw_hooks.before_handler : nullptr;
   for (std::size_t i = 0; i < count && i < list.size(); ++i) {
     const Participant each = list[i];
     fetch_ahead(list, i);
     if (!each.instance->is_alive || (only_visible && each.instance->visible < 0.5)) continue;
-    if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(*each.instance, key);
+    if (before_handler != nullptr) before_handler(*each.instance, key);
     run_handler(*each.instance, each.instance, *each.event);
   }
 }

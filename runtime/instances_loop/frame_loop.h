@@ -18,7 +18,7 @@ struct DrawHooks {
   void (*draw_instance)(CInstance& instance) = nullptr;  // the default drawing of a type without a Draw event
   void (*begin_gui)() = nullptr;
   void (*end_frame)() = nullptr;
-  void (*before_handler)(const CInstance& instance, EventKey key) = nullptr;
+  void (*before_handler)(const CInstance& instance, EventKey key) = nullptr;  // of drawing events
 };
 void set_draw_hooks(const DrawHooks& hooks);
 

@@ -6,6 +6,7 @@
 //   SCRIPT(Approach, Real from, Real to, Real amount) { ... }    the script ksl_Script_Approach, declared before as
 //                                                                extern const Script<Real(Real, Real, Real)> Approach;
 //   METHOD(oPlayer, startDash) { ... }                           a method: `self[startDash] = method(oPlayer_startDash)`
+//   STATIC_METHOD(TuiBase, setGap, ...)  a method that all structs of a constructor share: theirs without being stored in them
 //   CONSTRUCTOR(Weapon, Value label, Value stats) { ... }        `self` is the new struct; made with Weapon.make(...) or create
 //   GLOBAL_SCRIPT(SPATIAL_HASH) { ... }                          runs once when the game starts, before the first room
 #include <tuple>
@@ -148,10 +149,24 @@ class Constructor {
     WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->self : nullptr;
     return construct(other, function_, static_cast<std::int32_t>(sizeof...(Given)), pointers);
   }
+  // Runs the body for a struct that a constructor based on this one is making: the first thing that one does.
+  template <class... Given>
+  void extend(const ObjectSelf& self, const Given&... given) const {
+    const Value values[sizeof...(Given) + 1] = {Value(as_value(given))..., Value()};
+    const RValue* pointers[sizeof...(Given) + 1];
+    for (std::size_t i = 0; i < sizeof...(Given); ++i) pointers[i] = &values[i];
+    RValue ignored;
+    function_.script(self.object(), nullptr, ignored, static_cast<std::int32_t>(sizeof...(Given)), pointers);
+  }
   CompiledFunction& function() const { return function_; }
 
  private:
   mutable CompiledFunction function_;
+};
+
+// Written once beside a constructor: its structs have the methods of another one's, too.
+struct BasedOn {
+  BasedOn(const Constructor& derived, const Constructor& base) { derived.function().base = &base.function(); }
 };
 
 // A closure over `self`, to be stored in a variable.
@@ -236,6 +251,15 @@ RValue& call_entry(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObject
   }                                                                                                                                      \
   arena::script::Value arena::game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, \
                                                                   [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+
+// A method that every struct of a constructor has: STATIC_METHOD(TuiBase, setPadding, Value pixels) { ... self is the struct ... }. The
+// names of the method's variable and of the constructor must be in reach.
+#define STATIC_METHOD(owner, name, ...)                                                                                  \
+  namespace arena::game {                                                                                                \
+  extern const Method owner##_##name;                                                                                    \
+  [[maybe_unused]] static const StaticMethod static_##owner##_##name{owner.function(), name, owner##_##name.function()}; \
+  }                                                                                                                      \
+  METHOD(owner, name __VA_OPT__(, ) __VA_ARGS__)
 
 #define CONSTRUCTOR(name, ...)                                                       \
   namespace arena::game {                                                            \

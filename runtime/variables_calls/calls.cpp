@@ -98,7 +98,7 @@ RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std
 
 RValue construct(WBObjectBase* other, CompiledFunction& function, std::int32_t argc, const RValue** args) {
   RValue made = RValue::of_object(new PropertyObject(ObjectKind::kStruct));
-  statics_of(function);
+  static_cast<PropertyObject*>(made.object)->prototype = statics_of(function);
   is_constructing = true;
   RValue ignored;
   function.script(made.object, other, ignored, argc, args);

@@ -4,13 +4,16 @@
 #include <cstring>
 
 #include "runtime/arrays_structs/holder.h"
-#include "runtime/arrays_structs/object.h"
+#include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/variables_calls/names.h"
 
 namespace arena {
 namespace {
 
 CompiledFunction* first_function = nullptr;
 BuiltinTable* first_table = nullptr;
+StaticMethod* first_static_method = nullptr;
 std::vector<CompiledFunction*> scripts, handlers;
 std::vector<BuiltinEntry> builtins;
 std::vector<ScriptFunction> extensions;
@@ -110,9 +113,22 @@ std::string source_file_of(std::string_view full_name) {
   return found != nullptr ? found->file : "";
 }
 
+StaticMethod::StaticMethod(CompiledFunction& of, const NameSlot& called, CompiledFunction& function)
+    : owner(of), name(called), code(function), next(first_static_method) {
+  first_static_method = this;
+}
+
 PropertyObject* statics_of(CompiledFunction& function) {
-  if (function.statics == nullptr) function.statics = new PropertyObject(ObjectKind::kStruct);
-  return function.statics;
+  if (function.statics != nullptr) return function.statics;
+  PropertyObject* const statics = function.statics = new PropertyObject(ObjectKind::kStruct);
+  if (function.base != nullptr) statics->prototype = statics_of(*function.base);
+  for (const StaticMethod* method = first_static_method; method != nullptr; method = method->next) {
+    if (&method->owner != &function) continue;
+    RValue closure;
+    make_method(closure, method->code, nullptr);
+    store_variable(statics, method->name.slot, closure);
+  }
+  return statics;
 }
 
 void reset_statics() {

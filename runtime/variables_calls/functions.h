@@ -11,6 +11,7 @@
 namespace arena {
 
 class CInstance;
+class NameSlot;
 class PropertyObject;
 
 using EventHandler = void (*)(CInstance* self, CInstance* other);
@@ -32,6 +33,8 @@ class CompiledFunction {
   const bool is_constructor = false;
   std::int32_t index = -1;            // scripts: number - 100000
   PropertyObject* statics = nullptr;  // made on first need; kept alive by the table
+  // Constructors: whose statics go on where this one's end. Null: nobody's.
+  CompiledFunction* base = nullptr;
   CompiledFunction* next;
 };
 
@@ -73,6 +76,16 @@ std::string source_file_of(std::string_view full_name);
 
 // The struct that holds the script's static variables, shared by all its closures.
 PropertyObject* statics_of(CompiledFunction& function);
+// A method that stands in the statics of a constructor: every struct it makes, and those of the constructors based on it, have it without
+// holding it. Static storage.
+class StaticMethod {
+ public:
+  StaticMethod(CompiledFunction& owner, const NameSlot& name, CompiledFunction& code);
+  CompiledFunction& owner;
+  const NameSlot& name;
+  CompiledFunction& code;
+  StaticMethod* next;
+};
 // Forgets every static struct, as a restart of the game does.
 void reset_statics();
 
