@@ -57,6 +57,7 @@ Draw::~Draw() {
 }
 
 void Draw::begin_world(int width, int height) {
+  clips_.clear();
   gpu_.begin_frame(width, height, room_color());
   const Camera camera = active_camera();
   const double across = width / camera.width, down = height / camera.height;
@@ -76,6 +77,7 @@ void Draw::begin_world(int width, int height) {
 }
 
 void Draw::begin_gui() {
+  clips_.clear();
   a_ = gpu_.width() / gui_width();
   d_ = gpu_.height() / gui_height();
   b_ = c_ = e_ = f_ = 0;
@@ -104,20 +106,49 @@ const Draw::Picture* Draw::find_picture(std::int32_t sprite, double frame) const
   return &frames[std::min(static_cast<std::size_t>(wrapped), frames.size() - 1)];
 }
 
-void Draw::quad(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha) {
+void Draw::vertices_of(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha,
+                       gpu::Vertex (&vertices)[6]) const {
   const std::uint32_t tint = packed(color, alpha);
+  const float paint = static_cast<float>(picture.is_field ? gpu::Paint::kField : gpu::Paint::kTexture);
   const auto vertex = [&](const Corner& corner, double u, double v) {
-    return gpu::Vertex{static_cast<float>(corner.x),
-                       static_cast<float>(corner.y),
-                       static_cast<float>(u),
-                       static_cast<float>(v),
-                       tint,
-                       static_cast<float>(picture.is_field ? gpu::Paint::kField : gpu::Paint::kTexture)};
+    return gpu::Vertex{
+        static_cast<float>(corner.x), static_cast<float>(corner.y), static_cast<float>(u), static_cast<float>(v), tint, paint};
   };
-  const gpu::Vertex one = vertex(corners[0], picture.u1, picture.v1), two = vertex(corners[1], picture.u2, picture.v1);
-  const gpu::Vertex three = vertex(corners[2], picture.u2, picture.v2), four = vertex(corners[3], picture.u1, picture.v2);
-  const gpu::Vertex vertices[6] = {one, two, three, one, three, four};
-  gpu_.draw({picture.texture, state.blend, picture.field_pixels}, vertices, 6);
+  vertices[0] = vertices[3] = vertex(corners[0], picture.u1, picture.v1);
+  vertices[1] = vertex(corners[1], picture.u2, picture.v1);
+  vertices[2] = vertices[4] = vertex(corners[2], picture.u2, picture.v2);
+  vertices[5] = vertex(corners[3], picture.u1, picture.v2);
+}
+
+void Draw::quad(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha) {
+  gpu::Vertex vertices[6];
+  vertices_of(picture, corners, color, alpha, vertices);
+  gpu_.draw(state_for(picture), vertices, 6);
+}
+
+gpu::State Draw::state_for(const Picture& picture) const {
+  return {picture.texture, state.blend, picture.field_pixels, clips_.empty() ? gpu::Clip() : clips_.back()};
+}
+
+void Draw::push_clip(double x, double y, double width, double height) {
+  const Corner from = to_target(x, y), to = to_target(x + std::max(0.0, width), y + std::max(0.0, height));
+  double left = std::round(from.x), top = std::round(from.y), right = std::round(to.x), bottom = std::round(to.y);
+  left = std::clamp(left, 0.0, static_cast<double>(gpu_.width()));
+  right = std::clamp(right, left, static_cast<double>(gpu_.width()));
+  top = std::clamp(top, 0.0, static_cast<double>(gpu_.height()));
+  bottom = std::clamp(bottom, top, static_cast<double>(gpu_.height()));
+  if (!clips_.empty()) {
+    const gpu::Clip& outer = clips_.back();
+    left = std::max<double>(left, outer.x);
+    top = std::max<double>(top, outer.y);
+    right = std::max(left, std::min<double>(right, outer.x + outer.width));
+    bottom = std::max(top, std::min<double>(bottom, outer.y + outer.height));
+  }
+  clips_.push_back({static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left), static_cast<int>(bottom - top)});
+}
+
+void Draw::pop_clip() {
+  if (!clips_.empty()) clips_.pop_back();
 }
 
 void Draw::sprite(std::int32_t index, double frame, const Placement& at) {

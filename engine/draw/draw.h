@@ -3,6 +3,7 @@
 // it on the GUI layer.
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -11,6 +12,8 @@
 #include "runtime/instances_loop/world.h"
 
 namespace arena {
+
+struct SpriteInfo;
 
 namespace draw {
 
@@ -69,6 +72,24 @@ class Draw {
   TextSize measure(std::string_view text, double separation = -1, double wrap = 0) const;
   bool has_font(std::int32_t font) const;
 
+  // Rectangles that cut what is drawn, each inside the one before. Those left over are gone at the start of the GUI and of a frame.
+  void push_clip(double x, double y, double width, double height);
+  void pop_clip();
+
+  // Many pictures that stay where they are, uploaded once. Add, then draw as often as wanted; adding again uploads anew.
+  struct Stamp {
+    std::int32_t sprite = -1;
+    double frame = 0;
+    Placement at;
+  };
+  class Batch;
+  std::unique_ptr<Batch> make_batch(std::span<const Stamp> stamps);
+  void draw_batch(const Batch& batch);
+  // Whether a rectangle lies in view, at least in part.
+  bool shows(double left, double top, double right, double bottom) const {
+    return right >= view_left_ && left <= view_right_ && bottom >= view_top_ && top <= view_bottom_;
+  }
+
  private:
   struct Page;
   struct Font;
@@ -81,6 +102,9 @@ class Draw {
   std::vector<std::string_view> lines_of(const Font& font, std::string_view text, double wrap) const;
   double line_width(const Font& font, std::string_view line) const;
   Corner to_target(double x, double y) const;
+  gpu::State state_for(const Picture& picture) const;
+  void corners_of(const Picture& picture, const SpriteInfo& info, const Placement& at, Corner (&corners)[4]) const;
+  void vertices_of(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha, gpu::Vertex (&vertices)[6]) const;
   void quad(const Picture& picture, const Corner (&corners)[4], std::uint32_t color, double alpha);
   void solid_triangle(const Corner (&corners)[3], const std::uint32_t (&colors)[3]);
   const Picture* find_picture(std::int32_t sprite, double frame) const;
@@ -95,6 +119,7 @@ class Draw {
   std::int32_t first_font_ = -1;
   // The view: target = (a b; c d) * room + (e, f)
   double a_ = 1, b_ = 0, c_ = 0, d_ = 1, e_ = 0, f_ = 0;
+  std::vector<gpu::Clip> clips_;
   double view_left_ = 0, view_top_ = 0, view_right_ = 0, view_bottom_ = 0;
 };
 

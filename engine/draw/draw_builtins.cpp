@@ -119,6 +119,22 @@ void draw_text_ext(double x, double y, const RValue& value, double separation, d
 void draw_text_transformed(double x, double y, const RValue& value, double xscale, double yscale, double angle) {
   text(x, y, value, -1, 0, xscale, yscale, angle);
 }
+void draw_text_ext_transformed(double x, double y, const RValue& value, double separation, double wrap, double xscale, double yscale,
+                               double angle) {
+  text(x, y, value, separation, wrap, xscale, yscale, angle);
+}
+double string_width_ext(const RValue& value, double separation, double wrap) {
+  return service != nullptr ? service->measure(to_text(value), separation, wrap).width : 0;
+}
+double string_height_ext(const RValue& value, double separation, double wrap) {
+  return service != nullptr ? service->measure(to_text(value), separation, wrap).height : 0;
+}
+void push_scissor(double x, double y, double width, double height) {
+  if (service != nullptr) service->push_clip(x, y, width, height);
+}
+void pop_scissor() {
+  if (service != nullptr) service->pop_clip();
+}
 void draw_text_colour(double x, double y, const RValue& value, double c1, double, double, double, double alpha) {
   const DrawState before = state();
   state().color = colour_of(c1);
@@ -165,6 +181,11 @@ const BuiltinEntry kEntries[] = {
     {"draw_text_ext", builtin<draw_text_ext>},
     {"draw_text_transformed", builtin<draw_text_transformed>},
     {"draw_text_colour", builtin<draw_text_colour>},
+    {"draw_text_ext_transformed", builtin<draw_text_ext_transformed>},
+    {"string_width_ext", builtin<string_width_ext>},
+    {"string_height_ext", builtin<string_height_ext>},
+    {"gpu_push_scissor", builtin<push_scissor>},
+    {"gpu_pop_scissor", builtin<pop_scissor>},
     {"string_width", builtin<string_width>},
     {"string_height", builtin<string_height>},
 };

@@ -13,7 +13,7 @@ void Draw::solid_triangle(const Corner (&corners)[3], const std::uint32_t (&colo
     vertices[i] = {static_cast<float>(corners[i].x), static_cast<float>(corners[i].y),      0, 0,
                    packed(colors[i], state.alpha),   static_cast<float>(gpu::Paint::kSolid)};
   }
-  gpu_.draw({{}, state.blend, 1}, vertices, 3);
+  gpu_.draw({{}, state.blend, 1, clips_.empty() ? gpu::Clip() : clips_.back()}, vertices, 3);
 }
 
 void Draw::triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline) {

@@ -8,41 +8,66 @@ namespace {
 constexpr std::size_t kLargestBatch = 60000;  // vertices
 
 // An id is the slot's place below and the slot's serial number above, so that a stale id is told from its slot's next owner.
-constexpr std::uint32_t kPlaceBits = 12;
+constexpr std::uint32_t kPlaceBits = 14;
 
 bool same_state(const State& a, const State& b) {
-  return a.texture.value == b.texture.value && a.blend == b.blend && a.field_pixels == b.field_pixels;
+  return a.texture.value == b.texture.value && a.blend == b.blend && a.field_pixels == b.field_pixels && a.clip == b.clip;
 }
 
 }  // namespace
 
-Gpu::Gpu(std::unique_ptr<Backend> backend) : backend_(std::move(backend)), textures_(1) { waiting_.reserve(kLargestBatch); }
+Gpu::Gpu(std::unique_ptr<Backend> backend) : backend_(std::move(backend)), textures_(1), meshes_(1) { waiting_.reserve(kLargestBatch); }
 Gpu::~Gpu() = default;
 
-TextureId Gpu::create_texture(int width, int height, const std::uint8_t* pixels) {
+// The id of a free place, or 0 when there is none.
+std::uint32_t Gpu::take_slot(std::vector<Slot>& slots, std::uint32_t backend_id) {
   std::size_t place = 1;
-  while (place < textures_.size() && textures_[place].serial % 2 == 1) ++place;
-  if (place >> kPlaceBits != 0) return {};
-  if (place == textures_.size()) textures_.emplace_back();
-  Slot& slot = textures_[place];
-  slot.backend_texture = backend_->create_texture(width, height, pixels);
-  if (slot.backend_texture == 0) return {};
-  ++slot.serial;
-  return {slot.serial << kPlaceBits | static_cast<std::uint32_t>(place)};
+  while (place < slots.size() && slots[place].serial % 2 == 1) ++place;
+  if (backend_id == 0 || place >> kPlaceBits != 0) return 0;
+  if (place == slots.size()) slots.emplace_back();
+  slots[place].backend_id = backend_id;
+  ++slots[place].serial;
+  return slots[place].serial << kPlaceBits | static_cast<std::uint32_t>(place);
+}
+
+Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint32_t id) {
+  const std::size_t place = id & ((1u << kPlaceBits) - 1);
+  if (place == 0 || place >= slots.size() || slots[place].serial != id >> kPlaceBits) return nullptr;
+  return &slots[place];
+}
+
+TextureId Gpu::create_texture(int width, int height, const std::uint8_t* pixels) {
+  return {take_slot(textures_, backend_->create_texture(width, height, pixels))};
 }
 
 void Gpu::destroy_texture(TextureId texture) {
-  const std::uint32_t named = backend_texture(texture);
-  if (named == 0) return;
+  Slot* slot = find_slot(textures_, texture.value);
+  if (slot == nullptr) return;
   flush();
-  backend_->destroy_texture(named);
-  ++textures_[texture.value & ((1u << kPlaceBits) - 1)].serial;
+  backend_->destroy_texture(slot->backend_id);
+  ++slot->serial;
 }
 
-std::uint32_t Gpu::backend_texture(TextureId texture) const {
-  const std::size_t place = texture.value & ((1u << kPlaceBits) - 1);
-  if (place == 0 || place >= textures_.size() || textures_[place].serial != texture.value >> kPlaceBits) return 0;
-  return textures_[place].backend_texture;
+std::uint32_t Gpu::backend_texture(TextureId texture) {
+  const Slot* slot = find_slot(textures_, texture.value);
+  return slot != nullptr ? slot->backend_id : 0;
+}
+
+MeshId Gpu::create_mesh(const Vertex* vertices, std::size_t count) { return {take_slot(meshes_, backend_->create_mesh(vertices, count))}; }
+
+void Gpu::destroy_mesh(MeshId mesh) {
+  Slot* slot = find_slot(meshes_, mesh.value);
+  if (slot == nullptr) return;
+  backend_->destroy_mesh(slot->backend_id);
+  ++slot->serial;
+}
+
+void Gpu::draw_mesh(const State& state, MeshId mesh, const Transform& transform) {
+  const Slot* slot = find_slot(meshes_, mesh.value);
+  if (slot == nullptr) return;
+  flush();
+  backend_->draw_mesh(backend_texture(state.texture), state, slot->backend_id, transform);
+  ++now_.draw_calls;
 }
 
 void Gpu::begin_frame(int width, int height, std::uint32_t clear_color) {

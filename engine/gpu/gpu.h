@@ -29,10 +29,27 @@ struct Vertex {
   float paint;          // a Paint
 };
 
+// Pixels of the target; drawing outside is left out. A negative width: no clip.
+struct Clip {
+  int x = 0, y = 0, width = -1, height = -1;
+  bool operator==(const Clip&) const = default;
+};
+
 struct State {
   TextureId texture;
   Blend blend = Blend::kNormal;
   float field_pixels = 1;  // kField: pixels of the target that the field reaches to each side of an edge
+  Clip clip;
+};
+
+// From the coordinates of a static mesh to pixels of the target: (a b; c d) * point + (e, f).
+struct Transform {
+  float a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
+};
+
+// Vertices that stay with the backend; 0 is "none", an id of a destroyed mesh draws nothing.
+struct MeshId {
+  std::uint32_t value = 0;
 };
 
 struct FrameStatistics {
@@ -51,6 +68,12 @@ class Gpu {
   TextureId create_texture(int width, int height, const std::uint8_t* pixels);
   void destroy_texture(TextureId texture);
 
+  // Triangles in coordinates of their own, uploaded once.
+  MeshId create_mesh(const Vertex* vertices, std::size_t count);
+  void destroy_mesh(MeshId mesh);
+  // Draws what is waiting, then the mesh.
+  void draw_mesh(const State& state, MeshId mesh, const Transform& transform);
+
   void begin_frame(int width, int height, std::uint32_t clear_color);
   // Triangles, three vertices each. Batched: the backend is called only where the state changes.
   void draw(const State& state, const Vertex* vertices, std::size_t count);
@@ -66,14 +89,17 @@ class Gpu {
   const FrameStatistics& statistics() const { return last_; }
 
  private:
+  // Ids are a place and a serial number, so that a stale one is noticed.
   struct Slot {
-    std::uint32_t backend_texture = 0;
+    std::uint32_t backend_id = 0;
     std::uint32_t serial = 0;  // even: free
   };
-  std::uint32_t backend_texture(TextureId texture) const;
+  static std::uint32_t take_slot(std::vector<Slot>& slots, std::uint32_t backend_id);
+  static Slot* find_slot(std::vector<Slot>& slots, std::uint32_t id);
+  std::uint32_t backend_texture(TextureId texture);
 
   std::unique_ptr<Backend> backend_;
-  std::vector<Slot> textures_;
+  std::vector<Slot> textures_, meshes_;
   std::vector<Vertex> waiting_;
   State state_;
   FrameStatistics now_, last_;

@@ -6,6 +6,7 @@
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
+#include "engine/draw/stamps.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
@@ -49,6 +50,7 @@ void before_handler(const CInstance&, EventKey key) {
 void forget_run() {
   audio::audio().reset();
   draw::reset_draw_state();
+  draw::reset_stamp_layers();
   platform::reset_cursor();
   reset_containers();
   reset_unhandled_handler();

@@ -77,9 +77,19 @@ class SdlWindow final : public Window {
 
   void drawable_size(int& width, int& height) const override { SDL_GL_GetDrawableSize(window_, &width, &height); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
-  void toggle_fullscreen() override {
-    const bool is_full = (SDL_GetWindowFlags(window_) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
-    SDL_SetWindowFullscreen(window_, is_full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+  void toggle_fullscreen() override { SDL_SetWindowFullscreen(window_, is_fullscreen() ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP); }
+  bool is_fullscreen() const override {
+    return (SDL_GetWindowFlags(window_) & SDL_WINDOW_FULLSCREEN_DESKTOP) == SDL_WINDOW_FULLSCREEN_DESKTOP;
+  }
+  void resize(int width, int height) override {
+    if (!is_fullscreen()) SDL_SetWindowSize(window_, width, height);
+  }
+  void set_clipboard(const std::string& text) override { SDL_SetClipboardText(text.c_str()); }
+  std::string clipboard() const override {
+    char* const text = SDL_GetClipboardText();
+    std::string copy = text != nullptr ? text : "";
+    SDL_free(text);
+    return copy;
   }
 
  private:

@@ -25,6 +25,10 @@ class Window {
   virtual void drawable_size(int& width, int& height) const = 0;
   virtual void show_cursor(bool shown) = 0;
   virtual void toggle_fullscreen() = 0;
+  virtual bool is_fullscreen() const = 0;
+  virtual void resize(int width, int height) = 0;  // of the window, in its own units; does nothing in fullscreen
+  virtual void set_clipboard(const std::string& text) = 0;
+  virtual std::string clipboard() const = 0;
 };
 
 // Null and a sentence in `problem` when there is no display or no suitable graphics driver.

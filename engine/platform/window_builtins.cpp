@@ -7,6 +7,7 @@ namespace {
 
 Window* window = nullptr;
 std::int32_t cursor = 0;  // 0 the arrow, -1 none
+std::string own_clipboard;
 
 void set_cursor(std::optional<std::int32_t> wanted) {
   cursor = wanted.value_or(0);
@@ -14,7 +15,28 @@ void set_cursor(std::optional<std::int32_t> wanted) {
 }
 std::int32_t get_cursor() { return cursor; }
 
-const BuiltinEntry kEntries[] = {{"window_set_cursor", builtin<set_cursor>}, {"window_get_cursor", builtin<get_cursor>}};
+// Without a window the clipboard is the program's own.
+void clipboard_set_text(std::string_view text) {
+  own_clipboard = text;
+  if (window != nullptr) window->set_clipboard(own_clipboard);
+}
+std::string clipboard_get_text() { return window != nullptr ? window->clipboard() : own_clipboard; }
+bool clipboard_has_text() { return !clipboard_get_text().empty(); }
+
+bool get_fullscreen() { return window != nullptr && window->is_fullscreen(); }
+void set_fullscreen(bool wanted) {
+  if (window != nullptr && window->is_fullscreen() != wanted) window->toggle_fullscreen();
+}
+void set_size(std::int32_t width, std::int32_t height) {
+  if (window != nullptr && width > 0 && height > 0) window->resize(width, height);
+}
+
+const BuiltinEntry kEntries[] = {
+    {"window_set_cursor", builtin<set_cursor>},          {"window_get_cursor", builtin<get_cursor>},
+    {"clipboard_set_text", builtin<clipboard_set_text>}, {"clipboard_get_text", builtin<clipboard_get_text>},
+    {"clipboard_has_text", builtin<clipboard_has_text>}, {"window_get_fullscreen", builtin<get_fullscreen>},
+    {"window_set_fullscreen", builtin<set_fullscreen>},  {"window_set_size", builtin<set_size>},
+};
 const BuiltinTable table(kEntries);
 
 }  // namespace

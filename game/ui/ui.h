@@ -45,6 +45,12 @@ inline constexpr int kNoWrap = 0, kWrap = 1, kWrapReverse = 2;
 inline constexpr int kOverflowVisible = 0, kOverflowWrap = 1, kOverflowClip = 2, kOverflowEllipsis = 3;
 }  // namespace tui
 
+}  // namespace arena::game
+
+// The names of fields and methods stand in a namespace of their own, so that a parameter may be called `value` or `width`.
+namespace arena::ui {
+using script::Variable;
+
 // Fields of widgets
 inline const Variable value{"value"}, image{"image"}, color{"color"}, alpha{"alpha"}, maintain_aspect{"maintain_aspect"},
     rotation{"rotation"};
@@ -76,4 +82,8 @@ inline const Variable addTab{"addTab"}, showTab{"showTab"};
 // Methods of styles
 inline const Variable setSprites{"setSprites"}, setSpriteProgressBar{"setSpriteProgressBar"}, setFonts{"setFonts"}, setColors{"setColors"};
 
-}  // namespace arena::game
+}  // namespace arena::ui
+
+namespace arena::game {
+using namespace arena::ui;
+}

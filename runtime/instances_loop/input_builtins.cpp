@@ -14,6 +14,8 @@ void keyboard_clear(std::int32_t key) {
   input_state().key_down[key] = input_state().key_pressed[key] = input_state().key_released[key] = false;
 }
 
+std::string keyboard_text() { return input_state().text; }  // typed in this frame
+
 // -1 any button, 0 none, 1 left, 2 right, 3 middle.
 bool test_button(const bool (&buttons)[kButtons], std::int32_t button) {
   const bool any = buttons[1] || buttons[2] || buttons[3];
@@ -80,7 +82,7 @@ const BuiltinEntry kEntries[] = {
     {"keyboard_check", builtin<keyboard_check>},
     {"keyboard_check_pressed", builtin<keyboard_check_pressed>},
     {"keyboard_check_released", builtin<keyboard_check_released>},
-    {"keyboard_clear", builtin<keyboard_clear>},
+    {"keyboard_clear", builtin<keyboard_clear>}, {"keyboard_text", builtin<keyboard_text>},
     {"mouse_check_button", builtin<mouse_check_button>},
     {"mouse_check_button_pressed", builtin<mouse_check_button_pressed>},
     {"mouse_check_button_released", builtin<mouse_check_button_released>},

@@ -165,8 +165,8 @@ class Constructor {
 };
 
 // Written once beside a constructor: its structs have the methods of another one's, too.
-struct BasedOn {
-  BasedOn(const Constructor& derived, const Constructor& base) { derived.function().base = &base.function(); }
+struct BasedOn : StaticsChain {
+  BasedOn(const Constructor& from, const Constructor& to) : StaticsChain(from.function(), to.function()) {}
 };
 
 // A closure over `self`, to be stored in a variable.

@@ -14,6 +14,7 @@ namespace {
 CompiledFunction* first_function = nullptr;
 BuiltinTable* first_table = nullptr;
 StaticMethod* first_static_method = nullptr;
+StaticsChain* first_chain = nullptr;
 std::vector<CompiledFunction*> scripts, handlers;
 std::vector<BuiltinEntry> builtins;
 std::vector<ScriptFunction> extensions;
@@ -118,10 +119,16 @@ StaticMethod::StaticMethod(CompiledFunction& of, const NameSlot& called, Compile
   first_static_method = this;
 }
 
+StaticsChain::StaticsChain(CompiledFunction& from, CompiledFunction& to) : derived(from), base(to), next(first_chain) {
+  first_chain = this;
+}
+
 PropertyObject* statics_of(CompiledFunction& function) {
   if (function.statics != nullptr) return function.statics;
   PropertyObject* const statics = function.statics = new PropertyObject(ObjectKind::kStruct);
-  if (function.base != nullptr) statics->prototype = statics_of(*function.base);
+  for (const StaticsChain* chain = first_chain; chain != nullptr; chain = chain->next) {
+    if (&chain->derived == &function) statics->prototype = statics_of(chain->base);
+  }
   for (const StaticMethod* method = first_static_method; method != nullptr; method = method->next) {
     if (&method->owner != &function) continue;
     RValue closure;

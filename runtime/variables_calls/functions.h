@@ -33,8 +33,6 @@ class CompiledFunction {
   const bool is_constructor = false;
   std::int32_t index = -1;            // scripts: number - 100000
   PropertyObject* statics = nullptr;  // made on first need; kept alive by the table
-  // Constructors: whose statics go on where this one's end. Null: nobody's.
-  CompiledFunction* base = nullptr;
   CompiledFunction* next;
 };
 
@@ -85,6 +83,14 @@ class StaticMethod {
   const NameSlot& name;
   CompiledFunction& code;
   StaticMethod* next;
+};
+// A constructor whose statics go on where those of another one end. Static storage.
+class StaticsChain {
+ public:
+  StaticsChain(CompiledFunction& derived, CompiledFunction& base);
+  CompiledFunction& derived;
+  CompiledFunction& base;
+  StaticsChain* next;
 };
 // Forgets every static struct, as a restart of the game does.
 void reset_statics();

@@ -17,7 +17,7 @@ constexpr std::uint32_t kRed = 0xFF0000FF, kHalfGreen = 0x8000FF00;
 void solid(gpu::Gpu& on, float x1, float y1, float x2, float y2, std::uint32_t color, gpu::Blend blend = gpu::Blend::kNormal) {
   const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, color, static_cast<float>(gpu::Paint::kSolid)}; };
   const Vertex vertices[] = {corner(x1, y1), corner(x2, y1), corner(x2, y2), corner(x1, y1), corner(x2, y2), corner(x1, y2)};
-  on.draw({{}, blend, 1}, vertices, 6);
+  on.draw({{}, blend, 1, {}}, vertices, 6);
 }
 
 std::string pixel(const std::vector<std::uint8_t>& pixels, int x, int y) {
@@ -47,7 +47,7 @@ TEST(Pictures, OpenGlKeepsTheContract) {
   };
   const Vertex picture[] = {corner(16, 16, 0, 0), corner(48, 16, 1, 0), corner(48, 48, 1, 1),
                             corner(16, 16, 0, 0), corner(48, 48, 1, 1), corner(16, 48, 0, 1)};
-  on.draw({texture, gpu::Blend::kNormal, 1}, picture, 6);
+  on.draw({texture, gpu::Blend::kNormal, 1, {}}, picture, 6);
   const std::vector<std::uint8_t> pixels = on.read_pixels();
   on.end_frame();
   EXPECT_EQ(pixel(pixels, 2, 2), "255,0,0");
@@ -61,7 +61,7 @@ TEST(Pictures, OpenGlKeepsTheContract) {
   EXPECT_EQ(pixel(pixels, 18, 46), "0,0,255");
   on.destroy_texture(texture);
   on.begin_frame(64, 64, 0);
-  on.draw({texture, gpu::Blend::kNormal, 1}, picture, 6);
+  on.draw({texture, gpu::Blend::kNormal, 1, {}}, picture, 6);
   EXPECT_EQ(pixel(on.read_pixels(), 18, 18), "0,0,0") << "a stale id draws nothing";
 }
 
@@ -74,11 +74,11 @@ TEST(Pictures, StatesThatDoNotChangeShareADraw) {
   const Vertex triangle[3] = {};
   on.begin_frame(10, 10, 0);
   for (int i = 0; i < 100; ++i) {
-    on.draw({one, gpu::Blend::kNormal, 1}, triangle, 3);
+    on.draw({one, gpu::Blend::kNormal, 1, {}}, triangle, 3);
     solid(on, 0, 0, 1, 1, kRed);  // shapes join the open batch
   }
-  on.draw({two, gpu::Blend::kNormal, 1}, triangle, 3);
-  on.draw({two, gpu::Blend::kAdd, 1}, triangle, 3);
+  on.draw({two, gpu::Blend::kNormal, 1, {}}, triangle, 3);
+  on.draw({two, gpu::Blend::kAdd, 1, {}}, triangle, 3);
   on.end_frame();
   EXPECT_EQ(seen.draws.size(), 3u);
   EXPECT_EQ(on.statistics().triangles, 302);

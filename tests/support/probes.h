@@ -6,7 +6,7 @@
 
 namespace arena::test {
 
-inline constexpr int kProbe = 21, kProbeChild = 22;  // oProbe; oProbeChild inherits all but its Create and collides with oProbe
+inline constexpr int kProbe = 22, kProbeChild = 23;  // oProbe; oProbeChild inherits all but its Create and collides with oProbe
 
 std::vector<ObjectDefinition> probe_objects();
 

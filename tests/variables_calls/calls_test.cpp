@@ -39,7 +39,7 @@ TEST_F(Calls, ArgumentsAreCheckedByTheirKind) {
       {"array_map([1], 99999)", "! array_map :: argument 2 is neither a method or a function"},
       {"ds_list_size(\"x\")", "! ds_list_size argument 1 incorrect type (string) expecting a list"},
       {"ds_list_size(77)", "! ds_list_size argument 1 invalid reference to (list) - requested 77"},
-      {"sprite_get_width(9999)", "! sprite_get_width argument 1 invalid reference to (sprite) - requested 9999 max is 42"},
+      {"sprite_get_width(9999)", "! sprite_get_width argument 1 invalid reference to (sprite) - requested 9999 max is 58"},
       {"instance_destroy()", "! instance_destroy() must be called in an instance context"},
       {"sqrt()", "! sqrt argument 1 incorrect type (undefined) expecting a Number (WBGR)"},
   });

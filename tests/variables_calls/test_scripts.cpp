@@ -49,3 +49,22 @@ SCRIPT(note_exception, Value error) {
 SCRIPT(one_die) { return irandom(6); }
 SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
+
+namespace arena::game {
+namespace {
+const Variable seen{"seen"}, value_field{"value"}, name_field{"name"};
+}
+}  // namespace arena::game
+
+SCRIPT(ui_note, Value widget, Value) {
+  array_push(global[seen], widget);
+  return undefined;
+}
+SCRIPT(ui_note_name, Value widget, Value) {
+  array_push(global[seen], Value(widget[name_field]));
+  return undefined;
+}
+SCRIPT(ui_note_value, Value widget, Value) {
+  array_push(global[seen], Value(widget[value_field]));
+  return undefined;
+}

@@ -6,6 +6,7 @@ namespace arena::game {
 
 extern const Script<Value()> fail_in_builtin, fail_in_argument, fail_in_object, fail_in_array;
 extern const Script<Value(Value)> note_exception;
+extern const Script<Value(Value, Value)> ui_note, ui_note_name, ui_note_value;
 extern const Script<Real()> one_die;
 extern const Script<Real(Real)> twice;
 extern const Script<Real(Real, Real)> by_difference;

@@ -26,6 +26,7 @@ struct Functions {
   PFNGLGETUNIFORMLOCATIONPROC GetUniformLocation;
   PFNGLUNIFORM2FPROC Uniform2f;
   PFNGLUNIFORM1FPROC Uniform1f;
+  PFNGLUNIFORM4FPROC Uniform4f;
   PFNGLGENVERTEXARRAYSPROC GenVertexArrays;
   PFNGLBINDVERTEXARRAYPROC BindVertexArray;
   PFNGLDELETEVERTEXARRAYSPROC DeleteVertexArrays;
@@ -58,6 +59,7 @@ struct Functions {
     one(GetUniformLocation, "glGetUniformLocation");
     one(Uniform2f, "glUniform2f");
     one(Uniform1f, "glUniform1f");
+    one(Uniform4f, "glUniform4f");
     one(GenVertexArrays, "glGenVertexArrays");
     one(BindVertexArray, "glBindVertexArray");
     one(DeleteVertexArrays, "glDeleteVertexArrays");
@@ -79,11 +81,14 @@ layout(location = 1) in vec2 place;
 layout(location = 2) in vec4 tint;
 layout(location = 3) in float paint;
 uniform vec2 target;
+uniform vec4 turn;
+uniform vec2 shift;
 out vec2 at;
 out vec4 color;
 flat out float kind;
 void main() {
-  gl_Position = vec4(position.x / target.x * 2.0 - 1.0, 1.0 - position.y / target.y * 2.0, 0.0, 1.0);
+  vec2 pixel = vec2(turn.x * position.x + turn.y * position.y, turn.z * position.x + turn.w * position.y) + shift;
+  gl_Position = vec4(pixel.x / target.x * 2.0 - 1.0, 1.0 - pixel.y / target.y * 2.0, 0.0, 1.0);
   at = place;
   color = tint;
   kind = paint;
@@ -117,8 +122,8 @@ class Gl33 final : public Backend {
   Gl33(const Functions& functions, void (*present)(void*), void* window) : gl_(functions), present_(present), window_(window) {}
   ~Gl33() override {
     gl_.DeleteProgram(program_);
-    gl_.DeleteBuffers(1, &buffer_);
-    gl_.DeleteVertexArrays(1, &layout_);
+    free_buffer(stream_);
+    for (Buffer& mesh : meshes_) free_buffer(mesh);
   }
 
   bool prepare(std::string& problem) {
@@ -126,14 +131,9 @@ class Gl33 final : public Backend {
     if (!problem.empty()) return false;
     target_ = gl_.GetUniformLocation(program_, "target");
     field_pixels_ = gl_.GetUniformLocation(program_, "field_pixels");
-    gl_.GenVertexArrays(1, &layout_);
-    gl_.BindVertexArray(layout_);
-    gl_.GenBuffers(1, &buffer_);
-    gl_.BindBuffer(GL_ARRAY_BUFFER, buffer_);
-    attribute(0, 2, GL_FLOAT, GL_FALSE, offsetof(Vertex, x));
-    attribute(1, 2, GL_FLOAT, GL_FALSE, offsetof(Vertex, u));
-    attribute(2, 4, GL_UNSIGNED_BYTE, GL_TRUE, offsetof(Vertex, color));
-    attribute(3, 1, GL_FLOAT, GL_FALSE, offsetof(Vertex, paint));
+    turn_ = gl_.GetUniformLocation(program_, "turn");
+    shift_ = gl_.GetUniformLocation(program_, "shift");
+    stream_ = make_buffer();
     return true;
   }
 
@@ -151,24 +151,50 @@ class Gl33 final : public Backend {
 
   void destroy_texture(std::uint32_t texture) override { glDeleteTextures(1, &texture); }
 
+  std::uint32_t create_mesh(const Vertex* vertices, std::size_t count) override {
+    std::size_t place = 0;
+    while (place < meshes_.size() && meshes_[place].layout != 0) ++place;
+    if (place == meshes_.size()) meshes_.emplace_back();
+    Buffer& mesh = meshes_[place];
+    mesh = make_buffer();
+    mesh.count = static_cast<GLsizei>(count);
+    gl_.BufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(Vertex)), vertices, GL_STATIC_DRAW);
+    use(stream_);
+    return static_cast<std::uint32_t>(place + 1);
+  }
+
+  void destroy_mesh(std::uint32_t mesh) override { free_buffer(meshes_[mesh - 1]); }
+
+  void draw_mesh(std::uint32_t texture, const State& state, std::uint32_t mesh, const Transform& to) override {
+    apply(texture, state);
+    gl_.Uniform4f(turn_, to.a, to.b, to.c, to.d);
+    gl_.Uniform2f(shift_, to.e, to.f);
+    use(meshes_[mesh - 1]);
+    glDrawArrays(GL_TRIANGLES, 0, meshes_[mesh - 1].count);
+    use(stream_);
+    gl_.Uniform4f(turn_, 1, 0, 0, 1);
+    gl_.Uniform2f(shift_, 0, 0);
+  }
+
   void begin_frame(int width, int height, std::uint32_t clear_color) override {
     const auto part = [&](int shift) { return static_cast<float>(clear_color >> shift & 255) / 255.0f; };
     glViewport(0, 0, width, height);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_CULL_FACE);
     glEnable(GL_BLEND);
+    glDisable(GL_SCISSOR_TEST);
+    height_ = height;
     glClearColor(part(0), part(8), part(16), 1);
     glClear(GL_COLOR_BUFFER_BIT);
     gl_.UseProgram(program_);
     gl_.Uniform2f(target_, static_cast<float>(width), static_cast<float>(height));
-    gl_.BindVertexArray(layout_);
-    gl_.BindBuffer(GL_ARRAY_BUFFER, buffer_);
+    gl_.Uniform4f(turn_, 1, 0, 0, 1);
+    gl_.Uniform2f(shift_, 0, 0);
+    use(stream_);
   }
 
   void draw(std::uint32_t texture, const State& state, const Vertex* vertices, std::size_t count) override {
-    blend(state.blend);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    gl_.Uniform1f(field_pixels_, state.field_pixels);
+    apply(texture, state);
     gl_.BufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(Vertex)), vertices, GL_STREAM_DRAW);
     glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(count));
   }
@@ -188,6 +214,46 @@ class Gl33 final : public Backend {
   }
 
  private:
+  struct Buffer {
+    GLuint layout = 0, vertices = 0;
+    GLsizei count = 0;
+  };
+
+  Buffer make_buffer() {
+    Buffer made;
+    gl_.GenVertexArrays(1, &made.layout);
+    gl_.BindVertexArray(made.layout);
+    gl_.GenBuffers(1, &made.vertices);
+    gl_.BindBuffer(GL_ARRAY_BUFFER, made.vertices);
+    attribute(0, 2, GL_FLOAT, GL_FALSE, offsetof(Vertex, x));
+    attribute(1, 2, GL_FLOAT, GL_FALSE, offsetof(Vertex, u));
+    attribute(2, 4, GL_UNSIGNED_BYTE, GL_TRUE, offsetof(Vertex, color));
+    attribute(3, 1, GL_FLOAT, GL_FALSE, offsetof(Vertex, paint));
+    return made;
+  }
+  void free_buffer(Buffer& buffer) {
+    if (buffer.layout == 0) return;
+    gl_.DeleteBuffers(1, &buffer.vertices);
+    gl_.DeleteVertexArrays(1, &buffer.layout);
+    buffer = {};
+  }
+  void use(const Buffer& buffer) {
+    gl_.BindVertexArray(buffer.layout);
+    gl_.BindBuffer(GL_ARRAY_BUFFER, buffer.vertices);
+  }
+
+  void apply(std::uint32_t texture, const State& state) {
+    blend(state.blend);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    gl_.Uniform1f(field_pixels_, state.field_pixels);
+    if (state.clip.width < 0) {
+      glDisable(GL_SCISSOR_TEST);
+    } else {
+      glEnable(GL_SCISSOR_TEST);
+      glScissor(state.clip.x, height_ - state.clip.y - state.clip.height, state.clip.width, state.clip.height);
+    }
+  }
+
   void attribute(GLuint at, GLint count, GLenum type, GLboolean normalized, std::size_t offset) {
     gl_.EnableVertexAttribArray(at);
     gl_.VertexAttribPointer(at, count, type, normalized, sizeof(Vertex), reinterpret_cast<const void*>(offset));
@@ -233,8 +299,11 @@ class Gl33 final : public Backend {
   Functions gl_;
   void (*present_)(void*);
   void* window_;
-  GLuint program_ = 0, layout_ = 0, buffer_ = 0;
-  GLint target_ = -1, field_pixels_ = -1;
+  GLuint program_ = 0;
+  Buffer stream_;
+  std::vector<Buffer> meshes_;  // by id - 1
+  int height_ = 0;
+  GLint target_ = -1, field_pixels_ = -1, turn_ = -1, shift_ = -1;
 };
 
 }  // namespace

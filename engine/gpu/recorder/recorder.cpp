@@ -9,6 +9,17 @@ std::uint32_t Recorder::create_texture(int, int, const std::uint8_t*) {
 
 void Recorder::destroy_texture(std::uint32_t) { --textures_alive; }
 
+std::uint32_t Recorder::create_mesh(const Vertex*, std::size_t count) {
+  meshes[next_mesh_] = count;
+  return next_mesh_++;
+}
+
+void Recorder::destroy_mesh(std::uint32_t mesh) { meshes.erase(mesh); }
+
+void Recorder::draw_mesh(std::uint32_t texture, const State& state, std::uint32_t mesh, const Transform&) {
+  draws.push_back({texture, state, {}, meshes[mesh]});
+}
+
 void Recorder::begin_frame(int, int, std::uint32_t color) {
   clear_color = color;
   draws.clear();

@@ -1,0 +1,183 @@
+#include "engine/draw/stamps.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/draw/draw_service.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/instances_loop/cameras.h"
+#include "runtime/instances_loop/sprites.h"
+#include "runtime/values/number_text.h"
+#include "runtime/variables_calls/arguments.h"
+#include "runtime/variables_calls/names.h"
+
+namespace arena::draw {
+namespace {
+
+constexpr double kRegionSize = 1024;        // pixels: a full-screen view sees 6 to 9 of them
+constexpr std::size_t kLongestTail = 384;   // stamps drawn one by one before a region is baked anew
+constexpr std::size_t kDroppedAtOnce = 32;  // the share of the capacity whose age the dropped ones of a region lie within
+
+std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
+std::int32_t next_handle = 1;
+
+}  // namespace
+
+void StampLayer::add(const Draw::Stamp& stamp) {
+  if (!std::isfinite(stamp.at.x) || !std::isfinite(stamp.at.y) || capacity_ == 0) return;
+  if (count_ >= capacity_) make_room();
+  const auto cell = [](double at) { return static_cast<std::int32_t>(std::clamp(std::floor(at / kRegionSize), -1e6, 1e6)); };
+  Region& region = regions_[{cell(stamp.at.x), cell(stamp.at.y)}];
+  const SpriteInfo* info = find_sprite(stamp.sprite);
+  const double reach =
+      info == nullptr ? 0 : (info->width + info->height) * std::max(std::fabs(stamp.at.xscale), std::fabs(stamp.at.yscale));
+  const bool is_first = region.entries.empty();
+  region.left = is_first ? stamp.at.x - reach : std::min(region.left, stamp.at.x - reach);
+  region.right = is_first ? stamp.at.x + reach : std::max(region.right, stamp.at.x + reach);
+  region.top = is_first ? stamp.at.y - reach : std::min(region.top, stamp.at.y - reach);
+  region.bottom = is_first ? stamp.at.y + reach : std::max(region.bottom, stamp.at.y + reach);
+  region.entries.push_back({next_serial_++, stamp});
+  region.changed_lately = true;
+  ++count_;
+  ordered_.clear();
+}
+
+// The region with the oldest stamp gives up those of about the same age.
+void StampLayer::make_room() {
+  const auto oldest = std::min_element(regions_.begin(), regions_.end(), [](const auto& a, const auto& b) {
+    const std::uint64_t left = a.second.entries.empty() ? UINT64_MAX : a.second.entries.front().serial;
+    const std::uint64_t right = b.second.entries.empty() ? UINT64_MAX : b.second.entries.front().serial;
+    return left < right;
+  });
+  Region& region = oldest->second;
+  const std::uint64_t until = region.entries.front().serial + std::max<std::size_t>(1, capacity_ / kDroppedAtOnce);
+  while (!region.entries.empty() && region.entries.front().serial < until) {
+    region.entries.pop_front();
+    --count_;
+  }
+  region.baked = 0;
+  region.mesh.reset();
+  ordered_.clear();
+}
+
+void StampLayer::clear() {
+  regions_.clear();
+  ordered_.clear();
+  count_ = 0;
+}
+
+const Draw::Stamp& StampLayer::at(std::size_t index) {
+  if (ordered_.empty()) {
+    for (const auto& [cell, region] : regions_) {
+      for (const Entry& entry : region.entries) ordered_.push_back(&entry);
+    }
+    std::sort(ordered_.begin(), ordered_.end(), [](const Entry* a, const Entry* b) { return a->serial < b->serial; });
+  }
+  return ordered_[index]->stamp;
+}
+
+void StampLayer::bake(Draw& on, Region& region) {
+  scratch_.clear();
+  for (const Entry& entry : region.entries) scratch_.push_back(entry.stamp);
+  region.mesh = on.make_batch(scratch_);
+  region.baked = region.entries.size();
+}
+
+void StampLayer::draw(Draw& on) {
+  const auto in_view = [&](const Region& region) { return on.shows(region.left, region.top, region.right, region.bottom); };
+  for (auto& [cell, region] : regions_) {
+    if (region.entries.empty() || !in_view(region)) continue;
+    const std::size_t tail = region.entries.size() - region.baked;
+    // A region that nothing was added to since the last frame has no reason to keep a tail.
+    if (tail > kLongestTail || (tail > 0 && !region.changed_lately)) bake(on, region);
+    region.changed_lately = false;
+    if (region.mesh != nullptr) on.draw_batch(*region.mesh);
+  }
+  for (const auto& [cell, region] : regions_) {
+    if (!in_view(region)) continue;
+    for (std::size_t i = region.baked; i < region.entries.size(); ++i) {
+      const Draw::Stamp& stamp = region.entries[i].stamp;
+      on.sprite(stamp.sprite, stamp.frame, stamp.at);
+    }
+  }
+}
+
+void StampLayer::drop_meshes() {
+  for (auto& [cell, region] : regions_) {
+    region.mesh.reset();
+    region.baked = 0;
+  }
+}
+
+StampLayer* find_stamp_layer(std::int32_t handle) {
+  const auto found = layers.find(handle);
+  return found != layers.end() ? found->second.get() : nullptr;
+}
+
+void reset_stamp_layers() { layers.clear(); }
+
+namespace {
+
+StampLayer* require_layer(std::int32_t handle) {
+  StampLayer* layer = find_stamp_layer(handle);
+  if (layer == nullptr) report_error(messages::kArgumentHandle, current_builtin_name(), 1, "stamps", handle);
+  return layer;
+}
+
+std::int32_t stamps_create(std::int32_t capacity) {
+  layers[next_handle] = std::make_unique<StampLayer>(static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
+  return next_handle++;
+}
+void stamps_destroy(std::int32_t handle) { layers.erase(handle); }
+void stamps_add(std::int32_t handle, std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle,
+                double colour, double alpha) {
+  StampLayer* layer = require_layer(handle);
+  if (layer == nullptr) return;
+  if (find_sprite(sprite) == nullptr) {
+    report_invalid_resource(2, "sprite", sprite, static_cast<std::int32_t>(sprite_infos().size()));
+    return;
+  }
+  layer->add({sprite, frame, {x, y, xscale, yscale, angle, static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF, alpha}});
+}
+void stamps_clear(std::int32_t handle) {
+  if (StampLayer* layer = require_layer(handle)) layer->clear();
+}
+std::int32_t stamps_count(std::int32_t handle) {
+  const StampLayer* layer = require_layer(handle);
+  return layer != nullptr ? static_cast<std::int32_t>(layer->count()) : 0;
+}
+RValue stamps_get(std::int32_t handle, std::int32_t index) {
+  StampLayer* layer = require_layer(handle);
+  if (layer == nullptr) return {};
+  if (index < 0 || static_cast<std::size_t>(index) >= layer->count()) {
+    report_error(messages::kIndexOutOfBounds, index, static_cast<std::int32_t>(layer->count()));
+    return {};
+  }
+  const Draw::Stamp stamp = layer->at(static_cast<std::size_t>(index));
+  RValue made = make_struct();
+  const auto field = [&](const char* name, double number) { store_variable(property_object(made), variable_id(name), RValue(number)); };
+  field("sprite", stamp.sprite);
+  field("image", stamp.frame);
+  field("x", stamp.at.x);
+  field("y", stamp.at.y);
+  field("xscale", stamp.at.xscale);
+  field("yscale", stamp.at.yscale);
+  field("angle", stamp.at.angle);
+  field("color", stamp.at.color);
+  field("alpha", stamp.at.alpha);
+  return made;
+}
+void stamps_draw(std::int32_t handle) {
+  StampLayer* layer = require_layer(handle);
+  if (layer != nullptr && draw_service() != nullptr) layer->draw(*draw_service());
+}
+
+const BuiltinEntry kEntries[] = {
+    {"stamps_create", builtin<stamps_create>}, {"stamps_destroy", builtin<stamps_destroy>}, {"stamps_add", builtin<stamps_add>},
+    {"stamps_clear", builtin<stamps_clear>},   {"stamps_count", builtin<stamps_count>},     {"stamps_get", builtin<stamps_get>},
+    {"stamps_draw", builtin<stamps_draw>},
+};
+const BuiltinTable table(kEntries);
+
+}  // namespace
+}  // namespace arena::draw

@@ -1,0 +1,90 @@
+// What moves by itself: tweens of fields, and values bound to variables of instances and structs.
+#include "game/support/easing.h"
+#include "game/ui/widget.h"
+#include "runtime/instances_loop/resolve.h"
+#include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/report.h"
+
+namespace arena::game {
+namespace {
+
+const Variable field_name{"field"}, from_value{"from"}, to_value{"to"}, seconds{"seconds"}, passed{"passed"}, easing{"easing"},
+    when_done{"when_done"};
+
+// What a binding shows now, or null: the instance may not be there yet, or not any more.
+const RValue* bound_value(const Value& target, std::int32_t variable) {
+  PropertyObject* object = nullptr;
+  if (target.is_object()) {
+    object = property_object(target);
+    if (const CInstance* instance = instance_of(object); instance != nullptr && !instance->is_alive) return nullptr;
+  } else if (is_number_like(target)) {
+    object = resolve_instance(to_int32(target));
+  }
+  const RValue* found = object != nullptr ? object->find_variable(variable) : nullptr;
+  return found != nullptr && !found->is_unset() ? found : nullptr;
+}
+
+}  // namespace
+
+void follow_binding(const Value& widget) {
+  const RValue* target = optional_field(widget, bind_target);
+  if (target == nullptr) return;
+  const RValue* found = bound_value(Value(RValue(*target)), static_cast<std::int32_t>(number_or(widget, bind_name, -1)));
+  const RValue* shown = object_of(widget)->find_variable(value.slot);
+  if (found == nullptr || (shown != nullptr && values_match(*found, *shown) && found->kind() == shown->kind())) return;
+  widget[value] = Value(RValue(*found));
+  if (number_or(widget, measures, 0) > 0) mark_dirty(widget);
+}
+
+void advance_tweens(const Value& widget, double dt) {
+  const RValue* running = optional_field(widget, tweens);
+  if (running == nullptr) return;
+  const Value all(*running), left = array_create(0);
+  for (const Value& each : elements(all)) {
+    each[passed] += dt;
+    const double span = number_or(each, seconds, 0), share = span > 0 ? std::min(1.0, number_or(each, passed, 0) / span) : 1;
+    const double start = number_or(each, from_value, 0), end = number_or(each, to_value, 0);
+    const Value name_of_field = each[field_name], name_of_easing = each[easing];
+    variable_struct_set(widget, name_of_field, share >= 1 ? end : start + (end - start) * ease(text_of(name_of_easing), share));
+    if (share < 1)
+      array_push(left, each);
+    else if (const RValue* handler = optional_field(each, when_done))
+      call_guarded(widget, Value(RValue(*handler)), {widget});
+  }
+  mark_dirty(widget);
+  widget[tweens] = array_length(left) > 0 ? left : Value(undefined);
+}
+
+}  // namespace arena::game
+
+// Shows a variable of an instance (by id, by reference, or the first of an object type) or of a struct, from frame to frame. While nobody
+// is there the last value stays.
+STATIC_METHOD(TuiBase, bindVariable, Value target, Value variable) {
+  self[bind_target] = target;
+  self[bind_name] = variable_id(to_text(variable));
+  follow_binding(self);
+  return self;
+}
+
+// Moves a field of the widget to a number within so many seconds; a second tween of the same field takes over from the first.
+STATIC_METHOD(TuiBase, tween, Value of_field, Value to, Value within, Value by, Value done) {
+  const Value easing_name = is_undefined(by) ? Value("outQuad") : by;
+  if (!easing_name.is_string() || !is_easing(text_of(easing_name))) {
+    ui_warning(self, "tween", "there is no easing '" + to_text(easing_name) + "'");
+  }
+  const Value kept = array_create(0), start = variable_struct_get(self, of_field);
+  if (const RValue* running = optional_field(self, tweens)) {
+    for (const Value& each : elements(Value(RValue(*running)))) {
+      if (Value(each[field_name]) != of_field) array_push(kept, each);
+    }
+  }
+  array_push(kept, struct_of({{field_name, of_field},
+                              {from_value, is_number_like(start) ? start : Value(0)},
+                              {to_value, to},
+                              {seconds, within},
+                              {passed, 0},
+                              {easing, easing_name.is_string() ? easing_name : Value("linear")},
+                              {when_done, done}}));
+  self[tweens] = kept;
+  return self;
+}

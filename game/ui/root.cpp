@@ -1,0 +1,279 @@
+// The root of an interface: arrangement, pointer, keyboard, tooltips, drawing.
+#include "game/ui/paint.h"
+#include "runtime/instances_loop/input_state.h"
+
+namespace arena::game {
+
+void follow_binding(const Value& widget);
+void advance_tweens(const Value& widget, double dt);
+
+namespace {
+
+const BasedOn main_is_base{TuiMain, TuiBase};
+
+const Variable order{"order"}, hovered{"hovered"}, pressed{"pressed"}, focused{"focused"}, last_width{"last_width"},
+    last_height{"last_height"};
+const Variable hover_seconds{"hover_seconds"}, pointer_x{"pointer_x"}, pointer_y{"pointer_y"};
+
+const Builtin display_get_gui_width{"display_get_gui_width"}, display_get_gui_height{"display_get_gui_height"};
+const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"};
+const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
+const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"}, keyboard_check_pressed{"keyboard_check_pressed"};
+const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, gpu_push_scissor{"gpu_push_scissor"},
+    gpu_pop_scissor{"gpu_pop_scissor"};
+
+constexpr int kLeftButton = 1;
+constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyShift = 16, kKeySpace = 32, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
+constexpr int kKeysForWidgets[] = {8, kKeyEnter, 27, kKeySpace, 35, 36, kKeyLeft, kKeyUp, kKeyRight, kKeyDown, 46, 65, 67, 86, 88};
+constexpr double kTooltipDelay = 0.4;  // s of rest over a widget
+
+Value reference(const Value& root, const Variable& field) {
+  const RValue* found = optional_field(root, field);
+  return found != nullptr && is_widget(Value(RValue(*found))) && !bool(Value(RValue(*found))[is_destroyed]) ? Value(RValue(*found))
+                                                                                                            : Value();
+}
+
+bool is_same(const Value& a, const Value& b) { return a.is_object() && b.is_object() && a.object == b.object; }
+bool stands_in(const Value& widget, const Value& holder) {
+  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
+    if (is_same(at, holder)) return true;
+  }
+  return false;
+}
+
+bool takes_pointer(const Value& widget) {
+  if (bool(widget[mouse_ignore])) return false;
+  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
+    if (bool(at[mouse_ignore_all])) return false;
+  }
+  return true;
+}
+
+bool is_under(const Value& widget, double at_x, double at_y) {
+  return rect_of(widget).contains(at_x, at_y) && at_x >= number_or(widget, clip_left, 0) && at_x < number_or(widget, clip_right, 0) &&
+         at_y >= number_or(widget, clip_top, 0) && at_y < number_or(widget, clip_bottom, 0);
+}
+
+// The modal widget above all others, or undefined.
+Value modal_of(const Value& root) {
+  Value found;
+  const Value all = root[order];
+  for (const Value& each : elements(all)) {
+    if (bool(each[is_modal])) found = each;
+  }
+  return found;
+}
+
+Value widget_at(const Value& root, double at_x, double at_y) {
+  Value found;
+  const Value all = root[order], modal = modal_of(root);
+  for (const Value& each : elements(all)) {
+    if (is_same(each, root) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
+    if (is_undefined(modal) || stands_in(each, modal)) found = each;
+  }
+  return found;
+}
+
+void set_focus(const Value& root, const Value& to) {
+  const Value old = reference(root, focused);
+  if (is_same(old, to)) return;
+  if (is_widget(old)) {
+    old[is_focused] = false;
+    raise(old, "blur");
+  }
+  root[focused] = to;
+  if (is_widget(to)) {
+    to[is_focused] = true;
+    raise(to, "focus");
+  }
+}
+
+std::vector<Value> focusable(const Value& root) {
+  std::vector<Value> found;
+  const Value all = root[order], modal = modal_of(root);
+  for (const Value& each : elements(all)) {
+    const bool reachable = is_undefined(modal) || stands_in(each, modal);
+    if (reachable && bool(each[is_focusable]) && bool(each[enabled])) found.push_back(each);
+  }
+  return found;
+}
+
+// Tab goes round; an arrow goes to the nearest widget that lies in its direction.
+void move_focus(const Value& root, int key, bool backwards) {
+  const std::vector<Value> all = focusable(root);
+  if (all.empty()) return;
+  const Value now = reference(root, focused);
+  const auto here = std::find_if(all.begin(), all.end(), [&](const Value& each) { return is_same(each, now); });
+  if (key == kKeyTab) {
+    const std::size_t count = all.size(), place = static_cast<std::size_t>(here - all.begin());
+    set_focus(root, all[here == all.end() ? (backwards ? count - 1 : 0) : (place + (backwards ? count - 1 : 1)) % count]);
+    return;
+  }
+  if (here == all.end()) return;
+  const Rect from = rect_of(now);
+  double nearest = 1e18;
+  Value best;
+  for (const Value& each : all) {
+    const Rect to = rect_of(each);
+    const double dx = to.x + to.width / 2 - from.x - from.width / 2, dy = to.y + to.height / 2 - from.y - from.height / 2;
+    const double along = key == kKeyLeft ? -dx : key == kKeyRight ? dx : key == kKeyUp ? -dy : dy;
+    const double aside = key == kKeyLeft || key == kKeyRight ? std::fabs(dy) : std::fabs(dx);
+    if (is_same(each, now) || along <= 0.5 || along + 2 * aside >= nearest) continue;
+    nearest = along + 2 * aside;
+    best = each;
+  }
+  if (is_widget(best)) set_focus(root, best);
+}
+
+void use_pointer(const Value& root, double dt) {
+  const double at_x = to_real(device_mouse_x_to_gui(0)), at_y = to_real(device_mouse_y_to_gui(0));
+  const bool moved = number_or(root, pointer_x, -1) != at_x || number_or(root, pointer_y, -1) != at_y;
+  root[pointer_x] = at_x;
+  root[pointer_y] = at_y;
+  const Value over = widget_at(root, at_x, at_y), before = reference(root, hovered);
+  if (!is_same(over, before)) {
+    if (is_widget(before)) {
+      before[is_hovered] = false;
+      raise(before, "leave");
+    }
+    root[hovered] = over;
+    root[hover_seconds] = 0;
+    if (is_widget(over)) {
+      over[is_hovered] = true;
+      raise(over, "hover");
+    }
+  } else {
+    root[hover_seconds] += dt;
+  }
+
+  if (bool(mouse_check_button_pressed(kLeftButton))) {
+    root[hover_seconds] = 0;
+    set_focus(root, is_widget(over) && bool(over[is_focusable]) && bool(over[enabled]) ? over : Value());
+    if (is_widget(over) && bool(over[enabled])) {
+      root[pressed] = over;
+      over[is_pressed] = true;
+      raise(over, "press");
+      call_guarded(over, over[onPress], {Real(at_x), Real(at_y)});
+    }
+  }
+  const Value held = reference(root, pressed);
+  if (is_widget(held)) {
+    if (bool(mouse_check_button(kLeftButton))) {
+      if (moved) {
+        call_guarded(held, held[onDrag], {Real(at_x), Real(at_y)});
+        raise(held, "drag");
+      }
+    } else {
+      const bool inside = is_same(over, held);
+      held[is_pressed] = false;
+      root[pressed] = undefined;
+      call_guarded(held, held[onRelease], {Real(at_x), Real(at_y), inside});
+      raise(held, "release");
+      if (inside && bool(held[enabled])) raise(held, "click");
+    }
+  }
+
+  const int turned = (bool(mouse_wheel_up()) ? 1 : 0) - (bool(mouse_wheel_down()) ? 1 : 0);
+  for (Value at = turned != 0 ? over : Value(); is_widget(at); at = Value(at[parent])) {
+    if (bool(call_guarded(at, at[onWheel], {turned}))) break;
+  }
+}
+
+void use_keyboard(const Value& root) {
+  const bool backwards = bool(keyboard_check(kKeyShift));
+  if (bool(keyboard_check_pressed(kKeyTab))) move_focus(root, kKeyTab, backwards);
+  const Value target = reference(root, focused);
+  if (!is_widget(target)) return;
+  const Value typed = keyboard_text();
+  if (typed.is_string() && !text_of(typed).empty()) call_guarded(target, target[onText], {typed});
+  for (const int key : kKeysForWidgets) {
+    if (!bool(keyboard_check_pressed(key)) || bool(call_guarded(target, target[onKey], {key}))) continue;
+    if (key >= kKeyLeft && key <= kKeyDown) move_focus(root, key, false);
+    if (key == kKeyEnter || key == kKeySpace) call_guarded(target, target[onActivate], {});
+  }
+}
+
+void draw_tooltip(const Value& root) {
+  const Value over = reference(root, hovered);
+  if (!is_widget(over) || number_or(root, hover_seconds, 0) < kTooltipDelay) return;
+  const RValue* text = optional_field(over, tooltip);
+  if (text == nullptr || to_text(*text).empty()) return;
+  const std::string shown = to_text(*text);
+  const double room_width = number_or(root, last_width, 0), room_height = number_or(root, last_height, 0);
+  const double wrap = std::min(320.0, room_width / 2), across = std::min(wrap, text_width(shown, font_of(root))) + 16;
+  const double down = text_height(shown, font_of(root), wrap) + 10;
+  const double left = std::clamp(number_or(root, pointer_x, 0) + 14, 0.0, std::max(0.0, room_width - across));
+  const double top = std::clamp(number_or(root, pointer_y, 0) + 18, 0.0, std::max(0.0, room_height - down));
+  paint_panel(static_cast<int>(number_or(style_of(root), sprite_panel, -1)), {left, top, across, down}, style_color(root, color_field),
+              0.96);
+  paint_text(root, shown, {left + 8, top + 5, wrap, down - 10}, 0, 0, tui::kOverflowWrap, style_color(root, color_text), 1);
+}
+
+}  // namespace
+}  // namespace arena::game
+
+CONSTRUCTOR(TuiMain, Value settings) {
+  TuiBase.extend(self);
+  self[widget_type] = "TuiMain";
+  self[setFullSize]();
+  self[mouse_ignore] = true;
+  self[order] = array_create(0);
+  self[layout_dirty] = true;
+  self[last_width] = 0;
+  self[last_height] = 0;
+  self[hover_seconds] = 0;
+  self[pointer_x] = -1;
+  self[pointer_y] = -1;
+  apply_settings(self, settings);
+}
+
+// Once a frame, in a Step event.
+STATIC_METHOD(TuiMain, update) {
+  const double dt = to_real(Value(global[dt_steady]));
+  const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
+  const Value all = self[order];
+  for (const Value& each : elements(all)) {
+    if (bool(each[is_destroyed])) continue;
+    follow_binding(each);
+    advance_tweens(each, dt);
+    call_guarded(each, each[onUpdate], {Real(dt)});
+  }
+  const bool resized = number_or(self, last_width, 0) != across || number_or(self, last_height, 0) != down;
+  self[last_width] = across;
+  self[last_height] = down;
+  if (resized || bool(self[layout_dirty])) arrange(self, across, down);
+  use_pointer(self, dt);
+  use_keyboard(self);
+  return undefined;
+}
+
+// Once a frame, in a Draw GUI event. What changed since update() is arranged first.
+STATIC_METHOD(TuiMain, render) {
+  const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
+  if (bool(self[layout_dirty])) arrange(self, across, down);
+  const Value all = self[order];
+  for (const Value& each : elements(all)) {
+    const double left = number_or(each, clip_left, 0), top = number_or(each, clip_top, 0), right = number_or(each, clip_right, 0),
+                 bottom = number_or(each, clip_bottom, 0);
+    const Rect at = rect_of(each);
+    if (at.x >= right || at.y >= bottom || at.x + at.width <= left || at.y + at.height <= top) continue;
+    const bool is_cut = left > 0 || top > 0 || right < across || bottom < down;
+    if (is_cut) gpu_push_scissor(left, top, right - left, bottom - top);
+    call_guarded(each, each[onDraw], {});
+    if (is_cut) gpu_pop_scissor();
+  }
+  draw_tooltip(self);
+  return undefined;
+}
+
+// Whether the pointer or the keyboard belongs to the interface now: the game leaves them alone then.
+STATIC_METHOD(TuiMain, isInteracting) {
+  return is_widget(reference(self, hovered)) || is_widget(reference(self, pressed)) || is_widget(reference(self, focused)) ||
+         is_widget(modal_of(self));
+}
+
+// Gives the keyboard to a widget of the tree.
+STATIC_METHOD(TuiBase, focus) {
+  set_focus(root_of(self), self);
+  return self;
+}

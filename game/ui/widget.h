@@ -1,0 +1,94 @@
+#pragma once
+// What the toolkit's own files share: the inner fields of widgets, the methods that each kind of widget has in its own way, and helpers.
+//
+// A widget is a struct. Its place on the screen (rect_*) and what clips it (clip_*) are GUI pixels, written by the arrangement; everything
+// that arranges it is an ordinary field, absent where the default holds.
+#include "game/ui/ui.h"
+#include "runtime/variables_calls/arguments.h"
+
+namespace arena::ui {
+
+// Set by every constructor.
+inline const Variable widget_type{"widget_type"}, name_field{"name"}, events{"events"}, data{"data"}, tooltip{"tooltip"},
+    z_order{"z_order"};
+inline const Variable mouse_ignore{"mouse_ignore"}, mouse_ignore_all{"mouse_ignore_all"}, is_focusable{"is_focusable"},
+    is_modal{"is_modal"};
+inline const Variable is_hovered{"is_hovered"}, is_pressed{"is_pressed"}, is_focused{"is_focused"}, is_destroyed{"is_destroyed"};
+inline const Variable rect_x{"rect_x"}, rect_y{"rect_y"}, rect_width{"rect_width"}, rect_height{"rect_height"};
+inline const Variable clip_left{"clip_left"}, clip_top{"clip_top"}, clip_right{"clip_right"}, clip_bottom{"clip_bottom"};
+inline const Variable scroll_x{"scroll_x"}, scroll_y{"scroll_y"}, clips{"clips"}, layout_dirty{"layout_dirty"}, tweens{"tweens"};
+inline const Variable bind_target{"bind_target"}, bind_name{"bind_name"}, measures{"measures"};
+
+// Fields of the arrangement, as the setters write them.
+inline const Variable flex_direction{"flex_direction"}, flex_wrap{"flex_wrap"}, flex_grow{"flex_grow"}, flex_shrink{"flex_shrink"};
+inline const Variable flex_basis{"flex_basis"}, justify_content{"justify_content"}, align_items{"align_items"}, align_self{"align_self"};
+inline const Variable align_content{"align_content"}, aspect_ratio{"aspect_ratio"}, is_absolute{"is_absolute"};
+inline const Variable min_width{"min_width"}, min_height{"min_height"}, max_width{"max_width"}, max_height{"max_height"};
+inline const Variable row_gap{"row_gap"}, column_gap{"column_gap"};
+inline const Variable padding_left{"padding_left"}, padding_top{"padding_top"}, padding_right{"padding_right"},
+    padding_bottom{"padding_bottom"};
+inline const Variable margin_left{"margin_left"}, margin_top{"margin_top"}, margin_right{"margin_right"}, margin_bottom{"margin_bottom"};
+inline const Variable border_left{"border_left"}, border_top{"border_top"}, border_right{"border_right"}, border_bottom{"border_bottom"};
+inline const Variable inset_left{"inset_left"}, inset_top{"inset_top"}, inset_right{"inset_right"}, inset_bottom{"inset_bottom"};
+
+// What each kind of widget does in its own way; TuiBase has an empty one of each.
+inline const Variable onUpdate{"onUpdate"};      // (dt) once a frame
+inline const Variable onDraw{"onDraw"};          // ()
+inline const Variable onPress{"onPress"};        // (x, y) the left button went down over it
+inline const Variable onDrag{"onDrag"};          // (x, y) the pointer moves while the button is held
+inline const Variable onRelease{"onRelease"};    // (x, y, inside)
+inline const Variable onWheel{"onWheel"};        // (steps) true when it took the turn
+inline const Variable onKey{"onKey"};            // (key) true when it took the key
+inline const Variable onText{"onText"};          // (text) typed while it has the focus
+inline const Variable onActivate{"onActivate"};  // () Enter or Space while it has the focus
+
+}  // namespace arena::ui
+
+namespace arena::game {
+
+// What a widget measures besides its content boxes.
+enum Measures { kMeasuresNothing = 0, kMeasuresText = 1, kMeasuresSprite = 2 };
+
+struct Rect {
+  double x, y, width, height;
+  bool contains(double at_x, double at_y) const { return at_x >= x && at_y >= y && at_x < x + width && at_y < y + height; }
+};
+
+inline PropertyObject* object_of(const Value& widget) { return property_object(widget); }
+inline bool is_widget(const Value& value) {
+  return value.is_object() && value.object->object_kind == ObjectKind::kStruct && object_of(value)->find_variable(rect_x.slot) != nullptr;
+}
+// A field that may be absent.
+inline const RValue* optional_field(const Value& widget, const Variable& field) {
+  const RValue* found = object_of(widget)->find_variable(field.slot);
+  return found != nullptr && !found->is_unset() && !found->is_undefined() ? found : nullptr;
+}
+inline double number_or(const Value& widget, const Variable& field, double otherwise) {
+  const RValue* found = optional_field(widget, field);
+  return found != nullptr && is_number_like(*found) ? to_real(*found) : otherwise;
+}
+inline Rect rect_of(const Value& widget) {
+  return {number_or(widget, rect_x, 0), number_or(widget, rect_y, 0), number_or(widget, rect_width, 0), number_or(widget, rect_height, 0)};
+}
+
+// The pixels inside padding and border.
+Rect inner_rect(const Value& widget);
+// The widget above all others of its tree.
+Value root_of(const Value& widget);
+// The arrangement of the tree is to be done anew.
+void mark_dirty(const Value& widget);
+// Calls the handlers of an event. What they get wrong is reported and goes no further.
+void raise(const Value& widget, std::string_view event, const Value& detail = undefined);
+// Calls a method of the widget, with the same care.
+Value call_guarded(const Value& widget, const Value& method, std::initializer_list<Value> arguments);
+void ui_error(const Value& widget, std::string_view place, std::string_view what);
+void ui_warning(const Value& widget, std::string_view place, std::string_view what);
+// Copies the fields of the settings into the widget, over its defaults.
+void apply_settings(const ObjectSelf& widget, const Value& settings);
+// What a style says, looked for from the widget upwards; the toolkit's own style at last.
+Value style_of(const Value& widget);
+
+// Lays out the tree under a root and writes rectangles, clips and the order of drawing.
+void arrange(const Value& root, double gui_width, double gui_height);
+
+}  // namespace arena::game
