@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
-#include "runtime/values/elementary.h"
+#include "runtime/script/intrinsics.h"
 
 namespace arena::game {
 namespace {
 
+namespace elementary = arena::elementary;
 using elementary::kPi;
 
 constexpr double kOvershoot = 1.70158;  // Back: a tenth beyond the goal

@@ -52,7 +52,7 @@ class SpriteContent final : public layout::Content {
 
 Length length_of(const RValue* given) {
   if (given == nullptr) return {};
-  if (is_number_like(*given)) return Length::pixels(to_real(*given));
+  if (is_numeric(*given)) return Length::pixels(to_real(*given));
   if (!given->is_string()) return {};
   const std::string_view text = text_of(*given);
   if (text == "auto" || text.empty()) return {};

@@ -1,9 +1,6 @@
 // What moves by itself: tweens of fields, and values bound to variables of instances and structs.
 #include "game/support/easing.h"
 #include "game/ui/widget.h"
-#include "runtime/instances_loop/resolve.h"
-#include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena::game {
 namespace {
@@ -11,25 +8,12 @@ namespace {
 const Variable field_name{"field"}, from_value{"from"}, to_value{"to"}, seconds{"seconds"}, passed{"passed"}, easing{"easing"},
     when_done{"when_done"};
 
-// What a binding shows now, or null: the instance may not be there yet, or not any more.
-const RValue* bound_value(const Value& target, std::int32_t variable) {
-  PropertyObject* object = nullptr;
-  if (target.is_object()) {
-    object = property_object(target);
-    if (const CInstance* instance = instance_of(object); instance != nullptr && !instance->is_alive) return nullptr;
-  } else if (is_number_like(target)) {
-    object = resolve_instance(to_int32(target));
-  }
-  const RValue* found = object != nullptr ? object->find_variable(variable) : nullptr;
-  return found != nullptr && !found->is_unset() ? found : nullptr;
-}
-
 }  // namespace
 
 void follow_binding(const Value& widget) {
   const RValue* target = optional_field(widget, bind_target);
   if (target == nullptr) return;
-  const RValue* found = bound_value(Value(RValue(*target)), static_cast<std::int32_t>(number_or(widget, bind_name, -1)));
+  const RValue* found = peek(Value(RValue(*target)), static_cast<std::int32_t>(number_or(widget, bind_name, -1)));
   const RValue* shown = object_of(widget)->find_variable(value.slot);
   if (found == nullptr || (shown != nullptr && values_match(*found, *shown) && found->kind() == shown->kind())) return;
   widget[value] = Value(RValue(*found));
@@ -61,7 +45,7 @@ void advance_tweens(const Value& widget, double dt) {
 // is there the last value stays.
 STATIC_METHOD(TuiBase, bindVariable, Value target, Value variable) {
   self[bind_target] = target;
-  self[bind_name] = variable_id(to_text(variable));
+  self[bind_name] = id_of_variable(to_text(variable));
   follow_binding(self);
   return self;
 }
@@ -79,7 +63,7 @@ STATIC_METHOD(TuiBase, tween, Value of_field, Value to, Value within, Value by, 
     }
   }
   array_push(kept, struct_of({{field_name, of_field},
-                              {from_value, is_number_like(start) ? start : Value(0)},
+                              {from_value, is_numeric(start) ? start : Value(0)},
                               {to_value, to},
                               {seconds, within},
                               {passed, 0},

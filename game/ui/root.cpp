@@ -1,6 +1,5 @@
 // The root of an interface: arrangement, pointer, keyboard, tooltips, drawing.
 #include "game/ui/paint.h"
-#include "runtime/instances_loop/input_state.h"
 
 namespace arena::game {
 

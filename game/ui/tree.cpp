@@ -1,8 +1,5 @@
 // Widgets in their tree: content, events, data, order, and the reports of what scripts get wrong.
 #include "game/ui/widget.h"
-#include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena::game {
 namespace {
@@ -59,10 +56,10 @@ void destroy_tree(const Value& widget) {
 }  // namespace
 
 void ui_error(const Value& widget, std::string_view place, std::string_view what) {
-  log_message(prefix("ERROR", widget, place) + std::string(what));
+  print(prefix("ERROR", widget, place) + std::string(what));
 }
 void ui_warning(const Value& widget, std::string_view place, std::string_view what) {
-  log_message(prefix("WARNING", widget, place) + std::string(what));
+  print(prefix("WARNING", widget, place) + std::string(what));
 }
 
 Value root_of(const Value& widget) {
@@ -77,17 +74,9 @@ void mark_dirty(const Value& widget) {
 }
 
 Value call_guarded(const Value& widget, const Value& method, std::initializer_list<Value> arguments) {
-  const RValue* pointers[8];
-  std::int32_t count = 0;
-  for (const Value& each : arguments) pointers[count++] = &each;
-  Value result;
-  try {
-    call_method(object_of(widget), object_of(widget), result, count, method, pointers);
-  } catch (const WBKSLException& error) {
-    ui_error(widget, error.script(), error.message());
-    result = Value();
-  }
-  return result;
+  const Attempt made = attempt(widget, method, arguments);
+  if (!made.error.empty()) ui_error(widget, made.place, made.error);
+  return made.result;
 }
 
 void raise(const Value& widget, std::string_view event, const Value& detail) {
@@ -105,7 +94,7 @@ void apply_settings(const ObjectSelf& widget, const Value& settings) {
     ui_error(widget, "new", "settings are to be a struct");
     return;
   }
-  for (const std::int32_t id : from->variable_ids()) write_variable(widget.object(), id, *from->find_variable(id));
+  for (const std::int32_t id : from->variable_ids()) write(widget, id, *from->find_variable(id));
 }
 
 }  // namespace arena::game

@@ -4,7 +4,7 @@
 // A widget is a struct. Its place on the screen (rect_*) and what clips it (clip_*) are GUI pixels, written by the arrangement; everything
 // that arranges it is an ordinary field, absent where the default holds.
 #include "game/ui/ui.h"
-#include "runtime/variables_calls/arguments.h"
+#include "runtime/script/native.h"
 
 namespace arena::ui {
 
@@ -65,7 +65,7 @@ inline const RValue* optional_field(const Value& widget, const Variable& field) 
 }
 inline double number_or(const Value& widget, const Variable& field, double otherwise) {
   const RValue* found = optional_field(widget, field);
-  return found != nullptr && is_number_like(*found) ? to_real(*found) : otherwise;
+  return found != nullptr && is_numeric(*found) ? to_real(*found) : otherwise;
 }
 inline Rect rect_of(const Value& widget) {
   return {number_or(widget, rect_x, 0), number_or(widget, rect_y, 0), number_or(widget, rect_width, 0), number_or(widget, rect_height, 0)};

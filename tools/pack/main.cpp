@@ -13,6 +13,7 @@
 #include "engine/data/data_file.h"
 #include "tools/pack/fonts.h"
 #include "tools/pack/images.h"
+#include "tools/pack/music.h"
 #include "tools/pack/synth.h"
 
 namespace pack {
@@ -191,9 +192,11 @@ class Packer {
     std::vector<flatbuffers::Offset<data::Sound>> written;
     const Json sources = read("sounds/sounds.json");
     for (const auto& [name, json] : sources.items()) {
-      const std::vector<std::int16_t> samples = synthesize(json);
-      written.push_back(
-          data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name), kSampleRate, builder_.CreateVector(samples)));
+      const bool is_music = json.contains("abc");
+      const std::vector<std::int16_t> samples =
+          is_music ? render_music(assets_ + "/" + json.at("abc").get<std::string>(), json.at("peak"), cache_) : synthesize(json);
+      written.push_back(data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name), is_music ? kMusicRate : kSampleRate,
+                                          builder_.CreateVector(samples)));
     }
     return written;
   }
