@@ -85,6 +85,27 @@ class Draw {
   class Batch;
   std::unique_ptr<Batch> make_batch(std::span<const Stamp> stamps);
   void draw_batch(const Batch& batch);
+  struct Picture;  // the service's own record of one
+  // Very many pictures of one kind in a row: the look-ups are done once, the vertices go to the batch in bulk.
+  class QuadStream {
+   public:
+    explicit QuadStream(Draw& on) : on_(on) {}
+    ~QuadStream() { flush(); }
+    QuadStream(const QuadStream&) = delete;
+    QuadStream& operator=(const QuadStream&) = delete;
+    // Centred on (x, y); `size` scales the sprite. The blend mode is that of the drawing state.
+    void add(std::int32_t sprite, double frame, float x, float y, float size, double angle, std::uint32_t color, float alpha);
+    void flush();
+
+   private:
+    Draw& on_;
+    const Picture* picture_ = nullptr;
+    std::int32_t sprite_ = -1;
+    double frame_ = 0;
+    float left_ = 0, top_ = 0, right_ = 0, bottom_ = 0;  // from the sprite's origin
+    gpu::Blend blend_ = gpu::Blend::kNormal;
+    std::vector<gpu::Vertex> vertices_;
+  };
   // Whether a rectangle lies in view, at least in part.
   bool shows(double left, double top, double right, double bottom) const {
     return right >= view_left_ && left <= view_right_ && bottom >= view_top_ && top <= view_bottom_;
@@ -93,7 +114,6 @@ class Draw {
  private:
   struct Page;
   struct Font;
-  struct Picture;
   struct Corner {
     double x, y;
   };

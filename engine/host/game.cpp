@@ -6,6 +6,7 @@
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
+#include "engine/draw/particles.h"
 #include "engine/draw/stamps.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
@@ -17,6 +18,7 @@
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena::host {
@@ -46,15 +48,22 @@ void before_handler(const CInstance&, EventKey key) {
   if (key.kind == EventKind::kDraw) draw::save_draw_state();
 }
 
+bool screenshot_wanted = false;
+
 // What belongs to one run of the game and is forgotten by a restart.
 void forget_run() {
   audio::audio().reset();
   draw::reset_draw_state();
   draw::reset_stamp_layers();
+  draw::reset_particles();
   platform::reset_cursor();
   reset_containers();
   reset_unhandled_handler();
 }
+
+void screen_save_numbered() { screenshot_wanted = true; }
+const BuiltinEntry kEntries[] = {{"screen_save_numbered", builtin<screen_save_numbered>}};
+const BuiltinTable table(kEntries);
 
 void load_clips(const data::File& content) {
   std::vector<audio::Clip>& clips = audio::audio().clips;
@@ -125,11 +134,25 @@ void Game::run_frame(std::int64_t microseconds) {
   arena::run_frame(microseconds);
   audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
+  if (screenshot_wanted) {
+    screenshot_wanted = false;
+    save_screenshot(free_screenshot_name("Screenshots"));
+  }
 }
 
 void Game::set_target_size(int width, int height) {
   target_width = width;
   target_height = height;
+}
+
+// The first name that no file has.
+std::string Game::free_screenshot_name(const std::string& folder) {
+  for (int number = 1;; ++number) {
+    char name[32];
+    std::snprintf(name, sizeof name, "/screenshot-%03d.png", number);
+    std::error_code ignored;
+    if (!std::filesystem::exists(folder + name, ignored)) return folder + name;
+  }
 }
 
 bool Game::save_screenshot(const std::string& path) {

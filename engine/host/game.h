@@ -39,6 +39,7 @@ class Game {
   gpu::Gpu& gpu() { return *gpu_; }
   // Writes the last frame as a PNG; false when that fails.
   bool save_screenshot(const std::string& path);
+  static std::string free_screenshot_name(const std::string& folder);
 
  private:
   Game() = default;

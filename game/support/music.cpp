@@ -4,10 +4,13 @@ namespace arena::game {
 namespace {
 
 const Variable playlist{"playlist"}, current_track_id{"current_track_id"}, current_track{"current_track"}, state{"state"};
-const Variable shuffle_mode{"shuffle_mode"}, shuffle_order{"shuffle_order"}, shuffle_index{"shuffle_index"}, current_volume{"current_volume"};
+const Variable shuffle_mode{"shuffle_mode"}, shuffle_order{"shuffle_order"}, shuffle_index{"shuffle_index"},
+    current_volume{"current_volume"};
 
-const Variable _generate_shuffle_order{"_generate_shuffle_order"}, _get_current_index{"_get_current_index"}, _start_current{"_start_current"};
-const Variable play{"play"}, pause{"pause"}, stop{"stop"}, shuffle{"shuffle"}, next{"next"}, previous{"previous"}, volume{"volume"}, load{"load"};
+const Variable _generate_shuffle_order{"_generate_shuffle_order"}, _get_current_index{"_get_current_index"},
+    _start_current{"_start_current"};
+const Variable play{"play"}, pause{"pause"}, stop{"stop"}, shuffle{"shuffle"}, next{"next"}, previous{"previous"}, volume{"volume"},
+    load{"load"};
 const Variable update{"update"}, clear{"clear"}, print_list{"print_list"};
 
 const Builtin audio_play_sound{"audio_play_sound"}, audio_stop_sound{"audio_stop_sound"}, audio_pause_sound{"audio_pause_sound"};
@@ -121,7 +124,8 @@ METHOD(VoliMusic, previous) {
 
 METHOD(VoliMusic, volume, Real gain) {
   self[current_volume] = clamp(gain, 0, 1);
-  if (self[current_track] != kNoTrack && bool(audio_is_playing(self[current_track]))) audio_sound_gain(self[current_track], self[current_volume], 0);
+  if (self[current_track] != kNoTrack && bool(audio_is_playing(self[current_track])))
+    audio_sound_gain(self[current_track], self[current_volume], 0);
   return undefined;
 }
 

@@ -11,7 +11,9 @@ class Music : public TestGame {
 
 TEST_F(Music, AnEmptyListDoesNothing) {
   check({
-      {"global.m.play(); global.m.next(); global.m.previous(); global.m.update(); [global.m.state, global.m.current_track, global.m.current_track_id]", "[0,-1,0]"},
+      {"global.m.play(); global.m.next(); global.m.previous(); global.m.update(); [global.m.state, global.m.current_track, "
+       "global.m.current_track_id]",
+       "[0,-1,0]"},
       {"typeof(global.m.state)", "int64"},
       {"global.m.volume(1.5); a = global.m.current_volume; global.m.volume(-2); [a, global.m.current_volume]", "[1,0]"},
   });
@@ -20,7 +22,9 @@ TEST_F(Music, AnEmptyListDoesNothing) {
 TEST_F(Music, PlaysPausesAndStops) {
   check({
       {"global.m.load(5); global.m.load([6, 7]); global.m.playlist", "[5,6,7]"},
-      {"global.m.volume(0.5); global.m.play(); [global.m.state, audio_is_playing(global.m.current_track), audio_sound_get_gain(global.m.current_track)]", "[1,true,0.50]"},
+      {"global.m.volume(0.5); global.m.play(); [global.m.state, audio_is_playing(global.m.current_track), "
+       "audio_sound_get_gain(global.m.current_track)]",
+       "[1,true,0.50]"},
       {"h = global.m.current_track; global.m.play(); global.m.current_track == h", "true"},
       {"global.m.pause(); [global.m.state, audio_is_paused(global.m.current_track)]", "[2,true]"},
       {"global.m.pause(); global.m.update(); [global.m.state, global.m.current_track_id]", "[2,0]"},
@@ -34,7 +38,9 @@ TEST_F(Music, TheNextStartsWhenOneEnds) {
   eval("global.m.load([5, 6]); global.m.play()");
   step(60);  // the first one lasts 0.12 s
   check({{"global.m.update(); [global.m.current_track_id, global.m.state, audio_is_playing(global.m.current_track)]", "[1,1,true]"}});
-  check({{"global.m.next(); global.m.current_track_id", "0"}, {"global.m.previous(); global.m.current_track_id", "1"}, {"global.m.previous(); global.m.current_track_id", "0"}});
+  check({{"global.m.next(); global.m.current_track_id", "0"},
+         {"global.m.previous(); global.m.current_track_id", "1"},
+         {"global.m.previous(); global.m.current_track_id", "0"}});
   check({{"global.m.clear(); [global.m.playlist, global.m.current_track_id, global.m.state]", "[[],0,0]"}});
 }
 
@@ -49,7 +55,9 @@ TEST_F(Music, ShufflingVisitsEveryTrackOnceARound) {
     if (i < 4) eval("global.m.next()");
   }
   EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 5);
-  check({{"global.m.next(); global.m.shuffle_index", "0"}, {"global.m.previous(); global.m.shuffle_index", "4"}, {"global.m.shuffle(); global.m.shuffle_mode", "false"}});
+  check({{"global.m.next(); global.m.shuffle_index", "0"},
+         {"global.m.previous(); global.m.shuffle_index", "4"},
+         {"global.m.shuffle(); global.m.shuffle_mode", "false"}});
 }
 
 TEST_F(Music, TheRealTracksAreThere) {

@@ -40,8 +40,12 @@ class Widgets : public TestGame {
 };
 
 TEST_F(Widgets, ClicksReachTheTopmostAndBubbleToNobody) {
-  eval("b = new TuiButton({width: 100, height: 40, is_absolute: true, inset_left: 10, inset_top: 10}); b.addEvent(\"click\", method(undefined, ui_note)); global.b = b");
-  eval("over = new TuiBox({width: 50, height: 40, is_absolute: true, inset_left: 10, inset_top: 10}); global.over = over; global.ui.addContent([b, over])");
+  eval(
+      "b = new TuiButton({width: 100, height: 40, is_absolute: true, inset_left: 10, inset_top: 10}); b.addEvent(\"click\", "
+      "method(undefined, ui_note)); global.b = b");
+  eval(
+      "over = new TuiBox({width: 50, height: 40, is_absolute: true, inset_left: 10, inset_top: 10}); global.over = over; "
+      "global.ui.addContent([b, over])");
   click(90, 30);
   check({{"array_length(global.seen)", "1"}, {"global.seen[0] == global.b", "true"}});
   click(20, 30);
@@ -58,7 +62,9 @@ TEST_F(Widgets, ClicksReachTheTopmostAndBubbleToNobody) {
 }
 
 TEST_F(Widgets, AReleaseElsewhereIsNoClick) {
-  eval("global.b = new TuiButton({width: 100, height: 40, align_self: 0}); global.b.addEvent(\"click\", method(undefined, ui_note)); global.ui.addContent(global.b)");
+  eval(
+      "global.b = new TuiButton({width: 100, height: 40, align_self: 0}); global.b.addEvent(\"click\", method(undefined, ui_note)); "
+      "global.ui.addContent(global.b)");
   frame(50, 20);
   press(true);
   frame(50, 20);
@@ -71,15 +77,23 @@ TEST_F(Widgets, AReleaseElsewhereIsNoClick) {
 
 TEST_F(Widgets, DestroyRaisesItsEventOnceFromTheInsideOut) {
   eval("outer = new TuiBox({name: \"outer\"}); inner = new TuiBox({name: \"inner\"}); outer.addContent(inner); global.outer = outer");
-  eval("outer.addEvent(\"destroy\", method(undefined, ui_note_name)); inner.addEvent(\"destroy\", method(undefined, ui_note_name)); global.ui.addContent(outer)");
-  check({{"global.outer.setData(\"k\", [1]); global.outer.getData(\"k\")", "[1]"}, {"global.outer.getData(\"none\")", "undefined"},
-         {"global.outer.destroy(); global.outer.destroy(); global.seen", "[\"inner\",\"outer\"]"}, {"array_length(global.ui.content)", "0"}});
+  eval(
+      "outer.addEvent(\"destroy\", method(undefined, ui_note_name)); inner.addEvent(\"destroy\", method(undefined, ui_note_name)); "
+      "global.ui.addContent(outer)");
+  check({{"global.outer.setData(\"k\", [1]); global.outer.getData(\"k\")", "[1]"},
+         {"global.outer.getData(\"none\")", "undefined"},
+         {"global.outer.destroy(); global.outer.destroy(); global.seen", "[\"inner\",\"outer\"]"},
+         {"array_length(global.ui.content)", "0"}});
 }
 
 TEST_F(Widgets, MistakesAreReportedAndNothingEnds) {
   take_log();
-  check({{"global.ui.addContent(5); global.ui.addContent(global.ui); 1", "1"}, {"x1 = new TuiBox(); x1.destroy(); global.ui.addContent(x1); 1", "1"}, {"new TuiBox(7); 1", "1"}});
-  eval("global.b = new TuiButton({width: 100, height: 40, align_self: 0}); global.b.addEvent(\"click\", method(undefined, fail_in_builtin)); global.ui.addContent(global.b)");
+  check({{"global.ui.addContent(5); global.ui.addContent(global.ui); 1", "1"},
+         {"x1 = new TuiBox(); x1.destroy(); global.ui.addContent(x1); 1", "1"},
+         {"new TuiBox(7); 1", "1"}});
+  eval(
+      "global.b = new TuiButton({width: 100, height: 40, align_self: 0}); global.b.addEvent(\"click\", method(undefined, "
+      "fail_in_builtin)); global.ui.addContent(global.b)");
   click(50, 20);
   const std::vector<std::string> log = take_log();
   ASSERT_EQ(log.size(), 5u);
@@ -94,12 +108,16 @@ TEST_F(Widgets, BindingsFollowAndRest) {
   check({{"global.t.value", "undefined"}});  // an object type may be bound before its first instance
   eval("instance_create_depth(0, 0, 0, oBullet).hp = 7");
   frame(0, 0);
-  check({{"global.t.value", "7"}, {"oBullet.hp = 8; global.ui.update(); global.t.value", "8"}, {"instance_destroy(oBullet); global.ui.update(); global.t.value", "8"},
+  check({{"global.t.value", "7"},
+         {"oBullet.hp = 8; global.ui.update(); global.t.value", "8"},
+         {"instance_destroy(oBullet); global.ui.update(); global.t.value", "8"},
          {"s = {k: 1}; global.t.bindVariable(s, \"k\"); s.k = \"two\"; global.ui.update(); global.t.value", "two"}});
 }
 
 TEST_F(Widgets, SlidersAndCheckboxesChange) {
-  eval("global.s = new TuiSlider({width: 114, height: 20, align_self: 0, maximum: 10, step: 1}); global.s.addEvent(\"change\", method(undefined, ui_note_value))");
+  eval(
+      "global.s = new TuiSlider({width: 114, height: 20, align_self: 0, maximum: 10, step: 1}); global.s.addEvent(\"change\", "
+      "method(undefined, ui_note_value))");
   eval("global.c = new TuiCheckbox({caption: \"on\", align_self: 0}); global.ui.addContent([global.s, global.c])");
   frame(57, 10);
   press(true);
@@ -116,7 +134,9 @@ TEST_F(Widgets, SlidersAndCheckboxesChange) {
 }
 
 TEST_F(Widgets, TypingSelectingAndTheClipboard) {
-  eval("global.i = new TuiInput({width: 300, align_self: 0, max_length: 8}); global.i.addEvent(\"submit\", method(undefined, ui_note_value)); global.ui.addContent(global.i)");
+  eval(
+      "global.i = new TuiInput({width: 300, align_self: 0, max_length: 8}); global.i.addEvent(\"submit\", method(undefined, "
+      "ui_note_value)); global.ui.addContent(global.i)");
   type("lost");
   check({{"global.i.value", ""}});  // without the focus nothing is typed
   eval("global.i.focus()");
@@ -150,14 +170,22 @@ TEST_F(Widgets, TypingSelectingAndTheClipboard) {
 }
 
 TEST_F(Widgets, TabsCombosAndScrollAreas) {
-  eval("global.tabs = new TuiTabs(); global.one = new TuiText({value: \"1\"}); global.two = new TuiText({value: \"2\"}); global.tabs.addTab(\"a\", global.one); global.tabs.addTab(\"b\", global.two)");
-  check({{"[global.one.visible, global.two.visible]", "[true,false]"}, {"global.tabs.showTab(1); [global.one.visible, global.two.visible]", "[false,true]"}});
-  eval("global.c = new TuiCombo({options: [\"x\", \"y\", \"z\"], width: 200, is_absolute: true, inset_left: 600, inset_top: 100}); global.ui.addContent(global.c)");
+  eval(
+      "global.tabs = new TuiTabs(); global.one = new TuiText({value: \"1\"}); global.two = new TuiText({value: \"2\"}); "
+      "global.tabs.addTab(\"a\", global.one); global.tabs.addTab(\"b\", global.two)");
+  check({{"[global.one.visible, global.two.visible]", "[true,false]"},
+         {"global.tabs.showTab(1); [global.one.visible, global.two.visible]", "[false,true]"}});
+  eval(
+      "global.c = new TuiCombo({options: [\"x\", \"y\", \"z\"], width: 200, is_absolute: true, inset_left: 600, inset_top: 100}); "
+      "global.ui.addContent(global.c)");
   click(650, 115);
   frame(650, 115);
   click(650, 100 + 30 + 4 + 28 + 14);  // below the box: padding, the first option, the middle of the second
   check({{"global.c.value", "1"}, {"global.c.popup", "undefined"}});
-  eval("global.s = new TuiScroll({width: 100, height: 100, is_absolute: true, inset_left: 900, inset_top: 300}); for_each = 0; global.s.addContent([new TuiBox({height: 80}), new TuiBox({height: 80}), new TuiBox({height: 80})]); global.ui.addContent(global.s)");
+  eval(
+      "global.s = new TuiScroll({width: 100, height: 100, is_absolute: true, inset_left: 900, inset_top: 300}); for_each = 0; "
+      "global.s.addContent([new TuiBox({height: 80}), new TuiBox({height: 80}), new TuiBox({height: 80})]); "
+      "global.ui.addContent(global.s)");
   frame(950, 350);
   InputEvent wheel;
   wheel.type = InputEvent::Type::kWheel;
@@ -170,8 +198,12 @@ TEST_F(Widgets, TabsCombosAndScrollAreas) {
 }
 
 TEST_F(Widgets, KeyboardGoesRoundAndInDirections) {
-  eval("global.a = new TuiButton({width: 50, height: 30}); global.b = new TuiButton({width: 50, height: 30}); global.c = new TuiButton({width: 50, height: 30})");
-  eval("r = new TuiRow({column_gap: 10, align_self: 0}); r.addContent([global.a, global.b]); global.ui.addContent([r, global.c]); global.c.setAlignSelf(0); global.b.addEvent(\"click\", method(undefined, ui_note))");
+  eval(
+      "global.a = new TuiButton({width: 50, height: 30}); global.b = new TuiButton({width: 50, height: 30}); global.c = new "
+      "TuiButton({width: 50, height: 30})");
+  eval(
+      "r = new TuiRow({column_gap: 10, align_self: 0}); r.addContent([global.a, global.b]); global.ui.addContent([r, global.c]); "
+      "global.c.setAlignSelf(0); global.b.addEvent(\"click\", method(undefined, ui_note))");
   frame(5, 700);
   tap(9);
   check({{"global.a.is_focused", "true"}});
@@ -186,14 +218,21 @@ TEST_F(Widgets, KeyboardGoesRoundAndInDirections) {
 }
 
 TEST_F(Widgets, TweensArriveAndTheSecondTakesOver) {
-  eval("global.t = new TuiBox({width: 10}); global.ui.addContent(global.t); global.ui.update(); global.t.tween(\"width\", 110, 1, \"linear\")");
+  eval(
+      "global.t = new TuiBox({width: 10}); global.ui.addContent(global.t); global.ui.update(); global.t.tween(\"width\", 110, 1, "
+      "\"linear\")");
   eval("global.dt_steady = 0.5; global.ui.update()");
-  check({{"global.t.width", "60"}, {"global.t.tween(\"width\", 0, 1, \"linear\"); global.ui.update(); global.t.width", "30"}, {"global.ui.update(); global.ui.update(); global.t.width", "0"}});
+  check({{"global.t.width", "60"},
+         {"global.t.tween(\"width\", 0, 1, \"linear\"); global.ui.update(); global.t.width", "30"},
+         {"global.ui.update(); global.ui.update(); global.t.width", "0"}});
 }
 
 TEST_F(Widgets, ACleanTreeIsNotArrangedAgain) {
-  eval("global.t = new TuiBox({width: 10}); global.ui.addContent(global.t); global.ui.update(); global.order = global.ui.order; global.t.rect_x = 77");
-  check({{"global.ui.update(); global.ui.render(); global.t.rect_x", "77"}, {"global.t.setWidth(20); global.ui.update(); global.t.rect_x", "0"}});
+  eval(
+      "global.t = new TuiBox({width: 10}); global.ui.addContent(global.t); global.ui.update(); global.order = global.ui.order; "
+      "global.t.rect_x = 77");
+  check({{"global.ui.update(); global.ui.render(); global.t.rect_x", "77"},
+         {"global.t.setWidth(20); global.ui.update(); global.t.rect_x", "0"}});
 }
 
 TEST(Easings, StartAndEndWhereTheyShould) {

@@ -195,8 +195,8 @@ class Packer {
       const bool is_music = json.contains("abc");
       const std::vector<std::int16_t> samples =
           is_music ? render_music(assets_ + "/" + json.at("abc").get<std::string>(), json.at("peak"), cache_) : synthesize(json);
-      written.push_back(data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name), is_music ? kMusicRate : kSampleRate,
-                                          builder_.CreateVector(samples)));
+      written.push_back(data::CreateSound(builder_, builder_.CreateString(name), number("sounds", name),
+                                          is_music ? kMusicRate : kSampleRate, builder_.CreateVector(samples)));
     }
     return written;
   }

@@ -40,7 +40,9 @@ std::vector<std::int16_t> render_music(const std::string& path, double peak, con
   if (!std::filesystem::exists(kept)) {
     const std::string midi = kept + ".mid", fresh = kept + ".new";
     run("abc2midi '" + path + "' -o '" + midi + "' >/dev/null 2>&1", "abc2midi");
-    run("fluidsynth -ni -q -g 0.6 -R 0 -C 0 -r " + std::to_string(kMusicRate) + " -T wav -F '" + fresh + "' '" + kSounds + "' '" + midi + "' >/dev/null 2>&1", "fluidsynth");
+    run("fluidsynth -ni -q -g 0.6 -R 0 -C 0 -r " + std::to_string(kMusicRate) + " -T wav -F '" + fresh + "' '" + kSounds + "' '" + midi +
+            "' >/dev/null 2>&1",
+        "fluidsynth");
     std::filesystem::remove(midi);
     std::filesystem::rename(fresh, kept);
   }
