@@ -12,6 +12,7 @@
 #include "bench/lua_crowd.h"
 #include "bench/micro_scripts.h"
 #include "bench/plain_crowd.h"
+#include "bench/services.h"
 #include "engine/host/game.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
@@ -172,6 +173,7 @@ int main(int argc, char** argv) {
       print_crowd("10,000", run_crowd(*game, 10000, frames));
       world().enter_room(2);
       run_micro();
+      bench::run_services();
       return 0;
     }
   }

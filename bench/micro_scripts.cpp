@@ -1,9 +1,11 @@
 // Small operations as scripts write them.
 #include "bench/micro_scripts.h"
 
+#include "game/ui/widget.h"
+
 namespace arena::game {
 namespace {
-const Variable alpha{"bench_alpha"}, beta{"bench_beta"}, gamma{"bench_gamma"}, method_slot{"bench_method"}, list{"bench_list"};
+const Variable alpha_field{"bench_alpha"}, beta{"bench_beta"}, gamma{"bench_gamma"}, method_slot{"bench_method"}, list{"bench_list"};
 const Variable global_value{"bench_global"}, kept{"bench_kept"};
 }  // namespace
 extern const Script<Real(Real a, Real b, Real c)> BenchThree;
@@ -22,7 +24,7 @@ METHOD(kBenchOwner, benchMethod, Value a) { return a; }
 
 namespace arena::game {
 
-MicroBench::MicroBench() : object_(struct_of({{alpha, 1}, {beta, 2}, {hp, 3}, {gamma, 4}})) {
+MicroBench::MicroBench() : object_(struct_of({{alpha_field, 1}, {beta, 2}, {hp, 3}, {gamma, 4}})) {
   global[global_value] = 5;
   global[kept] = object_;  // the collector runs between the operations
   object_[method_slot] = bind(ObjectSelf(object_.object), kBenchOwner_benchMethod);
@@ -73,7 +75,7 @@ void MicroBench::array_push_values(int n) {
   }
 }
 void MicroBench::struct_of_four(int n) {
-  for (int i = 0; i < n; ++i) struct_of({{alpha, i}, {beta, 2}, {gamma, 3}, {hp, 4}});
+  for (int i = 0; i < n; ++i) struct_of({{alpha_field, i}, {beta, 2}, {gamma, 3}, {hp, 4}});
 }
 void MicroBench::string_concat(int n) {
   const Value text = "abc";
@@ -83,10 +85,26 @@ void MicroBench::number_to_string(int n) {
   for (int i = 0; i < n; ++i) string(i % 1000 + 0.5);
 }
 double MicroBench::variable_by_name(int n) {
-  const Value names[] = {alpha.text, beta.text, gamma.text, hp.text};
+  const Value names[] = {alpha_field.text, beta.text, gamma.text, hp.text};
   Real sum = 0;
   for (int i = 0; i < n; ++i) sum += Real(variable_struct_get(object_, names[i % 4]));
   return sum.number();
+}
+
+WidgetBench::WidgetBench() : root_(TuiMain.make()) {
+  for (int panel = 0; panel < 10; ++panel) {
+    const Value holder = TuiPanel.make();
+    for (int line = 0; line < 24; ++line) {
+      const Value row = TuiRow.make();
+      row[addContent](array_of(TuiText.make(struct_of({{value, "label"}})), TuiBox.make(struct_of({{flex_grow, 1}})), TuiImage.make(struct_of({{value, 30}}))));
+      holder[addContent](row);
+    }
+    root_[addContent](holder);
+  }
+}
+void WidgetBench::touch() { mark_dirty(root_); }
+void WidgetBench::arrange() {
+  if (bool(root_[layout_dirty])) game::arrange(root_, 1280, 720);
 }
 
 }  // namespace arena::game

@@ -25,4 +25,15 @@ class MicroBench {
   Value object_;
 };
 
+// A tree of about 1,000 widgets: panels with rows of buttons and texts.
+class WidgetBench {
+ public:
+  WidgetBench();
+  void touch();    // something changed: everything is arranged anew
+  void arrange();  // what an update() does for the arrangement
+
+ private:
+  Value root_;
+};
+
 }  // namespace arena::game

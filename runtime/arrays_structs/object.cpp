@@ -79,10 +79,8 @@ const RValue* PropertyObject::find_own(std::int32_t id) const {
 }
 
 const RValue* PropertyObject::find_variable(std::int32_t id) {
-  for (const PropertyObject* object = this; object != nullptr; object = object->prototype) {
-    if (const RValue* found = object->find_own(id)) return found;
-  }
-  return nullptr;
+  const RValue* const found = find_own(id);
+  return found != nullptr || prototype == nullptr ? found : prototype->find_variable(id);
 }
 
 RValue* PropertyObject::get_variable_ref(std::int32_t id) {
