@@ -49,6 +49,9 @@ inline const Variable snd_Ref{"snd_Ref"};
 inline const Variable snd_Max{"snd_Max"};
 inline const Variable grid{"grid"};
 inline const Variable game_ui{"game_ui"};
+inline const Variable game_ui_style{"game_ui_style"};
+inline const Variable music_player{"music_player"};
+inline const Variable decals{"decals"};
 
 // Built-in functions
 inline const Builtin instance_create_layer{"instance_create_layer"};

@@ -1,11 +1,13 @@
-// A droplet of blood: it flies off, slows down, plays its strip once and ends when it has settled.
+// A droplet of blood: it flies off, slows down, plays its strip once and, when it has settled, stays on the floor as a decal.
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
+#include "game/decals/stickers.h"
 
 namespace arena::game {
 namespace {
 const Variable anim_timer{"anim_timer"}, frame_duration{"frame_duration"}, anim_loop{"anim_loop"};
 constexpr Real kSettledSpeed = 5;  // pixels/s
+constexpr int kSplatPictures = 6;  // of each splat sprite
 }  // namespace
 }  // namespace arena::game
 
@@ -20,6 +22,7 @@ EVENT(oBlood, Create_0) {
 }
 
 EVENT(oBlood, Step_0) {
+  const Value floor_layer = variable_global_exists("decals") ? Value(global[decals]) : Value();  // a room may do without
   const Real dt = global[dt_steady];
   const Real decay = exp(-self[friction] * dt);
   self[h_speed] *= decay;
@@ -38,6 +41,10 @@ EVENT(oBlood, Step_0) {
   }
 
   if (self[image_index] == last_frame && point_distance(0, 0, self[h_speed], self[v_speed]) < kSettledSpeed) {
+    if (!is_undefined(floor_layer)) {
+      floor_layer[Add](choose(sprSplatSmall, sprSplatWide, sprSplatLarge), irandom(kSplatPictures - 1), self[x], self[y], 1, 1,
+                       self[image_angle], self[image_blend]);
+    }
     play_varied(playSoundAt(choose(sndSplatOne, sndSplatTwo), self[x], self[y]));
     instance_destroy();
   } else if (self[h_speed] != 0 || self[v_speed] != 0) {

@@ -1,4 +1,6 @@
-// The arena's controller: camera, the grid of enemies, and the way out.
+// The arena's controller: camera, interface, music, decals, the grid of enemies, and the way out.
+#include "game/decals/stickers.h"
+#include "game/flow/hud.h"
 #include "game/support/camera.h"
 #include "game/support/spatial_hash.h"
 
@@ -6,8 +8,10 @@ namespace arena::game {
 extern const Script<Value()> initDebug;
 extern const Script<Value()> updateDebug;
 namespace {
+const Variable play{"play"};
 const Builtin window_set_cursor{"window_set_cursor"}, game_end{"game_end"};
 constexpr int kNoCursor = -1;
+constexpr int kMostDecals = 50000;
 }  // namespace
 }  // namespace arena::game
 
@@ -15,11 +19,20 @@ constexpr int kNoCursor = -1;
 SCRIPT(initDebug) { return undefined; }
 SCRIPT(updateDebug) { return undefined; }
 
+METHOD(oControl, updateWeaponUI) {
+  rebuild_weapon_panel();
+  return undefined;
+}
+
 EVENT(oControl, Create_0) {
   initDebug();
   getTarnCamera()[init](oPlayer);
   window_set_cursor(kNoCursor);
+  build_hud();
+  global[decals] = Stickers.make(kMostDecals);
+  global[music_player][play]();
   grid_clear();
+  self[updateWeaponUI] = bind(self, oControl_updateWeaponUI);
 }
 
 EVENT(oControl, Step_1) {
@@ -29,7 +42,12 @@ EVENT(oControl, Step_1) {
 
 EVENT(oControl, Step_0) {
   getTarnCamera()[update]();
+  global[game_ui][update]();
+  global[music_player][update]();
   updateDebug();
 }
 
+EVENT(oControl, Draw_0) { global[decals][DrawCamera](); }
+EVENT(oControl, Draw_64) { global[game_ui][render](); }
 EVENT(oControl, KeyPress_27) { game_end(); }
+EVENT(oControl, CleanUp_0) { global[decals][Destroy](); }

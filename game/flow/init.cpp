@@ -1,12 +1,16 @@
 // Start-up: the globals and the two definition tables that every other object reads. Runs before all others.
 #include "game/combat/weapon.h"
+#include "game/support/music.h"
+#include "game/ui/ui.h"
 
 namespace arena::game {
 namespace {
 
 const Builtin randomize{"randomize"}, audio_listener_orientation{"audio_listener_orientation"};
 const Builtin audio_falloff_set_model{"audio_falloff_set_model"};
+const Variable volume{"volume"}, load{"load"};
 constexpr int kLinearDistanceClamped = 4;
+constexpr Real kMusicVolume = 0.25;
 
 using Fields = std::initializer_list<FieldLiteral>;
 
@@ -101,10 +105,19 @@ Value build_weapons() {
 EVENT(oInit, Create_0) {
   randomize();
   global[statistics] = struct_of({{kills, 0}});
+  global[music_player] = VoliMusic.make();
+  global[music_player][volume](kMusicVolume);
+  global[music_player][load](array_of(musFirstBlood, musColdSteel));
   global[snd_Ref] = 500;
   global[snd_Max] = 2000;
   audio_listener_orientation(0, 0, 1000, 0, -1, 0);
   audio_falloff_set_model(kLinearDistanceClamped);
+  global[game_ui_style] = TuiStyle.make();
+  const Value look = global[game_ui_style];
+  look[setMinSize](20, 20);
+  look[setSprites](sprPanel, sprPanel);
+  look[setSpriteProgressBar](sprBarBack, sprBarFill);
+  look[setFonts](fntUi, fntUi, fntTitle);
   global[modifiers] = build_modifiers();
   global[weapons] = build_weapons();
 }

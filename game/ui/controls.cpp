@@ -183,7 +183,7 @@ STATIC_METHOD(TuiProgressBar, onDraw) {
   if (filled > 0.5)
     paint_panel(static_cast<int>(number_or(look, sprite_bar_fill, -1)), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent),
                 opacity_of(self));
-  paint_text(self, shown_text(self), at, 1, 1, tui::kOverflowVisible, style_color(self, color_text), opacity_of(self));
+  paint_shadowed_text(self, shown_text(self), at);
   return undefined;
 }
 
@@ -224,6 +224,6 @@ STATIC_METHOD(TuiProgressRing, onDraw) {
   };
   arc(1, style_color(self, color_field));
   if (share_of(self) > 0) arc(share_of(self), own_color_or(self, color_accent));
-  paint_text(self, shown_text(self), at, 1, 1, tui::kOverflowVisible, style_color(self, color_text), opacity_of(self));
+  paint_shadowed_text(self, shown_text(self), at);
   return undefined;
 }

@@ -1,4 +1,6 @@
 // A room that shows every widget alive: for whoever builds with the toolkit, and for looking at it.
+#include "game/support/drawing.h"
+#include "game/support/particles.h"
 #include "game/ui/paint.h"
 
 namespace arena::game {
@@ -7,7 +9,10 @@ extern const Script<Value(Value, Value)> gallery_count, gallery_dance, gallery_a
 namespace {
 
 const Variable interface { "interface" }, progress{"progress"}, clicks{"clicks"}, shown{"shown"}, dialog{"dialog"};
-const Builtin game_end{"game_end"};
+const Variable sparks{"sparks"}, draw{"draw"}, type{"type"}, rate{"rate"}, shape{"shape"}, x1{"x1"}, y1{"y1"}, x2{"x2"}, y2{"y2"};
+const Variable sprite_field{"sprite"}, life{"life"}, size{"size"}, size_end{"size_end"}, speed_field{"speed"}, direction_field{"direction"};
+const Variable gravity_field{"gravity"}, spin{"spin"}, additive{"additive"};
+const Builtin game_end{"game_end"}, draw_set_font{"draw_set_font"};
 
 Value make_style() {
   const Value made = TuiStyle.make();
@@ -131,6 +136,19 @@ SCRIPT(gallery_close_dialog, Value button, Value) {
 }
 
 EVENT(oGallery, Create_0) {
+  const Value ember = advanced_part_type.make(struct_of({{sprite_field, sprSplatSmall},
+                                                         {life, array_of(0.6, 1.4)},
+                                                         {size, array_of(0.15, 0.4)},
+                                                         {size_end, 0},
+                                                         {speed_field, array_of(60, 220)},
+                                                         {direction_field, array_of(60, 120)},
+                                                         {gravity_field, 160},
+                                                         {spin, array_of(-200, 200)},
+                                                         {additive, true},
+                                                         {color, array_of(0x60E0FF, 0x2080FF, 0x1010A0)}}));
+  self[sparks] = advanced_part_system.make();
+  advanced_part_emitter.make(
+      self[sparks], struct_of({{type, ember}, {rate, 120}, {shape, particles::kEllipse}, {x1, 60}, {y1, 660}, {x2, 340}, {y2, 690}}));
   self[clicks] = 0;
   self[progress] = 0;
   self[interface] = TuiMain.make();
@@ -140,8 +158,20 @@ EVENT(oGallery, Create_0) {
 
 EVENT(oGallery, Step_0) {
   self[progress] = (self[progress] + 20 * Real(Value(global[dt_steady]))) % 100;
+  self[sparks][update]();
   self[interface][update]();
 }
 
-EVENT(oGallery, Draw_64) { self[interface][render](); }
+EVENT(oGallery, Draw_64) {
+  // The drawing helpers, behind the windows.
+  const Real share = Real(Value(self[progress])) / 100;
+  draw_set_font(fntTitle);
+  draw_text_outlined(60, 400, "Outlined text", c_white, 0x802010, 2);
+  draw_text_shadowed(60, 440, "Shadowed text", 0x4CC2F2, 0, 2);
+  draw_healthbar_circular(90, 540, 36, 9, share, c_lime, 0x303030);
+  draw_sprite_radial(sprModMultishot, 0, 190, 540, share, c_white, 1);
+  draw_sprite_radial(sprBoss, 0, 290, 540, share, c_white, 1);
+  self[sparks][draw]();
+  self[interface][render]();
+}
 EVENT(oGallery, KeyPress_27) { game_end(); }

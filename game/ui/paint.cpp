@@ -137,4 +137,11 @@ void paint_text(const Value& widget, std::string_view text, const Rect& at, int 
   draw_set_alpha(1);
 }
 
+void paint_shadowed_text(const Value& widget, std::string_view text, const Rect& at) {
+  for (const double off : {1.0, -1.0}) {
+    paint_text(widget, text, {at.x + off, at.y + 1, at.width, at.height}, 1, 1, tui::kOverflowVisible, 0, opacity_of(widget) * 0.7);
+  }
+  paint_text(widget, text, at, 1, 1, tui::kOverflowVisible, style_color(widget, color_text), opacity_of(widget));
+}
+
 }  // namespace arena::game

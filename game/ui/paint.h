@@ -35,6 +35,8 @@ double opacity_of(const Value& widget);
 void paint_rectangle(const Rect& at, int tint, double opacity);
 void paint_frame(const Rect& at, int tint, double opacity);
 // Inside the rectangle, aligned 0 to 2 across and down; overflow as the toolkit's values say.
+// The same twice: dark and a pixel off below, so that it can be read over anything.
+void paint_shadowed_text(const Value& widget, std::string_view text, const Rect& at);
 void paint_text(const Value& widget, std::string_view text, const Rect& at, int across, int down, int overflow_mode, int tint,
                 double opacity);
 
