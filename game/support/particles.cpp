@@ -20,15 +20,15 @@ Value number_of(const Value& given) { return given.is_object() ? Value(given[han
 }  // namespace
 }  // namespace arena::game
 
-CONSTRUCTOR(advanced_part_type, Value description) {
+CONSTRUCTOR(advanced_part_type, Value fields) {
   self[handle] = part_type_create();
-  if (!is_undefined(description)) self[set](description);
+  if (!is_undefined(fields)) self[set](fields);
 }
 // Changes what the description names; other types may be given as they are.
-STATIC_METHOD(advanced_part_type, set, Value description) {
-  const Value copy = struct_of({}), names = variable_struct_get_names(description);
+STATIC_METHOD(advanced_part_type, set, Value fields) {
+  const Value copy = struct_of({}), names = variable_struct_get_names(fields);
   for (const Value& each : elements(names)) {
-    const Value field = variable_struct_get(description, each);
+    const Value field = variable_struct_get(fields, each);
     const bool is_type = each == "trail_type" || each == "end_type";
     variable_struct_set(copy, each, is_type ? number_of(field) : field);
   }

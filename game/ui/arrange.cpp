@@ -1,5 +1,6 @@
 // From widgets to boxes and back: the tree is laid out, and every widget learns where it stands and what clips it.
 #include <cstdlib>
+#include <deque>
 
 #include "game/ui/layout/flexbox.h"
 #include "game/ui/paint.h"
@@ -80,8 +81,6 @@ class Arrangement {
     widgets_.clear();
     texts_.clear();
     sprites_.clear();
-    texts_.reserve(4096);
-    sprites_.reserve(4096);
     add(root, layout::kNoBox);
     tree_.lay_out(gui_width, gui_height);
     in_order_ = array_create(0);
@@ -137,12 +136,12 @@ class Arrangement {
 
   const layout::Content* content_for(const Value& widget, layout::Style& made) {
     const int kind = whole(widget, measures, kMeasuresNothing);
-    if (kind == kMeasuresText && texts_.size() < texts_.capacity()) {
+    if (kind == kMeasuresText) {
       const bool wraps = whole(widget, overflow, 0) == tui::kOverflowWrap;
       if (whole(widget, overflow, 0) >= tui::kOverflowClip) made.clips = true;
       return &texts_.emplace_back(shown_text(widget), font_of(widget), number_or(widget, text_scale, 1), wraps);
     }
-    if (kind == kMeasuresSprite && sprites_.size() < sprites_.capacity()) {
+    if (kind == kMeasuresSprite) {
       const int sprite = whole(widget, value, -1);
       const double across = sprite_width_of(sprite), down = sprite_height_of(sprite);
       if (whole(widget, maintain_aspect, 0) > 0 && down > 0 && made.aspect_ratio == 0) made.aspect_ratio = across / down;
@@ -196,8 +195,8 @@ class Arrangement {
 
   layout::Tree tree_;
   std::vector<PropertyObject*> widgets_;  // by box; alive: they hang in the tree that is being arranged
-  std::vector<TextContent> texts_;        // never grow beyond their room: boxes point at them
-  std::vector<SpriteContent> sprites_;
+  std::deque<TextContent> texts_;         // boxes point at them: they stay where they are
+  std::deque<SpriteContent> sprites_;
   Value in_order_;
 };
 

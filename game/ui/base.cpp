@@ -103,7 +103,7 @@ STATIC_METHOD(TuiBase, setGap, Value between_rows, Value between_columns) {
   return set_field(self, column_gap, is_undefined(between_columns) ? between_rows : between_columns);
 }
 
-STATIC_METHOD(TuiBase, setFlexDirection, Value direction) { return set_field(self, flex_direction, direction); }
+STATIC_METHOD(TuiBase, setFlexDirection, Value along) { return set_field(self, flex_direction, along); }
 STATIC_METHOD(TuiBase, setFlexWrap, Value wrap) { return set_field(self, flex_wrap, wrap); }
 STATIC_METHOD(TuiBase, setFlexGrow, Value share) { return set_field(self, flex_grow, share); }
 STATIC_METHOD(TuiBase, setFlexShrink, Value share) { return set_field(self, flex_shrink, share); }

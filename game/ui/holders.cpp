@@ -263,9 +263,9 @@ STATIC_METHOD(TuiCombo, onUpdate, Value) {
   return undefined;
 }
 SCRIPT(tui_choose_option, Value option, Value) {
-  const Value owner = option[combo], open = owner[popup];
+  const Value box = option[combo], open = box[popup];
   if (is_widget(open)) open[destroy]();
-  owner[popup] = undefined;
-  owner[setValue](Value(option[option_number]));
+  box[popup] = undefined;
+  box[setValue](Value(option[option_number]));
   return undefined;
 }

@@ -126,5 +126,19 @@ TEST_F(Structs, MethodsAndConstructors) {
   });
 }
 
+TEST_F(Structs, ShareTheStaticMethodsOfTheirConstructor) {
+  check({
+      {"b = new TuiBox(); typeof(b.setPadding)", "method"},
+      {"array_contains(variable_struct_get_names(b), \"setPadding\")", "false"},  // theirs without being stored in them
+      {"c = new TuiButton(); static_get(TuiButton).setPadding == static_get(TuiBase).setPadding", "true"},
+      {"c.onDraw == b.onDraw", "false"},
+      {"b.setPadding(3); [b.padding_left, b.padding_bottom]", "[3,3]"},  // self is the struct that it was read from
+      {"b.setPadding = 5; [b.setPadding, typeof(c.setPadding)]", "[5,\"method\"]"},
+      {"variable_struct_remove(b, \"setPadding\"); typeof(b.setPadding)", "method"},
+      {"variable_struct_remove(b, \"setPadding\"); typeof(b.setPadding)", "method"},
+      {"b.nothing_like_this", "! Unable to get property"},
+  });
+}
+
 }  // namespace
 }  // namespace arena::test

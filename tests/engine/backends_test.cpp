@@ -65,6 +65,48 @@ TEST(Pictures, OpenGlKeepsTheContract) {
   EXPECT_EQ(pixel(on.read_pixels(), 18, 18), "0,0,0") << "a stale id draws nothing";
 }
 
+TEST(Pictures, ClipsAndMeshes) {
+  std::string problem;
+  platform::WindowOptions options;
+  options.offscreen = true;
+  options.width = options.height = 64;
+  const auto window = platform::open_window(options, problem);
+  ASSERT_NE(window, nullptr) << problem;
+  gpu::Gpu on(window->create_backend(problem));
+  const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, kRed, static_cast<float>(gpu::Paint::kSolid)}; };
+  const Vertex square[] = {corner(0, 0), corner(8, 0), corner(8, 8), corner(0, 0), corner(8, 8), corner(0, 8)};
+  const gpu::MeshId mesh = on.create_mesh(square, 6);
+  on.begin_frame(64, 64, 0);
+  on.draw({{}, gpu::Blend::kNormal, 1, {0, 0, 10, 4}}, square, 6);  // only the upper half of it
+  gpu::Transform twice_as_large;
+  twice_as_large.a = twice_as_large.d = 2;
+  twice_as_large.e = 32;
+  twice_as_large.f = 40;
+  on.draw_mesh({{}, gpu::Blend::kNormal, 1, {}}, mesh, twice_as_large);
+  gpu::Transform turned;  // x goes down, y to the left
+  turned.a = turned.d = 0;
+  turned.b = -1;
+  turned.c = 1;
+  turned.e = 60;
+  on.draw_mesh({{}, gpu::Blend::kNormal, 1, {52, 0, 4, 64}}, mesh, turned);
+  on.draw({{}, gpu::Blend::kNormal, 1, {}}, square, 0);
+  solid(on, 0, 56, 4, 64, kRed);  // streams go on as before after a mesh
+  const std::vector<std::uint8_t> pixels = on.read_pixels();
+  EXPECT_EQ(pixel(pixels, 2, 2), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 2, 5), "0,0,0") << "cut";
+  EXPECT_EQ(pixel(pixels, 33, 41), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 47, 55), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 49, 41), "0,0,0");
+  EXPECT_EQ(pixel(pixels, 54, 4), "255,0,0");
+  EXPECT_EQ(pixel(pixels, 58, 4), "0,0,0") << "the clip holds for meshes, too";
+  EXPECT_EQ(pixel(pixels, 2, 60), "255,0,0");
+  on.end_frame();
+  on.destroy_mesh(mesh);
+  on.begin_frame(64, 64, 0);
+  on.draw_mesh({{}, gpu::Blend::kNormal, 1, {}}, mesh, twice_as_large);
+  EXPECT_EQ(pixel(on.read_pixels(), 33, 41), "0,0,0") << "a stale id draws nothing";
+}
+
 TEST(Pictures, StatesThatDoNotChangeShareADraw) {
   auto recorder = std::make_unique<gpu::Recorder>();
   gpu::Recorder& seen = *recorder;
