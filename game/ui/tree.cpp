@@ -4,7 +4,16 @@
 namespace arena::game {
 namespace {
 
-double last_z = 0;  // bringToFront: above everything so far
+const Variable last_z{"last_z"};
+
+// Above everything so far. Counted in the statics, so that a restart begins anew like everything else.
+Real next_z() {
+  const ObjectSelf shared = statics(TuiBase);
+  const RValue* last = shared.object()->find_variable(last_z.slot);
+  const Real next = last != nullptr ? to_real(*last) + 1 : 1;
+  shared[last_z] = next;
+  return next;
+}
 
 std::string prefix(const char* level, const Value& widget, std::string_view place) {
   const RValue* type = is_widget(widget) ? optional_field(widget, widget_type) : nullptr;
@@ -135,12 +144,12 @@ STATIC_METHOD(TuiBase, destroy) {
 }
 
 STATIC_METHOD(TuiBase, bringToFront) {
-  self[z_order] = ++last_z;
+  self[z_order] = next_z();
   mark_dirty(self);
   return self;
 }
 STATIC_METHOD(TuiBase, sendToBack) {
-  self[z_order] = -++last_z;
+  self[z_order] = -next_z();
   mark_dirty(self);
   return self;
 }
