@@ -66,7 +66,7 @@ struct Crowd {
 Crowd run_crowd(host::Game& game, int count, int frames) {
   world().enter_room(2);
   const std::int32_t layer = world().find_layer("layMobs")->id;
-  for (const char* object : {"oSteadyDeltaTime", "oPlayer", "oControl"}) {
+  for (const char* object : {"oInit", "oSteadyDeltaTime", "oPlayer", "oControl"}) {
     world().create(2000, 2000, layer, 0, object_types().find(object), nullptr, nullptr);
   }
   CInstance* player = resolve_instance(object_types().find("oPlayer"));
