@@ -38,20 +38,22 @@ struct BuiltinKey : Here {
   BuiltinKey(const BuiltinName& variable, int line = __builtin_LINE()) : Here(line), name(variable) {}
 };
 
-// Calls a value with native arguments: they are boxed on the native stack.
+// Calls a value with native arguments: they are boxed on the native stack. The callee may be the variable itself: nothing looks at it
+// any more once the called function runs.
 template <class... Arguments>
 Value call_value(WBObjectBase* self, WBObjectBase* other, const RValue& callee, const Arguments&... arguments) {
-  const RValue values[sizeof...(Arguments) + 1] = {RValue(as_value(arguments))..., RValue()};
-  const RValue* pointers[sizeof...(Arguments) + 1];
-  for (std::size_t i = 0; i < sizeof...(Arguments); ++i) pointers[i] = &values[i];
+  constexpr std::size_t kCount = sizeof...(Arguments), kRoom = kCount > 0 ? kCount : 1;
+  const RValue values[kRoom] = {RValue(as_value(arguments))...};
+  const RValue* pointers[kRoom];
+  for (std::size_t i = 0; i < kCount; ++i) pointers[i] = &values[i];
   Value result;
-  constexpr std::int32_t kCount = static_cast<std::int32_t>(sizeof...(Arguments));
   const MethodClosure* closure = method_of(callee);
   if (closure != nullptr && !closure->function->is_constructor && current_builtin == nullptr) [[likely]] {
     closure->function->script(closure->bound_self.is_object() ? closure->bound_self.object : self, other, result, kCount, pointers);
     return result;
   }
-  call_method(self, other, result, kCount, callee, pointers);
+  const Value kept(callee);
+  call_method(self, other, result, kCount, kept, pointers);
   return result;
 }
 
@@ -111,8 +113,7 @@ class VariableAccess {
   // Calls the method held here. A method without an object of its own runs for the object it was read from.
   template <class... Arguments>
   Value operator()(const Arguments&... arguments) && {
-    const Value callee(get());
-    return call_value(object_, innermost_frame != nullptr ? innermost_frame->self : nullptr, callee, arguments...);
+    return call_value(object_, innermost_frame != nullptr ? innermost_frame->self : nullptr, get(), arguments...);
   }
   PropertyObject* object() const { return object_; }
   const Variable& name() const { return name_; }
