@@ -15,6 +15,8 @@ using layout::Length;
 
 const Variable order{"order"};
 
+constexpr double kBaseline = 0.8;  // of a line's height: what the letters of the fonts stand on
+
 // A text as layout asks for it. Widths are rounded up, so that a text always fits the box that it asked for.
 class TextContent final : public layout::Content {
  public:
@@ -32,6 +34,7 @@ class TextContent final : public layout::Content {
     return std::ceil(width * scale_);
   }
   double height_at(double width) const override { return std::ceil(text_height(text_, font_, wraps_ ? width / scale_ : 0) * scale_); }
+  double baseline() const override { return kBaseline * text_height("", font_, 0) * scale_; }
 
  private:
   std::string text_;
@@ -68,9 +71,9 @@ Justify justify_of(int given) {
   return given >= 0 && given < 7 ? kAll[given] : Justify::kStart;
 }
 Align align_of(int given) {
-  constexpr Align kAll[] = {Align::kStart,   Align::kCenter, Align::kEnd,    Align::kStretch,
-                            Align::kBetween, Align::kAround, Align::kEvenly, Align::kAuto};
-  return given >= 0 && given < 8 ? kAll[given] : Align::kStretch;
+  constexpr Align kAll[] = {Align::kStart,  Align::kCenter, Align::kEnd,  Align::kStretch, Align::kBetween,
+                            Align::kAround, Align::kEvenly, Align::kAuto, Align::kBaseline};
+  return given >= 0 && given < 9 ? kAll[given] : Align::kStretch;
 }
 
 // One tree after the other is built in the same memory.

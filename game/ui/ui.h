@@ -39,8 +39,9 @@ extern const Constructor TuiStyle;  // sprites, fonts, colours and smallest size
 
 // Toolkit values, as scripts pass them.
 namespace tui {
-inline constexpr int kColumn = 0, kColumnReverse = 1, kRow = 2, kRowReverse = 3;                                          // flex direction
-inline constexpr int kStart = 0, kCenter = 1, kEnd = 2, kStretch = 3, kBetween = 4, kAround = 5, kEvenly = 6, kAuto = 7;  // alignment
+inline constexpr int kColumn = 0, kColumnReverse = 1, kRow = 2, kRowReverse = 3;  // flex direction
+inline constexpr int kStart = 0, kCenter = 1, kEnd = 2, kStretch = 3, kBetween = 4, kAround = 5, kEvenly = 6, kAuto = 7,
+                     kBaseline = 8;  // alignment
 inline constexpr int kNoWrap = 0, kWrap = 1, kWrapReverse = 2;
 inline constexpr int kOverflowVisible = 0, kOverflowWrap = 1, kOverflowClip = 2, kOverflowEllipsis = 3;
 }  // namespace tui

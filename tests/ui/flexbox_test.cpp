@@ -38,8 +38,8 @@ const std::map<std::string, Justify> kJustify = {{"flex-start", Justify::kStart}
                                                  {"center", Justify::kCenter},       {"space-between", Justify::kBetween},
                                                  {"space-around", Justify::kAround}, {"space-evenly", Justify::kEvenly}};
 const std::map<std::string, Align> kAlign = {
-    {"stretch", Align::kStretch},       {"flex-start", Align::kStart},    {"flex-end", Align::kEnd},       {"center", Align::kCenter},
-    {"space-between", Align::kBetween}, {"space-around", Align::kAround}, {"space-evenly", Align::kEvenly}};
+    {"stretch", Align::kStretch},       {"flex-start", Align::kStart},    {"flex-end", Align::kEnd},        {"center", Align::kCenter},
+    {"space-between", Align::kBetween}, {"space-around", Align::kAround}, {"space-evenly", Align::kEvenly}, {"baseline", Align::kBaseline}};
 const std::map<std::string, Edge> kEdges = {{"left", kLeft}, {"top", kTop}, {"right", kRight}, {"bottom", kBottom}};
 
 void set(Style& style, const std::string& property, const std::string& value) {

@@ -29,7 +29,7 @@ function style(random, depth, isRoot, family) {
   if (chance(0.55)) s['flex-direction'] = pick(random, ['row', 'row-reverse', 'column', 'column', 'column-reverse']);
   if (chance(family.wrap)) s['flex-wrap'] = pick(random, ['wrap', 'wrap', 'wrap-reverse']);
   if (chance(0.4)) s['justify-content'] = pick(random, ['flex-start', 'flex-end', 'center', 'space-between', 'space-around', 'space-evenly']);
-  if (chance(0.4)) s['align-items'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center']);
+  if (chance(0.4)) s['align-items'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'baseline']);
   if (chance(0.25)) s['align-content'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'space-between', 'space-around', 'space-evenly']);
   if (chance(0.3)) s['column-gap'] = length(random, 0, 20, family.percent);
   if (chance(0.3)) s['row-gap'] = length(random, 0, 20, family.percent / 2);
@@ -49,7 +49,7 @@ function style(random, depth, isRoot, family) {
   if (chance(0.3)) s['flex-grow'] = pick(random, [0.25, 0.5, 1, 1, 2, 3]);
   if (chance(0.3)) s['flex-shrink'] = pick(random, [0, 0, 0.5, 1, 2, 3]);
   if (chance(0.2)) s['flex-basis'] = length(random, 0, 150, family.percent);
-  if (chance(0.2)) s['align-self'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center']);
+  if (chance(0.2)) s['align-self'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'baseline']);
   if (chance(family.ratio)) s['aspect-ratio'] = pick(random, [0.5, 1, 1.5, 2]);
   if (chance(0.1)) s.overflow = 'hidden';
   if (chance(family.absolute)) {

@@ -9,6 +9,10 @@
 
 namespace arena::layout {
 
+inline constexpr std::int32_t kNoBox = -1;
+inline constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+inline bool is_known(double length) { return length == length; }
+
 struct Length {
   enum class Unit : std::uint8_t { kAuto, kPixels, kPercent } unit = Unit::kAuto;
   double value = 0;
@@ -21,7 +25,8 @@ struct Length {
 enum class Direction : std::uint8_t { kRow, kRowReverse, kColumn, kColumnReverse };
 enum class Wrap : std::uint8_t { kNone, kWrap, kReverse };
 enum class Justify : std::uint8_t { kStart, kEnd, kCenter, kBetween, kAround, kEvenly };
-enum class Align : std::uint8_t { kAuto, kStretch, kStart, kEnd, kCenter, kBetween, kAround, kEvenly };  // the spaces: of lines only
+// The spaces are of lines only, the baseline of items in rows only.
+enum class Align : std::uint8_t { kAuto, kStretch, kStart, kEnd, kCenter, kBetween, kAround, kEvenly, kBaseline };
 enum class Position : std::uint8_t { kRelative, kAbsolute };
 enum Edge : std::uint8_t { kLeft, kTop, kRight, kBottom };
 
@@ -56,11 +61,9 @@ class Content {
   virtual double narrowest() const = 0;
   virtual double widest() const = 0;
   virtual double height_at(double width) const = 0;
+  // From the top to what its first line stands on; unknown: it stands on its lower edge.
+  virtual double baseline() const { return kUnknown; }
 };
-
-inline constexpr std::int32_t kNoBox = -1;
-inline constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
-inline bool is_known(double length) { return length == length; }
 
 struct Box {
   Style style;
@@ -69,6 +72,7 @@ struct Box {
 
   // What comes out: the border box, relative to the border box of the parent.
   double x = 0, y = 0, width = 0, height = 0;
+  std::int32_t stands_on = kNoBox;  // the child whose baseline is its own
 };
 
 }  // namespace arena::layout

@@ -49,11 +49,11 @@ double Solver::contribution(const Style& parent, std::int32_t index, Measure mea
   return limits(style, 0, kUnknown, own_frame).clamp(width) + margins;
 }
 
-// The lines of a column that wraps in a known height stand side by side.
+// The lines of a column that wraps stand side by side; where the height is unknown there is one.
 double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_height) {
   const Style& style = boxes_[static_cast<std::size_t>(box)].style;
   const double gap_between = resolve_or(style.gap[0], kUnknown, 0), gap_along = resolve_or(style.gap[1], inner_height, 0);
-  double width = 0, line_width = 0, used = 0;
+  double width = 0, line_width = 0, used = 0, before = 0, behind = 0;  // before and behind what baselines are counted from
   bool is_first = true;
   for (std::int32_t child = boxes_[static_cast<std::size_t>(box)].first_child; child != kNoBox;
        child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
@@ -72,14 +72,21 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
     }
     height = limits(each, 1, inner_height, own_frame).clamp(height) + resolve_or(each.margin[kTop], kUnknown, 0) +
              resolve_or(each.margin[kBottom], kUnknown, 0);
-    if (!is_first && used + gap_along + height > inner_height + 1.0 / 128) {
+    if (!is_first && is_known(inner_height) && used + gap_along + height > inner_height + 1.0 / 128) {
       width += line_width + gap_between;
-      line_width = used = 0;
+      line_width = used = before = behind = 0;
       is_first = true;
     }
     used += height + (is_first ? 0 : gap_along);
     line_width = std::max(line_width, added);
     is_first = false;
+    const Align align = each.align_self == Align::kAuto ? style.align_items : each.align_self;
+    if (align != Align::kBaseline || each.margin[kLeft].is_auto() || each.margin[kRight].is_auto()) continue;
+    const double left = resolve_or(each.margin[kLeft], kUnknown, 0), right = resolve_or(each.margin[kRight], kUnknown, 0);
+    const double ascent = style.wrap == Wrap::kReverse ? right + own_width : left;
+    before = std::max(before, ascent);
+    behind = std::max(behind, added - ascent);
+    line_width = std::max(line_width, before + behind);
   }
   return width + line_width;
 }
@@ -100,8 +107,8 @@ double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent
   int count = 0;
   if (self.first_child == kNoBox && self.content != nullptr)
     width = measure == kWidest ? self.content->widest() : self.content->narrowest();
-  if (!is_row(style) && style.wrap != Wrap::kNone && is_known(tallest) && measure == kWidest) {
-    width = width_of_columns(box, measure, std::max(0.0, tallest));
+  if (!is_row(style) && style.wrap != Wrap::kNone && measure == kWidest) {
+    width = width_of_columns(box, measure, is_known(tallest) ? std::max(0.0, tallest) : kUnknown);
   } else {
     for (std::int32_t child = self.first_child; child != kNoBox; child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
       if (boxes_[static_cast<std::size_t>(child)].style.position == Position::kAbsolute) continue;

@@ -99,7 +99,7 @@ void Solver::size_column_item(const Container& in, Item& item) {
 
 void Solver::break_lines(Container& in, double limit) {
   const double gap = in.gap(in.main);
-  Line line{in.first_item, in.first_item, 0, 0};
+  Line line{in.first_item, in.first_item, 0, 0, 0};
   double used = 0;
   for (std::size_t i = in.first_item; i < items_.size(); ++i) {
     const double size = outer(items_[i], items_[i].hypothetical, in.main);

@@ -38,6 +38,14 @@ Justify justify_of(Align align) {
 // A height from proportions may still grow with the content, unless a minimum or clipping rules that out.
 bool proportions_decide(const Style& style) { return style.aspect_ratio > 0 && (!style.min_size[1].is_auto() || style.clips); }
 
+constexpr double kEndless = std::numeric_limits<double>::infinity();
+
+// Whether an item fills its line across.
+bool stretches(const Solver::Container& in, const Item& item, const Style& style) {
+  const auto low = static_cast<std::size_t>(in.cross);
+  return item.align == Align::kStretch && style.size[low].is_auto() && !item.margin_is_auto[low] && !item.margin_is_auto[low + 2];
+}
+
 bool is_reverse(Direction direction) { return direction == Direction::kRowReverse || direction == Direction::kColumnReverse; }
 
 }  // namespace
@@ -75,12 +83,66 @@ double Solver::child_width(const Container& in, const Item& item) {
 void Solver::size_lines(Container& in) {
   for (std::size_t l = in.first_line; l < lines_.size(); ++l) {
     lines_[l].cross = 0;
+    lines_[l].ascent = -kEndless;
+    double below = -kEndless;
     for (std::size_t i = lines_[l].begin; i < lines_[l].end; ++i) {
       const double size = in.is_row() ? child_height(in, items_[i].box, items_[i].target) : child_width(in, items_[i]);
       items_[i].cross = size;
       lines_[l].cross = std::max(lines_[l].cross, size + items_[i].margins(in.cross));
+      items_[i].ascent = ascent(in, items_[i]);
+      if (!is_known(items_[i].ascent)) continue;
+      lines_[l].ascent = std::max(lines_[l].ascent, items_[i].ascent);
+      below = std::max(below, size + items_[i].margins(in.cross) - items_[i].ascent);
     }
+    if (below > -kEndless) lines_[l].cross = std::max(lines_[l].cross, lines_[l].ascent + below);
   }
+}
+
+// Whether percentages of an item's children may refer to its height.
+bool Solver::has_definite_height(const Container& in, const Item& item) const {
+  const Style& style = boxes_[static_cast<std::size_t>(item.box)].style;
+  const bool is_asked_for =
+      is_known(in.is_row() || style.basis.is_auto() ? wanted(style, 1, in.percent_height(), 0) : resolve(style.basis, in.percent_height()));
+  return is_asked_for || (in.is_row() ? stretches(in, item, style) || proportions_decide(style) : in.height_counts);
+}
+
+// Items with automatic margins across are not aligned at all. Where lines wrap in reverse the baselines are counted from the far end. In
+// columns the items stand on their left edges.
+double Solver::ascent(const Container& in, const Item& item) {
+  const auto low = static_cast<std::size_t>(in.cross), high = low + 2;
+  if (item.align != Align::kBaseline || item.margin_is_auto[low] || item.margin_is_auto[high]) return kUnknown;
+  const bool reverse = in.style->wrap == Wrap::kReverse;
+  if (!in.is_row()) return reverse ? item.margin[high] + item.cross : item.margin[low];
+  const Item copy = item;  // the stack grows while its children are placed
+  Box& box = boxes_[static_cast<std::size_t>(copy.box)];
+  box.width = copy.target;
+  box.height = copy.cross;
+  place(copy.box, copy.target, copy.cross, has_definite_height(in, copy), in.inner[0]);
+  const double from_top = baseline(copy.box);
+  return reverse ? copy.margin[kBottom] + copy.cross - from_top : copy.margin[kTop] + from_top;
+}
+
+// What a placed box stands on, from its upper edge; without anything to stand on it is its lower edge.
+double Solver::baseline(std::int32_t index) const {
+  const Box& box = boxes_[static_cast<std::size_t>(index)];
+  double from_top = box.height;
+  if (box.content != nullptr && is_known(box.content->baseline())) {
+    from_top = frame_before(box.style, 1, box.width) + box.content->baseline();
+  } else if (box.stands_on != kNoBox) {
+    from_top = boxes_[static_cast<std::size_t>(box.stands_on)].y + baseline(box.stands_on);
+  }
+  return box.style.clips ? std::max(0.0, std::min(from_top, box.height)) : from_top;
+}
+
+// The child whose baseline is that of the box: of the line that lies nearest to the start an item aligned by it, else the item that lies
+// nearest to the start.
+std::int32_t Solver::standing_child(const Container& in) const {
+  if (lines_.size() == in.first_line) return kNoBox;
+  const Line& line = in.style->wrap == Wrap::kReverse ? lines_.back() : lines_[in.first_line];
+  for (std::size_t i = line.begin; i < line.end && in.is_row(); ++i) {
+    if (is_known(items_[i].ascent)) return items_[i].box;
+  }
+  return items_[is_reverse(in.style->direction) ? line.end - 1 : line.begin].box;
 }
 
 void Solver::align_lines(Container& in) {
@@ -137,12 +199,9 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   const auto low = static_cast<std::size_t>(in.cross), high = low + 2;
   const Style& style = boxes_[static_cast<std::size_t>(item.box)].style;
   const double own_frame = frame(style, in.cross, in.inner[0]);
-  const bool size_is_auto = style.size[static_cast<std::size_t>(in.cross)].is_auto();
   const bool has_auto_margin = item.margin_is_auto[low] || item.margin_is_auto[high];
-  const bool stretches = item.align == Align::kStretch && size_is_auto && !has_auto_margin;
-
   double size = item.cross;
-  if (stretches)
+  if (stretches(in, item, style))
     size = limits(style, in.cross, in.percent(in.cross), own_frame).clamp(std::max(own_frame, line.cross - item.margins(in.cross)));
 
   // Wrapping in reverse turns the cross axis around: positions are measured from its other end.
@@ -158,6 +217,8 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
     offset = free_space;
   } else if (item.align == Align::kCenter) {
     offset = free_space / 2;
+  } else if (is_known(item.ascent)) {
+    offset = line.ascent - item.ascent;
   }
   const double from_start = line.position + before + offset;
   const double cross_position = reverse ? in.inner_cross() - from_start - size : from_start;
@@ -167,10 +228,7 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   box.y = in.start[1] + (in.is_row() ? cross_position : main_position);
   box.width = in.is_row() ? item.target : size;
   box.height = in.is_row() ? size : item.target;
-  const bool has_height =
-      is_known(in.is_row() || style.basis.is_auto() ? wanted(style, 1, in.percent_height(), 0) : resolve(style.basis, in.percent_height()));
-  const bool height_counts = has_height || (in.is_row() ? stretches || proportions_decide(style) : in.height_counts);
-  place(item.box, box.width, box.height, height_counts, in.inner[0]);
+  place(item.box, box.width, box.height, has_definite_height(in, item), in.inner[0]);
 }
 
 // A box out of the flow: its containing block is the padding box of the parent.
@@ -234,7 +292,7 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
       Justify justify = is_main ? in.style->justify : justify_of(align);
       if (is_main && justify == Justify::kBetween) justify = Justify::kStart;
       if (is_main && (justify == Justify::kAround || justify == Justify::kEvenly)) justify = Justify::kCenter;
-      const bool reverse = is_main ? is_reverse(in.style->direction) : in.style->wrap == Wrap::kReverse;
+      const bool reverse = is_main ? is_reverse(in.style->direction) : in.style->wrap == Wrap::kReverse && align != Align::kBaseline;
       const double offset = spread(justify, room - outer, 1, reverse).first;
       position[axis] = in.start[axis] + margin[low] + (reverse ? room - outer - offset : offset);
     }
@@ -287,6 +345,7 @@ double Solver::run(std::int32_t box, double width, double height, bool height_co
       const Line line = lines_[l];
       place_line(in, line);
     }
+    boxes_[static_cast<std::size_t>(box)].stands_on = standing_child(in);
   }
   items_.resize(in.first_item);
   lines_.resize(in.first_line);

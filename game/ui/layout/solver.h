@@ -15,6 +15,7 @@ struct Item {
   std::array<bool, 4> margin_is_auto;
   double base, hypothetical, least, most, target;  // main axis
   double cross;
+  double ascent;  // from the cross start to the baseline, with the margin; unknown where the item is not aligned by it
   bool is_frozen;
   double margins(int axis) const { return margin[static_cast<std::size_t>(axis)] + margin[static_cast<std::size_t>(axis) + 2]; }
 };
@@ -22,6 +23,7 @@ struct Item {
 struct Line {
   std::size_t begin, end;  // items
   double cross, position;
+  double ascent;  // the greatest of its items
 };
 
 // What one box of a tree was asked before: the same question comes from several ancestors.
@@ -48,9 +50,10 @@ class Solver {
   // The height of a box of this width when its content decides; its own minimum and maximum are left out.
   double natural_height(std::int32_t box, double width, double percent_width, double percent_height);
 
+  struct Container;
+
  private:
   enum Measure : std::uint8_t { kNarrowest, kWidest };
-  struct Container;
 
   // `height` is that of the box where it is definite before its width is.
   double intrinsic_width(std::int32_t box, Measure measure, double percent_width, double height);
@@ -67,6 +70,10 @@ class Solver {
   void break_lines(Container& in, double limit);
   void flex_line(const Container& in, const Line& line);
   void share(const Container& in, const Line& line, double free_space, bool grows);
+  double ascent(const Container& in, const Item& item);
+  double baseline(std::int32_t box) const;
+  std::int32_t standing_child(const Container& in) const;
+  bool has_definite_height(const Container& in, const Item& item) const;
   void size_lines(Container& in);
   void align_lines(Container& in);
   void place_line(const Container& in, const Line& line);
