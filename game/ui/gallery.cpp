@@ -59,7 +59,9 @@ Value progress_window(Self self) {
   bar[bindVariable](self[id], "progress");
   const Value energy = TuiProgressBar.make(struct_of({{rounding, 0}, {color, 16776960}}));
   energy[bindVariable](self[id], "progress");
-  window[addContent](array_of(row_of(array_of(label("Health"), bar)), row_of(array_of(label("Energy"), energy))));
+  const Value bars = TuiColumn.make(struct_of({{row_gap, 8}}));
+  bars[addContent](array_of(row_of(array_of(label("Health"), bar)), row_of(array_of(label("Energy"), energy))));
+  window[addContent](bars);
   const Value rings = TuiRow.make(struct_of({{justify_content, tui::kEvenly}}));
   for (const int tint : {65310, 14512128, 33023}) {
     const Value ring = TuiProgressRing.make(struct_of({{color, tint}, {rounding, 0}, {width, 80}, {height, 80}}));
@@ -76,7 +78,11 @@ Value text_window() {
   window[addContent](TuiText.make(struct_of({{value, long_text}, {overflow, tui::kOverflowWrap}})));
   window[addContent](TuiText.make(struct_of({{value, long_text}, {overflow, tui::kOverflowEllipsis}, {color, 14512128}})));
   window[addContent](TuiText.make(struct_of({{value, long_text}, {overflow, tui::kOverflowClip}, {color, 33023}})));
-  window[addContent](TuiText.make(struct_of({{value, "Centred, larger"}, {text_halign, 1}, {text_scale, 1.5}})));
+  const Value line = TuiRow.make(struct_of({{column_gap, 8}, {justify_content, tui::kCenter}, {align_items, tui::kBaseline}}));
+  line[addContent](array_of(TuiText.make(struct_of({{value, "Large"}, {text_scale, 1.5}})),
+                            TuiText.make(struct_of({{value, "on one line"}})),
+                            TuiText.make(struct_of({{value, "with small"}, {text_scale, 0.75}}))));
+  window[addContent](line);
   const Value pictures = TuiRow.make(struct_of({{column_gap, 12}, {justify_content, tui::kCenter}, {align_items, tui::kCenter}}));
   for (const int sprite : {sprPlayer, sprEnemy, sprBoss, sprGun, sprModMultishot}) {
     const Value picture =
