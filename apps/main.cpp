@@ -38,10 +38,9 @@ int fail(const std::string& problem, bool in_dialog, int status) {
   return status;
 }
 
-int run_console(host::Game& game) {
+void run_console(host::Game& game) {
   console::Console console(game);
   for (std::string line; !console.has_quit() && std::getline(std::cin, line);) std::cout << console.answer(line) << std::endl;
-  return kFine;
 }
 
 // Without a window: frames as fast as they come.
@@ -117,8 +116,9 @@ int run(const Options& options, const char* program) {
   if (game == nullptr)
     return fail(problem, wants_window, options.room.empty() || problem.find("there is no room") != 0 ? kBadData : kBadOption);
   std::cerr << notes;
-  if (options.console) return run_console(*game);
-  if (shows_offscreen) {
+  if (options.console) {
+    run_console(*game);
+  } else if (shows_offscreen) {
     Options show = options;
     if (show.frames < 0) show.frames = 20 * 60;
     run_show(*game, show);

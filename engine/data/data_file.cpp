@@ -39,6 +39,7 @@ class MeaningCheck {
     sounds();
     objects();
     rooms();
+    starters();
     check(file_.rooms()->size() > 0, "there is no room");
     check(has_room(file_.first_room()), "the first room does not exist");
     return problem_;
@@ -124,12 +125,19 @@ class MeaningCheck {
       for (const Layer* layer : *room->layers()) {
         check(has_sprite(layer->sprite()), named + " has a layer with an unknown sprite");
         check(layer->fill() <= Fill_MAX, named + " has a layer with an unknown fill");
+        check(layer->area() == nullptr || (layer->area()->width() <= kLargestRoom && layer->area()->height() <= kLargestRoom),
+              named + " has a layer with an impossible area");
       }
       for (const Placement* placed : *room->instances()) {
         check(has_object(placed->object()), named + " places an unknown object");
         check(placed->layer() >= 0 && placed->layer() < static_cast<int>(room->layers()->size()), named + " places an object on no layer");
       }
     }
+  }
+
+  void starters() {
+    if (file_.starters() == nullptr) return;
+    for (const int object : *file_.starters()) check(has_object(object), "a run begins with an unknown object");
   }
 
   const File& file_;

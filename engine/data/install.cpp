@@ -79,6 +79,10 @@ void install_rooms(const File& content) {
       made.background_sprite = layer->sprite();
       made.background_fill = static_cast<BackgroundFill>(layer->fill());
       made.background_color = layer->color();
+      if (const Area* area = layer->area(); area != nullptr) {
+        made.background_area = {static_cast<double>(area->x()), static_cast<double>(area->y()), static_cast<double>(area->width()),
+                                static_cast<double>(area->height())};
+      }
       definition.layers.push_back(made);
     }
     for (const Placement* placed : *room->instances()) {
@@ -87,6 +91,8 @@ void install_rooms(const File& content) {
     }
   }
   world().first_room = content.first_room();
+  world().starters.clear();
+  if (content.starters() != nullptr) world().starters.assign(content.starters()->begin(), content.starters()->end());
 }
 
 }  // namespace

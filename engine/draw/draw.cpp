@@ -190,22 +190,23 @@ void Draw::sprite_stretched(std::int32_t index, double frame, double x, double y
   sprite_part(index, frame, 0, 0, info->width, info->height, {x, y, width / info->width, height / info->height, 0, color, alpha});
 }
 
-void Draw::background(std::int32_t index, BackgroundFill fill, std::uint32_t color) {
-  const SpriteInfo* info = find_sprite(index);
+void Draw::background(const Layer& layer) {
+  const SpriteInfo* info = find_sprite(layer.background_sprite);
   if (info == nullptr) return;
-  const double room_width = world().room_width, room_height = world().room_height;
-  if (fill == BackgroundFill::kStretched) {
-    sprite_stretched(index, 0, 0, 0, room_width, room_height, color, 1);
+  Layer::Area area = layer.background_area;
+  if (area.width <= 0) area = {0, 0, world().room_width, world().room_height};
+  if (layer.background_fill == BackgroundFill::kStretched) {
+    sprite_stretched(layer.background_sprite, 0, area.x, area.y, area.width, area.height, layer.background_color, 1);
     return;
   }
-  const double left = std::max(0.0, std::floor(view_left_ / info->width) * info->width),
-               top = std::max(0.0, std::floor(view_top_ / info->height) * info->height);
-  for (double y = top; y < std::min(view_bottom_, room_height); y += info->height) {
-    const bool edge_row = y == 0 || y + info->height >= room_height;
-    for (double x = left; x < std::min(view_right_, room_width); x += info->width) {
-      const bool edge = edge_row || x == 0 || x + info->width >= room_width;
-      if (fill == BackgroundFill::kEdges && !edge) continue;
-      sprite_part(index, 0, 0, 0, info->width, info->height, {x, y, 1, 1, 0, color, 1});
+  const auto first = [](double view, double from, double step) { return from + std::max(0.0, std::floor((view - from) / step) * step); };
+  const double right = area.x + area.width, bottom = area.y + area.height;
+  for (double y = first(view_top_, area.y, info->height); y < std::min(view_bottom_, bottom); y += info->height) {
+    const bool edge_row = y == area.y || y + info->height >= bottom;
+    for (double x = first(view_left_, area.x, info->width); x < std::min(view_right_, right); x += info->width) {
+      const bool edge = edge_row || x == area.x || x + info->width >= right;
+      if (layer.background_fill == BackgroundFill::kEdges && !edge) continue;
+      sprite_part(layer.background_sprite, 0, 0, 0, info->width, info->height, {x, y, 1, 1, 0, layer.background_color, 1});
     }
   }
 }

@@ -59,7 +59,7 @@ class Draw {
   void sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height, std::uint32_t color,
                         double alpha);
   // Covers the room as the fill says; only what is in view is drawn.
-  void background(std::int32_t sprite, BackgroundFill fill, std::uint32_t color);
+  void background(const Layer& layer);
   void triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline);
   void rectangle(double x1, double y1, double x2, double y2, const std::uint32_t (&corners)[4], bool outline);
   void ellipse(double x, double y, double radius_x, double radius_y, std::uint32_t inner, std::uint32_t outer, bool outline);

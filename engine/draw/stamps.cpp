@@ -14,9 +14,9 @@
 namespace arena::draw {
 namespace {
 
-constexpr double kRegionSize = 1024;        // pixels: a full-screen view sees 6 to 9 of them
-constexpr std::size_t kLongestTail = 384;   // stamps drawn one by one before a region is baked anew
-constexpr std::size_t kDroppedAtOnce = 8;   // the share of the capacity whose age the dropped ones of a region lie within
+constexpr double kRegionSize = 1024;       // pixels: a full-screen view sees 6 to 9 of them
+constexpr std::size_t kLongestTail = 384;  // stamps drawn one by one before a region is baked anew
+constexpr std::size_t kDroppedAtOnce = 8;  // the share of the capacity whose age the dropped ones of a region lie within
 
 std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
 std::int32_t next_handle = 1;

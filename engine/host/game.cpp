@@ -40,8 +40,7 @@ void end_frame() {
   service->end_frame();
 }
 void draw_background(const Layer& layer) {
-  if (draw::draw_service() != nullptr)
-    draw::draw_service()->background(layer.background_sprite, layer.background_fill, layer.background_color);
+  if (draw::draw_service() != nullptr) draw::draw_service()->background(layer);
 }
 
 void before_handler(const CInstance&, EventKey key) {

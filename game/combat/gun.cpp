@@ -8,11 +8,12 @@ namespace {
 
 const Variable offset_distance{"offset_distance"}, offset_angle_offset{"offset_angle_offset"}, follow_speed{"follow_speed"};
 const Variable muzzle_distance{"muzzle_distance"}, flash_time{"flash_time"};
-const Builtin audio_play_sound{"audio_play_sound"};
+const Variable start_x{"start_x"}, start_y{"start_y"}, end_x{"end_x"}, end_y{"end_y"};
 
 constexpr Real kShakePixels = 6, kShakeSeconds = 0.1;  // each shot is felt, a volley does not blur
 constexpr Real kFlashRadius = 9;                       // pixels: seen, but smaller than the gun
 constexpr int kFlashColour = 0x80E8FF;                 // warm white
+constexpr Real kGrenadeThrow = 0.25;                   // of the bullet speed
 constexpr Real kShotPriority = 5;                      // above blood (0), below music
 
 struct Statistic {
@@ -138,6 +139,7 @@ METHOD(oGun, setStats, Value stats) {
     if (has(stats, *field)) self[*field] = stats[*field];
   }
   self[weapon_stats] = stats;
+  self[gun_picture] = weapon_picture(stats);
   Value slots = array_create(self[max_slots], noone);
   const Value given = stats[modifiers];
   for (Real i = 0; i < min(self[max_slots], array_length(given)); i += 1) slots[i] = given[i];
@@ -149,32 +151,67 @@ METHOD(oGun, setStats, Value stats) {
 // The flash is marked here and painted by the gun's Draw in the same frame.
 METHOD(oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
 
+namespace arena::game {
+namespace {
+
+// What every bullet of a shot is told, whatever its kind.
+void hand_over(Instance self, Instance bullet) {
+  bullet[damage] = self[bullet_damage];
+  bullet[owner] = self[owner];
+  bullet[faction] = self[faction];
+  bullet[friendly_fire] = self[friendly_fire];
+  bullet[knockback] = self[knockback];
+}
+
+void launch(Instance bullet, Real pixels_per_second, Real angle) {
+  bullet[h_speed] = lengthdir_x(pixels_per_second, angle);
+  bullet[v_speed] = lengthdir_y(pixels_per_second, angle);
+}
+
+// One bullet of the gun's kind, and the sound that it leaves with.
+Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
+  if (self[bullet_type] == kProjectile) {
+    const Instance bullet = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletProjectile);
+    hand_over(self, bullet);
+    launch(bullet, self[bullet_speed], angle);
+    bullet[lifetime] = self[bullet_lifetime];
+    bullet[image_angle] = angle;
+    return audio_play_sound(sndShot, kShotPriority, false);
+  }
+  if (self[bullet_type] == kBeam) {
+    const Instance beam = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletBeam);
+    hand_over(self, beam);
+    beam[direction] = angle;
+    beam[start_x] = muzzle_x;
+    beam[start_y] = muzzle_y;
+    beam[end_x] = self[x] + lengthdir_x(self[beam_length], angle);
+    beam[end_y] = self[y] + lengthdir_y(self[beam_length], angle);
+    return audio_play_sound(sndBeam, kShotPriority, false);
+  }
+  if (self[bullet_type] == kGrenade) {
+    const Instance grenade = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletGrenade);
+    hand_over(self, grenade);
+    launch(grenade, self[bullet_speed] * kGrenadeThrow, angle);
+    grenade[lifetime] = self[bullet_lifetime];
+    for (const Variable* field : {&explosion_radius, &explosion_damage, &grenade_lifetime}) grenade[*field] = self[*field];
+    return audio_play_sound(sndShot, kShotPriority, false);
+  }
+  return -1;  // a kind that nobody knows makes no bullet
+}
+
+}  // namespace
+}  // namespace arena::game
+
 METHOD(oGun, fireWeapon) {
   self[applyModifiers]();
   if (self[bullet_type] < 0) return false;
   const Real aim = self[image_angle];
   const Real muzzle_x = self[x] + lengthdir_x(self[muzzle_distance], aim);
   const Real muzzle_y = self[y] + lengthdir_y(self[muzzle_distance], aim);
-  const Real count = self[bullet_count], fan = self[multishot_angle], spread = self[bullet_spread];
-  const Real first_angle = aim - (count - 1) * fan / 2;
-
-  for (Real i = 0; i < count; i += 1) {
-    const Real angle = first_angle + i * fan + random_range(-spread, spread);
-    Value sound = -1;
-    if (self[bullet_type] == kProjectile) {
-      const Instance bullet = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletProjectile);
-      bullet[h_speed] = lengthdir_x(self[bullet_speed], angle);
-      bullet[v_speed] = lengthdir_y(self[bullet_speed], angle);
-      bullet[damage] = self[bullet_damage];
-      bullet[lifetime] = self[bullet_lifetime];
-      bullet[owner] = self[owner];
-      bullet[faction] = self[faction];
-      bullet[friendly_fire] = self[friendly_fire];
-      bullet[image_angle] = angle;
-      bullet[knockback] = self[knockback];
-      sound = audio_play_sound(sndShot, kShotPriority, false);
-    }
-    play_varied(sound);
+  const Real fan = self[multishot_angle], spread = self[bullet_spread];
+  const Real first_angle = aim - (self[bullet_count] - 1) * fan / 2;
+  for (Real i = 0; i < self[bullet_count]; i += 1) {
+    play_varied(shoot(self, muzzle_x, muzzle_y, first_angle + i * fan + random_range(-spread, spread)));
   }
   self[createMuzzleFlash]();
   return true;
@@ -208,6 +245,7 @@ EVENT(oGun, Create_0) {
   self[max_slots] = 1;
   self[modifiers] = array_create(self[max_slots], noone);
   self[flash_time] = 0;
+  self[gun_picture] = 0;
 
   self[fireWeapon] = bind(self, oGun_fireWeapon);
   self[createMuzzleFlash] = bind(self, oGun_createMuzzleFlash);
@@ -247,7 +285,7 @@ EVENT(oGun, Step_0) {
 EVENT(oGun, Draw_0) {
   const Real aim = self[image_angle];
   const bool points_left = lengthdir_x(1, aim) < 0;
-  draw_sprite_ext(sprGun, 0, self[x], self[y], 1, points_left ? -1 : 1, aim, self[image_blend], 1);
+  draw_sprite_ext(sprGun, self[gun_picture], self[x], self[y], 1, points_left ? -1 : 1, aim, self[image_blend], 1);
   if (self[flash_time] > 0) {
     self[flash_time] = 0;
     draw_set_colour(kFlashColour);

@@ -14,7 +14,9 @@ inline const Variable bullet_type{"bullet_type"}, bullet_count{"bullet_count"}, 
 inline const Variable grenade_lifetime{"grenade_lifetime"}, explosion_radius{"explosion_radius"}, explosion_damage{"explosion_damage"};
 inline const Variable max_slots{"max_slots"};
 
+inline const Variable gun_picture{"gun_picture"};  // the frame of sprGun that a gun looks like
 inline const Variable is_firing{"is_firing"}, fire_timer{"fire_timer"}, bullet_lifetime{"bullet_lifetime"}, beam_length{"beam_length"};
+inline const Variable explode{"explode"};
 inline const Variable fireWeapon{"fireWeapon"}, createMuzzleFlash{"createMuzzleFlash"}, applyModifiers{"applyModifiers"};
 inline const Variable addModifier{"addModifier"}, removeModifier{"removeModifier"}, clearModifiers{"clearModifiers"};
 inline const Variable getStats{"getStats"}, setStats{"setStats"};

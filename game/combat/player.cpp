@@ -12,13 +12,11 @@ const Variable invulnerable{"invulnerable"}, invulnerable_timer{"invulnerable_ti
 const Variable is_dead{"is_dead"}, acceleration{"acceleration"}, dash_speed{"dash_speed"}, dash_duration{"dash_duration"};
 const Variable dash_timer{"dash_timer"}, dash_dir_x{"dash_dir_x"}, dash_dir_y{"dash_dir_y"}, is_dashing{"is_dashing"};
 const Variable dash_energy{"dash_energy"}, dash_energy_max{"dash_energy_max"}, dash_cost{"dash_cost"}, energy_regen{"energy_regen"};
-const Variable startDash{"startDash"}, takeGun{"takeGun"}, takeMod{"takeMod"}, pickupNearestItem{"pickupNearestItem"};
+const Variable startDash{"startDash"}, takeMod{"takeMod"}, pickupNearestItem{"pickupNearestItem"};
 const Variable pickup_range{"pickup_range"}, isInteracting{"isInteracting"};
 
-const Builtin keyboard_check{"keyboard_check"}, keyboard_check_pressed{"keyboard_check_pressed"}, mouse_check_button{"mouse_check_button"};
-const Builtin audio_listener_position{"audio_listener_position"}, collision_circle_list{"collision_circle_list"};
-const Builtin ds_list_create{"ds_list_create"}, ds_list_destroy{"ds_list_destroy"}, ds_list_size{"ds_list_size"};
-const Builtin ds_list_find_value{"ds_list_find_value"};
+const Builtin keyboard_check{"keyboard_check"}, mouse_check_button{"mouse_check_button"};
+const Builtin audio_listener_position{"audio_listener_position"};
 
 constexpr int kKeyShift = 16, kKeyA = 65, kKeyD = 68, kKeyE = 69, kKeyQ = 81, kKeyS = 83, kKeyW = 87;
 constexpr int kMouseLeft = 1;

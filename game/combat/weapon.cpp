@@ -3,6 +3,36 @@
 
 namespace arena::game {
 
+namespace {
+
+// The frames of sprGun and sprCardWeapon, in this order.
+constexpr const char* kPictures[] = {"Rusty Pistol",
+                                     "Makeshift Blaster",
+                                     "Rusty Shotgun",
+                                     "Pistol",
+                                     "Shotgun",
+                                     "Scrap Cannon",
+                                     "SMG",
+                                     "Assault Rifle",
+                                     "Rail Gun",
+                                     "Heavy Repeater",
+                                     "Plasma Rifle",
+                                     "Tactical Launcher",
+                                     "Experimental Prototype",
+                                     "Omega Cannon",
+                                     "Singularity Driver"};
+constexpr int kPlainPistol = 3;
+
+}  // namespace
+
+int weapon_picture(const Value& definition) {
+  if (definition == noone) return kPlainPistol;
+  for (std::size_t i = 0; i < std::size(kPictures); ++i) {
+    if (variable_struct_get(definition, "name") == kPictures[i]) return static_cast<int>(i);
+  }
+  return kPlainPistol;
+}
+
 void copy_fields(const Value& from, ObjectSelf to) {
   const Value names = variable_struct_get_names(from);
   for (const Value& field : elements(names)) variable_struct_set(to, field, variable_struct_get(from, field));

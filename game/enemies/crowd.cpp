@@ -1,12 +1,19 @@
 #include "game/enemies/crowd.h"
 
+#include "game/enemies/pickups.h"
+#include "game/support/motion.h"
 #include "game/support/spatial_hash.h"
 
 namespace arena::game {
 namespace {
-constexpr Real kSeparationRadius = 64;   // pixels: beyond it neighbours do not matter
-constexpr Real kSeparationForce = 1000;  // pixels/s when touching, falling to 0 at the radius
-}  // namespace
+constexpr Real kSeparationRadius = 64;         // pixels: beyond it neighbours do not matter
+constexpr Real kSeparationForce = 1000;        // pixels/s when touching, falling to 0 at the radius
+constexpr Real kBobRate = 10, kBobHeight = 4;  // radians/s, pixels
+constexpr Real kLootChance = 0.1;
+
+struct Push {
+  Real along_x, along_y;
+};
 
 Push separation_from_neighbours(Instance self) {
   Push push{0, 0};
@@ -25,6 +32,7 @@ Push separation_from_neighbours(Instance self) {
   return push;
 }
 
+// Below 1 px/s the impulse is gone.
 void damp_knockback(Instance self, Real dt) {
   if (self[knockback_x] == 0 && self[knockback_y] == 0) return;
   const Real decay = exp(-Real(self[knockback_friction]) * dt);
@@ -34,6 +42,22 @@ void damp_knockback(Instance self, Real dt) {
     self[knockback_x] = 0;
     self[knockback_y] = 0;
   }
+}
+
+}  // namespace
+
+void walk(Instance self, Real move_x, Real move_y, Real dt) {
+  const Push push = separation_from_neighbours(self);
+  damp_knockback(self, dt);
+  self[x] += (move_x + push.along_x + self[knockback_x]) * dt;
+  self[y] += (move_y + push.along_y + self[knockback_y]) * dt;
+  bob(self, dt, kBobRate, kBobHeight);
+}
+
+void die_in_combat(Instance self) {
+  if (Chance(kLootChance)) createRandomPickup();
+  global[statistics][kills] += 1;
+  instance_destroy(self);
 }
 
 }  // namespace arena::game

@@ -4,14 +4,10 @@
 
 namespace arena::game {
 
-// Where the neighbours push the calling enemy, in pixels a second: the sum over all closer than 64 px, 1000 when touching.
-struct Push {
-  Real along_x, along_y;
-};
-Push separation_from_neighbours(Instance self);
-// The impulse of a hit dies away; below 1 px/s it is gone.
-void damp_knockback(Instance self, Real dt);
-constexpr Real kWalkBobRate = 10;   // radians/s
-constexpr Real kWalkBobHeight = 4;  // pixels
+// A step of everything that walks: its own velocity (pixels/s), the push of its neighbours and the fading impulse of a hit move it, and it
+// bobs. Neighbours push away from closer than 64 px, with 1000 px/s when touching.
+void walk(Instance self, Real move_x, Real move_y, Real dt);
+// What the death of an enemy does: sometimes loot, always a kill. The caller goes.
+void die_in_combat(Instance self);
 
 }  // namespace arena::game

@@ -4,7 +4,6 @@
 
 namespace arena::game {
 namespace {
-const Variable blood_color{"blood_color"};
 constexpr Real kBarWidth = 32, kBarHeight = 4, kBarGap = 10;  // pixels
 }  // namespace
 }  // namespace arena::game

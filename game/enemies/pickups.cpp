@@ -1,12 +1,16 @@
 #include "game/enemies/pickups.h"
 
+#include "game/combat/weapon.h"
 #include "game/support/motion.h"
 
 namespace arena::game {
 namespace {
 
-const Variable pickup_hint{"pickup_hint"}, pickup_range{"pickup_range"}, is_highlighted{"is_highlighted"};
-const Variable bob_speed{"bob_speed"}, bob_height{"bob_height"}, rotation_speed{"rotation_speed"};
+const Variable pickup_range{"pickup_range"}, is_highlighted{"is_highlighted"}, rotation_speed{"rotation_speed"};
+// The keys of global.modifiers, in the order in which loot is drawn.
+const Variable power_field{"power"}, speed_field{"speed"}, beam_field{"beam"}, grenade_field{"grenade"}, projectile_field{"projectile"};
+const Variable rapid_field{"rapid"}, accuracy_field{"accuracy"}, multishot_field{"multishot"}, knockback_field{"knockback"};
+const Variable heavy_hit_field{"heavy_hit"};
 const Builtin draw_circle_color{"draw_circle_color"};
 
 constexpr Real kDiscRadius = 20, kHaloRadius = 24;                                       // pixels
@@ -14,13 +18,10 @@ constexpr Real kHintHeight = 30;                                                
 constexpr int kRarityColours[] = {11842740, 65310, 14512128, 15611299, 33023, 4210943};  // rarity 1 to 6
 constexpr int kGrey = 8421504;
 
-// What every pickup draws: highlighted with disc, halo and hint, otherwise itself alone.
-template <class Picture>
-void draw_pickup(Instance self, Picture picture) {
-  if (!self[is_highlighted]) {
-    picture();
-    return;
-  }
+}  // namespace
+
+void draw_pickup(Instance self, const std::function<void()>& picture) {
+  if (!self[is_highlighted]) return picture();
   draw_set_colour(c_white);
   const Real pulse = (sin(current_time * 0.005) + 1) * 0.5;
   draw_circle_color(self[x], self[y], kDiscRadius, c_white, c_white, false);
@@ -28,10 +29,13 @@ void draw_pickup(Instance self, Picture picture) {
   draw_circle(self[x], self[y], kHaloRadius, false);
   draw_set_alpha(1);
   picture();
+  draw_set_font(fntUi);
+  draw_set_halign(fa_center);
+  draw_set_valign(fa_bottom);
   draw_text(self[x], self[y] - kHintHeight, self[pickup_hint]);
+  draw_set_halign(fa_left);
+  draw_set_valign(fa_top);
 }
-
-}  // namespace
 
 void hand_over_gun(Instance taker, Instance pickup) {
   if (instance_exists(taker[gun])) taker[dropGun]();
@@ -66,6 +70,13 @@ SCRIPT(createGunPickup, Value at_x, Value at_y, Value definition) {
   pickup[rarity] = definition[rarity];
   pickup[image_blend] = getColorByRarity(definition[rarity]);
   return made;
+}
+
+SCRIPT(createRandomPickup) {
+  const Value all = global[modifiers];
+  const Value found = choose(all[power_field], all[speed_field], all[beam_field], all[grenade_field], all[projectile_field],
+                             all[rapid_field], all[accuracy_field], all[multishot_field], all[knockback_field], all[heavy_hit_field]);
+  return createModifierPickup(self[x], self[y], found);
 }
 
 METHOD(oPickup, onPickup) {
@@ -134,7 +145,7 @@ EVENT(oGunPickup, Step_0) {
 
 EVENT(oGunPickup, Draw_0) {
   draw_pickup(self, [&] {
-    draw_sprite_ext(sprGun, 0, self[x], self[y] + self[image_y_offset], self[image_xscale], self[image_yscale], self[image_angle],
-                    self[image_blend], self[image_alpha]);
+    draw_sprite_ext(sprGun, weapon_picture(self[weapon_stats]), self[x], self[y] + self[image_y_offset], self[image_xscale],
+                    self[image_yscale], self[image_angle], self[image_blend], self[image_alpha]);
   });
 }

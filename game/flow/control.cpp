@@ -9,8 +9,6 @@ extern const Script<Value()> initDebug;
 extern const Script<Value()> updateDebug;
 namespace {
 const Variable play{"play"};
-const Builtin window_set_cursor{"window_set_cursor"}, game_end{"game_end"};
-constexpr int kNoCursor = -1;
 constexpr int kMostDecals = 50000;
 }  // namespace
 }  // namespace arena::game

@@ -3,10 +3,10 @@
 namespace arena::game {
 namespace {
 const Variable text{"text"};
-const Builtin string_of{"string"}, keyboard_check_pressed{"keyboard_check_pressed"}, game_restart{"game_restart"};
-const Builtin draw_text_transformed{"draw_text_transformed"}, display_get_gui_width{"display_get_gui_width"};
-const Builtin display_get_gui_height{"display_get_gui_height"};
+const Builtin game_restart{"game_restart"};
 constexpr int kKeySpace = 32;
+constexpr int kVeilColour = 0x180810, kMessageColour = 0xE8ECFF;  // dark wine, pale rose
+constexpr Real kVeilAlpha = 0.6;
 }  // namespace
 }  // namespace arena::game
 
@@ -20,4 +20,15 @@ EVENT(oDeathScreen, Step_0) {
   if (keyboard_check_pressed(kKeySpace)) game_restart();
 }
 
-EVENT(oDeathScreen, Draw_64) { draw_text_transformed(display_get_gui_width() / 2, display_get_gui_height() / 2, self[text], 2, 2, 0); }
+// A veil over the arena, so that the message is read; the alignment and the font are those of the interface's titles.
+EVENT(oDeathScreen, Draw_64) {
+  draw_set_colour(kVeilColour);
+  draw_set_alpha(kVeilAlpha);
+  draw_rectangle(0, 0, display_get_gui_width(), display_get_gui_height(), false);
+  draw_set_alpha(1);
+  draw_set_colour(kMessageColour);
+  draw_set_font(fntTitle);
+  draw_set_halign(fa_center);
+  draw_set_valign(fa_middle);
+  draw_text_transformed(display_get_gui_width() / 2, display_get_gui_height() / 2, self[text], 2, 2, 0);
+}

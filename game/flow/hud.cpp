@@ -1,6 +1,7 @@
 #include "game/flow/hud.h"
 
 #include "game/combat/names.h"
+#include "game/enemies/modifier.h"
 
 namespace arena::game {
 namespace {
@@ -76,14 +77,19 @@ void rebuild_weapon_panel() {
   const Value panel = global[ui_weapon];
   panel[destroyContent]();
   if (!instance_exists(oPlayer) || oPlayer[gun] == noone || !instance_exists(oPlayer[gun])) return;
-  panel[addContent](
-      TuiImage.make(struct_of({{value, sprGun}, {maintain_aspect, true}, {width, kWeaponPicture}, {height, kWeaponPictureHeight}})));
   const Value carried = oPlayer[gun], slots = carried[modifiers];
+  panel[addContent](TuiImage.make(struct_of({{value, sprGun},
+                                             {image, carried[gun_picture]},
+                                             {color, carried[image_blend]},
+                                             {maintain_aspect, true},
+                                             {width, kWeaponPicture},
+                                             {height, kWeaponPictureHeight}})));
   for (const Value& each : elements(slots)) {
     const Value box = TuiPanel.make(struct_of({{width, kSlot}, {height, kSlot}}));
     box[setPadding](kSlotGap);
     if (each != noone) {
-      const Value picture = TuiImage.make(struct_of({{value, Value(each[icon])}, {maintain_aspect, true}, {flex_grow, 1}}));
+      const Value picture =
+          TuiImage.make(struct_of({{value, Value(each[icon])}, {image, modifier_picture(each)}, {maintain_aspect, true}, {flex_grow, 1}}));
       picture[setTooltip](Value(each[description]));
       box[addContent](picture);
     }

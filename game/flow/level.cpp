@@ -1,40 +1,64 @@
-// The arena's run: the player in the middle, a gun beside, and enemies streaming in from all sides, faster as time goes by.
+// The arena's director: it runs the wave clock, brings the enemies in, and offers a reward when a wave was cleared early.
 #include "game/combat/names.h"
 #include "game/enemies/pickups.h"
+#include "game/flow/reward.h"
 #include "game/support/camera.h"
 
 namespace arena::game {
-extern const Script<void(Real at_x, Real at_y, Value object)> spawnMob;
+extern const Script<void(Value at_x, Value at_y, Value object)> spawnMob;
 namespace {
-const Variable spawn_timer{"spawn_timer"}, spawn_interval{"spawn_interval"}, pistol{"pistol"};
-constexpr Real kFirstSpawn = 2;       // seconds of peace
-constexpr Real kSlowest = 1.2;        // seconds between two enemies at first
-constexpr Real kFastest = 0.25;       // and in the end
-constexpr Real kHastening = 0.985;    // each interval is so much of the one before: the end is reached after some 100 enemies
-constexpr Real kSpawnDistance = 900;  // pixels from the player: just outside the view
-constexpr Real kMostEnemies = 150;
-constexpr Real kEdge = 80;  // pixels from the border that enemies keep when they appear
+
+const Variable wave_timer{"wave_timer"}, wave_time{"wave_time"}, wave_count{"wave_count"}, omega_cannon{"omega_cannon"};
+
+constexpr Real kBreath = 5;          // seconds: the first wave comes so late, and each one whose predecessor was cleared early
+constexpr Real kFirstWave = 60;      // seconds that a wave is given
+constexpr Real kLongerBy = 10;       // and how many more the next one gets
+constexpr Real kMobsPerWave = 4;     // times the number of the wave
+constexpr int kBossEvery = 10;       // waves
+constexpr Real kWavesPerRarity = 2;  // the rarity of rewards rises by one in so many waves
+constexpr Real kGreatestRarity = 5;
+constexpr Real kSpawnOffset = 500;  // pixels
+constexpr Real kGiftAbove = 100;    // pixels
+
+// Both coordinates are drawn from the width, and nothing keeps them inside the room.
+Real somewhere() { return irandom(room_width) + kSpawnOffset; }
+void spawn(const ObjectName& object) {
+  const Real at_x = somewhere(), at_y = somewhere();
+  spawnMob(at_x, at_y, object);
+}
+
 }  // namespace
 }  // namespace arena::game
 
-SCRIPT(spawnMob, Real at_x, Real at_y, Value object) { instance_create_layer(at_x, at_y, "layMobs", object); }
+SCRIPT(spawnMob, Value at_x, Value at_y, Value object) { instance_create_layer(at_x, at_y, "layMobs", object); }
 
 EVENT(oLevel1, Create_0) {
   instance_create_layer(room_width / 2, room_height / 2, "layPlayer", oPlayer);
   getTarnCamera()[setPosition](oPlayer[x], oPlayer[y]);
-  createGunPickup(room_width / 2, room_height / 2 - 100, global[weapons][pistol]);
-  self[spawn_timer] = kFirstSpawn;
-  self[spawn_interval] = kSlowest;
+  self[wave_timer] = kBreath;
+  self[wave_time] = kFirstWave;
+  self[wave_count] = 0;
+  self[wave_pause] = false;
+  // The strongest weapon lies there as a gift.
+  createGunPickup(room_width / 2, room_height / 2 - kGiftAbove, global[weapons][omega_cannon]);
+  self[reward_screen] = -1;
+  self[closeRewardScreen] = bind(self, oLevel1_closeRewardScreen);
+  self[createReward] = bind(self, oLevel1_createReward);
 }
 
 EVENT(oLevel1, Step_0) {
-  self[spawn_timer] -= global[dt_steady];
-  if (self[spawn_timer] > 0) return;
-  self[spawn_interval] = max(self[spawn_interval] * kHastening, kFastest);
-  self[spawn_timer] = self[spawn_interval];
-  if (Real(instance_number(oParentEnemy)) >= kMostEnemies || !instance_exists(oPlayer)) return;
-  const Real around = random(360);
-  const Real at_x = clamp(oPlayer[x] + lengthdir_x(kSpawnDistance, around), kEdge, room_width - kEdge);
-  const Real at_y = clamp(oPlayer[y] + lengthdir_y(kSpawnDistance, around), kEdge, room_height - kEdge);
-  spawnMob(at_x, at_y, oEnemy);
+  if (!self[wave_pause]) self[wave_timer] -= global[dt_steady];
+  if (Real(instance_number(oParentEnemy)) <= 0 && self[wave_timer] > kBreath) {
+    self[wave_timer] = kBreath;
+    self[createReward](min(ceil(self[wave_count] / kWavesPerRarity), kGreatestRarity));
+  }
+  if (self[wave_timer] > 0) return;
+  self[wave_count] += 1;
+  if (self[wave_count] % kBossEvery == 0) {
+    spawn(oEnemyBoss);
+  } else {
+    for (Real i = 0; i < self[wave_count] * kMobsPerWave; i += 1) spawn(oEnemy);
+  }
+  self[wave_timer] = self[wave_time];
+  self[wave_time] += kLongerBy;
 }

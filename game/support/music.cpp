@@ -13,7 +13,7 @@ const Variable play{"play"}, pause{"pause"}, stop{"stop"}, shuffle{"shuffle"}, n
     load{"load"};
 const Variable update{"update"}, clear{"clear"}, print_list{"print_list"};
 
-const Builtin audio_play_sound{"audio_play_sound"}, audio_stop_sound{"audio_stop_sound"}, audio_pause_sound{"audio_pause_sound"};
+const Builtin audio_stop_sound{"audio_stop_sound"}, audio_pause_sound{"audio_pause_sound"};
 const Builtin audio_resume_sound{"audio_resume_sound"}, audio_is_playing{"audio_is_playing"}, audio_sound_gain{"audio_sound_gain"};
 const Builtin array_concat{"array_concat"};
 

@@ -12,7 +12,6 @@ const Variable interface { "interface" }, progress{"progress"}, clicks{"clicks"}
 const Variable sparks{"sparks"}, draw{"draw"}, type{"type"}, rate{"rate"}, shape{"shape"}, x1{"x1"}, y1{"y1"}, x2{"x2"}, y2{"y2"};
 const Variable sprite_field{"sprite"}, life{"life"}, size{"size"}, size_end{"size_end"}, speed_field{"speed"}, direction_field{"direction"};
 const Variable gravity_field{"gravity"}, spin{"spin"}, additive{"additive"};
-const Builtin game_end{"game_end"}, draw_set_font{"draw_set_font"};
 
 Value make_style() {
   const Value made = TuiStyle.make();

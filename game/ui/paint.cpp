@@ -3,7 +3,6 @@
 namespace arena::game {
 namespace {
 
-const Builtin draw_set_font{"draw_set_font"}, draw_set_halign{"draw_set_halign"}, draw_set_valign{"draw_set_valign"};
 const Builtin draw_text_ext_transformed{"draw_text_ext_transformed"}, string_width{"string_width"}, string_height_ext{"string_height_ext"};
 const Builtin draw_sprite_part_ext{"draw_sprite_part_ext"}, sprite_exists{"sprite_exists"}, sprite_get_width{"sprite_get_width"};
 const Builtin sprite_get_height{"sprite_get_height"}, sprite_get_xoffset{"sprite_get_xoffset"}, sprite_get_yoffset{"sprite_get_yoffset"};

@@ -14,10 +14,9 @@ const Variable order{"order"}, hovered{"hovered"}, pressed{"pressed"}, focused{"
     last_height{"last_height"};
 const Variable hover_seconds{"hover_seconds"}, pointer_x{"pointer_x"}, pointer_y{"pointer_y"};
 
-const Builtin display_get_gui_width{"display_get_gui_width"}, display_get_gui_height{"display_get_gui_height"};
 const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"};
 const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
-const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"}, keyboard_check_pressed{"keyboard_check_pressed"};
+const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"};
 const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, gpu_push_scissor{"gpu_push_scissor"},
     gpu_pop_scissor{"gpu_pop_scissor"};
 

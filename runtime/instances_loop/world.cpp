@@ -171,6 +171,11 @@ void World::enter_room(std::int32_t next) {
   std::vector<std::int32_t> layer_ids;
   for (const Layer& layer : definition.layers) layer_ids.push_back(add_layer(layer));
   reset_cameras(definition.view_width, definition.view_height);
+  for (const std::int32_t object : starters) {
+    const auto is_placed = [&](const RoomInstance& placed) { return placed.object == object; };
+    if (!is_first || std::any_of(definition.instances.begin(), definition.instances.end(), is_placed)) continue;
+    create(0, 0, layer_ids.empty() ? -1 : layer_ids.front(), 0, object, nullptr, nullptr);
+  }
   for (const RoomInstance& placed : definition.instances) {
     const bool has_layer = placed.layer >= 0 && static_cast<std::size_t>(placed.layer) < layer_ids.size();
     // A persistent object that came along is not made a second time.

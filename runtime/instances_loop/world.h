@@ -12,7 +12,7 @@
 
 namespace arena {
 
-// How a background covers the room: once over all of it, again and again, or along its edges.
+// How a background covers its area: once over all of it, again and again, or along its edges.
 enum class BackgroundFill : std::uint8_t { kStretched, kTiled, kEdges };
 
 struct Layer {
@@ -23,6 +23,9 @@ struct Layer {
   std::int32_t background_sprite = -1;  // -1: no background on this layer
   BackgroundFill background_fill = BackgroundFill::kStretched;
   std::uint32_t background_color = 0xFFFFFF;
+  struct Area {
+    double x = 0, y = 0, width = 0, height = 0;
+  } background_area;  // room pixels; without a width: the whole room
 };
 
 struct RoomInstance {
@@ -45,6 +48,7 @@ class World {
   std::vector<RoomDefinition> rooms;  // index is the room's number
   std::int32_t room = -1;             // the current one; -1 before the first
   std::int32_t first_room = 0;
+  std::vector<std::int32_t> starters;  // objects that a run begins with: made first, where the room places none of them itself
   double room_width = 0, room_height = 0;
   std::vector<Layer> layers;      // of the current room, in no order
   bool ended = false;             // game_end was called: no frame runs any more

@@ -82,8 +82,9 @@ TEST(DataFile, MeaningIsChecked) {
   const std::vector<Case> cases = {
       {"parent", [](data::FileT& file) { file.objects[7]->parent = 99; }, "object 'oEnemy' has an unknown parent"},
       {"sprite", [](data::FileT& file) { file.objects[7]->sprite = 3; }, "object 'oEnemy' has an unknown sprite"},
-      {"room size", [](data::FileT& file) { file.rooms[0]->width = 0; }, "room 'rArena' has an impossible size"},
-      {"placement", [](data::FileT& file) { file.rooms[0]->instances[0].mutate_object(500); }, "room 'rArena' places an unknown object"},
+      {"room size", [](data::FileT& file) { file.rooms[0]->width = 0; }, "room 'rPrepare' has an impossible size"},
+      {"placement", [](data::FileT& file) { file.rooms[0]->instances[0].mutate_object(500); }, "room 'rPrepare' places an unknown object"},
+      {"starter", [](data::FileT& file) { file.starters[0] = 99; }, "a run begins with an unknown object"},
       {"first room", [](data::FileT& file) { file.first_room = 77; }, "the first room does not exist"},
       {"frame", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(100000); }, "sprite 'sprPlayer' has a frame outside its page"},
       {"mask", [](data::FileT& file) { file.sprites[0]->right = 1e9f; }, "sprite 'sprPlayer' has a mask outside itself"},

@@ -336,9 +336,9 @@ TEST_F(Rules, BloodSettlesOnItsLastFrame) {
 
 class Arena : public ArenaGame {};
 
-TEST_F(Arena, AFightHappensAndSpaceStartsAnew) {
-  step(60 * 5);
-  EXPECT_GT(number("instance_number(oEnemy)"), 1);
+TEST_F(Arena, ARunEndsInDeathAndSpaceStartsAnew) {
+  step(60 * 6);
+  EXPECT_EQ(number("instance_number(oEnemy)"), 4);
   eval("oPlayer.takeDamage(1000, 0, 0)");
   step();
   EXPECT_EQ(eval("instance_exists(oDeathScreen)"), "true");

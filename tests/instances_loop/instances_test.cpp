@@ -54,7 +54,7 @@ TEST_F(Instances, AreGoneFromDestroyOnButReadableByTheirHolder) {
 
 TEST_F(Instances, ANewInstanceTakesPartFromTheNextPassOn) {
   // The gun fires in its Step: the bullet's own Step comes a frame later, its drawing does not.
-  eval("instance_create_layer(500, 500, \"layPlayer\", oPlayer); global.snd_Ref = 500; global.snd_Max = 2000; global.dt_steady = 0.01");
+  eval("instance_create_layer(500, 500, \"layPlayer\", oPlayer); 1");
   eval("g = instance_create_layer(500, 500, \"layPickups\", oGun); g.owner = oPlayer.id; g.base_bullet_type = 0; g.is_firing = true");
   step();
   check({{"instance_number(oBulletProjectile)", "1"}, {"oBulletProjectile.life_timer", "0"}});
@@ -62,7 +62,7 @@ TEST_F(Instances, ANewInstanceTakesPartFromTheNextPassOn) {
   EXPECT_GT(draws.size(), 0u);
   eval("g.is_firing = false");
   step();
-  check({{"oBulletProjectile.life_timer", "0.01"}});
+  check({{"oBulletProjectile.life_timer == global.dt_steady", "true"}});
 }
 
 TEST_F(Instances, WithVisitsThoseAliveAtItsStartInOrder) {
@@ -116,13 +116,12 @@ TEST_F(Instances, BuiltInMotion) {
 }
 
 TEST_F(Instances, RoomsEndWithCleanUpAndKeepThePersistent) {
-  create("oSteadyDeltaTime");
   create("oBullet");
   eval("room_goto(rTest); 1");
   step();
   check({{"instance_exists(oBullet)", "false"},
          {"instance_number(oSteadyDeltaTime)", "1"},
-         {"room_goto(0)", "! room_goto argument 1 invalid reference to (room) - requested 0 max is 4"}});
+         {"room_goto(4)", "! room_goto argument 1 invalid reference to (room) - requested 4 max is 4"}});
 }
 
 // Exact shapes against a plain test of many points: two shapes overlap when some point lies in both.

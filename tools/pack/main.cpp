@@ -8,6 +8,7 @@
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "arena_generated.h"
 #include "engine/data/data_file.h"
@@ -38,9 +39,13 @@ class Packer {
     const auto sounds = build_sounds();
     const auto objects = build_objects();
     const auto rooms = build_rooms();
-    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", read("rooms/rooms.json").at("first")),
+    const Json rooms_source = read("rooms/rooms.json");
+    std::vector<int> starters;
+    for (const auto& object : rooms_source.at("starters")) starters.push_back(object_number(object));
+    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", rooms_source.at("first")),
                                      builder_.CreateVector(sprites), builder_.CreateVector(pages_), builder_.CreateVector(fonts),
-                                     builder_.CreateVector(sounds), builder_.CreateVector(rooms), builder_.CreateVector(objects)));
+                                     builder_.CreateVector(sounds), builder_.CreateVector(rooms), builder_.CreateVector(starters),
+                                     builder_.CreateVector(objects)));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
     bytes.insert(bytes.end(), builder_.GetBufferPointer(), builder_.GetBufferPointer() + builder_.GetSize());
     return bytes;
@@ -233,9 +238,14 @@ class Packer {
       for (const auto& layer : json.at("layers")) {
         const std::string layer_name = layer.at("name");
         layer_numbers[layer_name] = static_cast<int>(layers.size());
+        std::optional<data::Area> area;
+        if (layer.contains("area")) {
+          const Json& sides = layer.at("area");
+          area.emplace(sides.at(0), sides.at(1), sides.at(2), sides.at(3));
+        }
         layers.push_back(data::CreateLayer(builder_, builder_.CreateString(layer_name), layer.at("depth"),
                                            number("sprites", layer.value("sprite", "")), fill_named(layer.value("fill", "stretched")),
-                                           layer.value("color", 0xFFFFFFu)));
+                                           layer.value("color", 0xFFFFFFu), area ? &*area : nullptr));
       }
       std::vector<data::Placement> instances;
       for (const auto& placed : json.at("instances")) {
