@@ -8,7 +8,8 @@
 namespace arena::audio {
 namespace {
 
-constexpr std::size_t kMostVoices = 256;
+constexpr std::size_t kMostVoices = 65536;  // handles; beyond, the oldest is forgotten
+constexpr double kSharedFor = 0.05;         // seconds
 constexpr std::size_t kMostRemembered = 4096;
 
 bool matches(const Voice& voice, std::int32_t handle_or_sound) {
@@ -54,26 +55,41 @@ double Audio::loudness(const Voice& voice) const {
 }
 
 std::int32_t Audio::play(const Voice& voice) {
-  if (voices_.size() >= kMostVoices) {
-    const auto least = std::min_element(voices_.begin(), voices_.end(), [](const Voice& a, const Voice& b) {
-      return a.priority != b.priority ? a.priority < b.priority : a.handle < b.handle;
-    });
-    if (least->priority > voice.priority) return -1;
-    voices_.erase(least);
-  }
   voices_.push_back(voice);
-  voices_.back().handle = next_handle_++;
-  if (started_.size() < kMostRemembered) started_.push_back(voices_.back());
-  return voices_.back().handle;
+  Voice& made = voices_.back();
+  made.handle = made.group = next_handle_++;
+  if (!made.loop && made.offset == 0) {
+    Start& start = starts_[{made.sound, made.is_positional}];
+    if (start.time >= 0 && clock_ - start.time <= kSharedFor) {
+      made.group = start.group;
+    } else {
+      start = {made.handle, clock_};
+    }
+  }
+  if (started_.size() < kMostRemembered) started_.push_back(made);
+  const std::int32_t handle = made.handle;
+  if (voices_.size() > kMostVoices) voices_.erase(voices_.begin());
+  return handle;
+}
+
+// Handles only grow, so voices are sorted by them.
+template <class Voices>
+auto Audio::at_handle(Voices& voices, std::int32_t handle) {
+  const auto found =
+      std::lower_bound(voices.begin(), voices.end(), handle, [](const Voice& voice, std::int32_t of) { return voice.handle < of; });
+  return found != voices.end() && found->handle == handle ? &*found : nullptr;
 }
 
 template <class Change>
 void Audio::for_matching(std::int32_t handle_or_sound, Change change) {
-  for (Voice& voice : voices_) {
-    if (matches(voice, handle_or_sound)) change(voice);
-  }
-  for (Voice& voice : started_) {
-    if (matches(voice, handle_or_sound)) change(voice);  // pitch and gain set in the same frame belong to the start
+  for (std::vector<Voice>* voices : {&voices_, &started_}) {  // pitch and gain set in the same frame belong to the start
+    if (handle_or_sound >= kFirstHandle) {
+      if (Voice* voice = at_handle(*voices, handle_or_sound)) change(*voice);
+      continue;
+    }
+    for (Voice& voice : *voices) {
+      if (voice.sound == handle_or_sound) change(voice);
+    }
   }
 }
 
@@ -86,6 +102,7 @@ void Audio::reset() {
   voices_.clear();
   started_.clear();
   fades_.clear();
+  starts_.clear();
   master_gain = 1;
 }
 void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
@@ -114,16 +131,14 @@ bool Audio::is_paused(std::int32_t handle_or_sound) const {
   return std::any_of(voices_.begin(), voices_.end(),
                      [&](const Voice& voice) { return matches(voice, handle_or_sound) && voice.is_paused; });
 }
-const Voice* Audio::find(std::int32_t handle) const {
-  const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return voice.handle == handle; });
-  return found == voices_.end() ? nullptr : &*found;
-}
+const Voice* Audio::find(std::int32_t handle) const { return at_handle(voices_, handle); }
 bool Audio::exists(std::int32_t handle_or_sound) const { return has_sound(handle_or_sound) || find(handle_or_sound) != nullptr; }
 
 void Audio::advance(double seconds) {
+  clock_ += seconds;
   for (Fade& fade : fades_) {
-    const auto voice = std::find_if(voices_.begin(), voices_.end(), [&](const Voice& each) { return each.handle == fade.handle; });
-    if (voice == voices_.end()) continue;
+    Voice* voice = at_handle(voices_, fade.handle);
+    if (voice == nullptr) continue;
     const double left = fade.target - voice->gain, step = fade.per_second * seconds;
     voice->gain = std::fabs(step) >= std::fabs(left) ? fade.target : voice->gain + step;
   }
@@ -140,13 +155,36 @@ void Audio::advance(double seconds) {
                 voices_.end());
 }
 
-void Audio::feed(Device& device) const {
-  std::vector<Voice> sounding = voices_;
-  std::stable_sort(sounding.begin(), sounding.end(), [&](const Voice& a, const Voice& b) {
+std::vector<Voice> Audio::sounding() const {
+  std::vector<Voice> groups;
+  std::map<std::int32_t, std::size_t> places;
+  std::vector<double> loudest;
+  for (const Voice& voice : voices_) {
+    const auto [place, is_first] = places.try_emplace(voice.group, groups.size());
+    const double heard = voice.is_paused ? -1 : loudness(voice);
+    if (is_first) {
+      groups.push_back(voice);
+      groups.back().handle = voice.group;
+      loudest.push_back(heard);
+      continue;
+    }
+    Voice& group = groups[place->second];
+    group.priority = std::max(group.priority, voice.priority);
+    if (heard <= loudest[place->second]) continue;
+    loudest[place->second] = heard;
+    group.is_paused = false;
+    group.gain = voice.gain;
+    group.x = voice.x;
+    group.y = voice.y;
+    group.z = voice.z;
+  }
+  std::stable_sort(groups.begin(), groups.end(), [&](const Voice& a, const Voice& b) {
     return a.priority != b.priority ? a.priority > b.priority : loudness(a) > loudness(b);
   });
-  device.follow(sounding, listener, falloff, master_gain);
+  return groups;
 }
+
+void Audio::feed(Device& device) const { device.follow(sounding(), listener, falloff, master_gain); }
 
 std::vector<Voice> Audio::take_started() {
   std::vector<Voice> taken;

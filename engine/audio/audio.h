@@ -2,6 +2,7 @@
 // Sound as a model in game time: voices with handles, positions, gains and ends. A device follows the model; without one the game is
 // the same game. Positions are room pixels, times seconds of game time.
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,11 @@ struct Clip {
   double seconds() const { return static_cast<double>(samples.size()) / rate; }
 };
 
+// What a handle stands for. Sounds of one asset that start within 50 ms form a group, which a device plays as one sound: a volley does
+// not rattle. To scripts every member sounds.
 struct Voice {
   std::int32_t handle = 0, sound = -1;
+  std::int32_t group = 0;  // the handle of the first member
   double gain = 1, pitch = 1, priority = 0;
   bool loop = false, is_paused = false, is_positional = false;
   double x = 0, y = 0, z = 0;
@@ -36,7 +40,7 @@ struct Voice {
   double offset = 0;                                   // seconds of the clip that were played
 };
 
-// What follows the model. Called once a frame with every voice that should sound, the most important first.
+// What follows the model. Called once a frame with every group that should sound, the most important first: its handle is the group's.
 class Device {
  public:
   virtual ~Device() = default;
@@ -56,7 +60,7 @@ class Audio {
   double master_gain = 1;
 
   bool has_sound(std::int32_t sound) const;
-  // Gives the handle. The least important voice makes room when there are too many.
+  // Gives the handle. Devices play the most important ones; the model has room for all.
   std::int32_t play(const Voice& voice);
   // By handle, or every voice of a sound asset.
   void stop(std::int32_t handle_or_sound);
@@ -70,9 +74,10 @@ class Audio {
   bool is_paused(std::int32_t handle_or_sound) const;
   bool exists(std::int32_t handle_or_sound) const;
   const Voice* find(std::int32_t handle) const;
+  // The groups that should sound, each as the loudest of its members, the most important first.
+  std::vector<Voice> sounding() const;
   // Game time passes: voices end.
   void advance(double seconds);
-  // Hands the model to a device, the most audible voices first.
   void feed(Device& device) const;
   const std::vector<Voice>& voices() const { return voices_; }
   // Loudness of a voice at the listener by the falloff model, 0 to its gain.
@@ -85,11 +90,19 @@ class Audio {
     std::int32_t handle;
     double target, per_second;
   };
+  template <class Voices>
+  static auto at_handle(Voices& voices, std::int32_t handle);
   template <class Change>
   void for_matching(std::int32_t handle_or_sound, Change change);
   std::vector<Voice> voices_, started_;
   std::vector<Fade> fades_;
   std::int32_t next_handle_ = kFirstHandle;
+  double clock_ = 0;  // seconds of game time
+  struct Start {
+    std::int32_t group = 0;
+    double time = -1;
+  };
+  std::map<std::pair<std::int32_t, bool>, Start> starts_;  // the newest group of each sound, with and without a place
 };
 
 Audio& audio();

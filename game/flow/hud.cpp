@@ -8,6 +8,7 @@ namespace {
 
 const Variable flex_grow{"flex_grow"};
 
+constexpr Real kNumberWidth = 44;                                       // GUI pixels: three digits
 constexpr Real kLabelWidth = 64, kBarsWidth = 256, kWeaponWidth = 512;  // GUI pixels
 constexpr Real kWeaponPicture = 96, kWeaponPictureHeight = 48;          // GUI pixels: six slots fit beside it
 constexpr Real kSlot = 40, kSlotGap = 4;                                // GUI pixels
@@ -33,8 +34,9 @@ Value label(const char* text) { return TuiText.make(struct_of({{value, text}, {t
 Value bar_label(const char* text) {
   return TuiText.make(struct_of({{value, text}, {width, kLabelWidth}, {overflow, tui::kOverflowClip}, {text_scale, kLabelScale}}));
 }
+// A number in a box of its own, so that nothing moves when it gets more digits.
 Value bound_text(const ObjectName& object, const char* variable) {
-  const Value text = TuiText.make();
+  const Value text = TuiText.make(struct_of({{width, kNumberWidth}, {rounding, 0}}));
   text[bindVariable](object, variable);
   return text;
 }

@@ -13,8 +13,9 @@ const Variable screen_name{"name"}, left{"inset_left"}, top{"inset_top"};
 constexpr Real kCard = 200, kPicture = 32, kTextHeight = 64, kSpace = 16, kMargin = 8;  // GUI pixels
 constexpr int kModifierColour = 7595775;                                                // red 255, green 230, blue 115
 constexpr const char* kRule = "________________________";
+constexpr Real kRuleScale = 0.75;  // the rule fits the card
 
-Value line(const Value& text) { return TuiText.make(struct_of({{value, text}, {text_halign, 1}})); }
+Value line(const Value& text, Real scale = 1) { return TuiText.make(struct_of({{value, text}, {text_halign, 1}, {text_scale, scale}})); }
 
 // A card to click: the picture, the name, a rule, what it does.
 Value make_card(int colour, const Value& sprite, int frame, const Value& title, const Value& text) {
@@ -23,7 +24,7 @@ Value make_card(int colour, const Value& sprite, int frame, const Value& title, 
   card[setPadding](kMargin);
   const Value parts = array_of(
       TuiImage.make(struct_of({{value, sprite}, {image, frame}, {width, kPicture}, {height, kPicture}, {maintain_aspect, true}})),
-      line(title), line(kRule),
+      line(title), line(kRule, kRuleScale),
       TuiText.make(struct_of(
           {{value, text}, {width, "100%"}, {height, kTextHeight}, {text_halign, 1}, {text_valign, 0}, {overflow, tui::kOverflowWrap}})));
   for (const Value& part : elements(parts)) part[setMouseIgnore]();

@@ -43,7 +43,7 @@ STATIC_METHOD(TuiPanel, onDraw) {
   return undefined;
 }
 
-// Stretched over its box; as nine pieces when it holds content, so that a panel's corners keep their form.
+// Stretched over its box; as nine pieces when it is made to hold content, so that a panel's corners keep their form.
 CONSTRUCTOR(TuiImage, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiImage";
@@ -59,7 +59,7 @@ STATIC_METHOD(TuiImage, onDraw) {
   if (across <= 0 || down <= 0) return undefined;
   Rect at = rect_of(self);
   const int tint = static_cast<int>(number_or(self, color, c_white));
-  if (array_length(self[content]) > 0) {
+  if (array_length(self[content]) > 0 || number_or(self, padding_left, 0) > 0) {
     paint_panel(sprite, at, tint, opacity_of(self));
     return undefined;
   }

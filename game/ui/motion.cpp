@@ -1,5 +1,6 @@
 // What moves by itself: tweens of fields, and values bound to variables of instances and structs.
 #include "game/support/easing.h"
+#include "game/ui/paint.h"
 #include "game/ui/widget.h"
 
 namespace arena::game {
@@ -16,8 +17,10 @@ void follow_binding(const Value& widget) {
   const RValue* found = peek(Value(RValue(*target)), static_cast<std::int32_t>(number_or(widget, bind_name, -1)));
   const RValue* shown = object_of(widget)->find_variable(value.slot);
   if (found == nullptr || (shown != nullptr && values_match(*found, *shown) && found->kind() == shown->kind())) return;
+  const bool is_measured = number_or(widget, measures, 0) > 0;
+  const std::string before = is_measured ? shown_text(widget) : "";
   widget[value] = Value(RValue(*found));
-  if (number_or(widget, measures, 0) > 0) mark_dirty(widget);
+  if (is_measured && shown_text(widget) != before) mark_dirty(widget);  // a rounded number looks the same from frame to frame
 }
 
 void advance_tweens(const Value& widget, double dt) {

@@ -92,6 +92,8 @@ class OpenAl final : public LoopbackDevice {
     }
     if (source == nullptr) return;
     if (is_new) start(*source, voice);
+    if (voice.is_positional)
+      alSource3f(source->name, AL_POSITION, static_cast<float>(voice.x), static_cast<float>(voice.y), static_cast<float>(voice.z));
     alSourcef(source->name, AL_GAIN, static_cast<float>(voice.gain));
     alSourcef(source->name, AL_PITCH, static_cast<float>(voice.pitch));
     ALint state = 0;
@@ -110,11 +112,10 @@ class OpenAl final : public LoopbackDevice {
     alSourcei(source.name, AL_BUFFER, static_cast<ALint>(buffers_[static_cast<std::size_t>(voice.sound)]));
     alSourcei(source.name, AL_LOOPING, voice.loop ? AL_TRUE : AL_FALSE);
     alSourcei(source.name, AL_SOURCE_RELATIVE, voice.is_positional ? AL_FALSE : AL_TRUE);
-    alSource3f(source.name, AL_POSITION, voice.is_positional ? static_cast<float>(voice.x) : 0,
-               voice.is_positional ? static_cast<float>(voice.y) : 0, voice.is_positional ? static_cast<float>(voice.z) : 0);
     alSourcef(source.name, AL_REFERENCE_DISTANCE, static_cast<float>(voice.reference));
     alSourcef(source.name, AL_MAX_DISTANCE, static_cast<float>(voice.maximum));
     alSourcef(source.name, AL_ROLLOFF_FACTOR, voice.is_positional ? static_cast<float>(voice.factor) : 0);
+    if (!voice.is_positional) alSource3f(source.name, AL_POSITION, 0, 0, 0);
     alSourcef(source.name, AL_SEC_OFFSET, static_cast<float>(voice.offset));
     if (!voice.is_paused) alSourcePlay(source.name);
   }
