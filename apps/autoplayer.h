@@ -1,17 +1,39 @@
 #pragma once
 // Plays by pressing keys and moving the pointer like a person, through the input queue.
+#include "runtime/instances_loop/input_state.h"
+
+namespace arena {
+class CInstance;
+}
 
 namespace arena::apps {
 
-// Decides what to press before the next frame.
+// Decides what to press before the next frame. It keeps away from enemies and its own grenades, shoots at the nearest enemy, collects what
+// makes its gun better, chooses rewards, and begins anew after death.
 class Autoplayer {
  public:
   void play();
 
  private:
+  struct Point {
+    double x = 0, y = 0;
+  };
   void hold(int key, bool down);
-  bool held_[256] = {};
+  void hold_fire(bool down);
+  void tap(int key, bool wanted);
+  // The pointer moves like a hand: most of the way in a few frames.
+  void move_pointer(PointerSpace space, double x, double y);
+  void choose_reward(const CInstance* gun);
+  void walk(const CInstance& player, const CInstance* goal);
+  double danger_at(Point place, const CInstance* goal) const;
+  void shoot(const CInstance& player, const CInstance* gun);
+
+  bool held_[kKeys] = {};
   bool fires_ = false;
+  PointerSpace space_ = PointerSpace::kWindow;
+  Point pointer_;
+  int direction_ = 0;  // of the walk: 0 stands still, 1 to 8 around the compass
+  int waited_ = 0;     // frames in a room or on a screen that waits for a key
 };
 
 }  // namespace arena::apps
