@@ -76,6 +76,31 @@ void draw_sprite_stretched_ext(std::int32_t sprite, double frame, double x, doub
   if (require_sprite(sprite) && service != nullptr) service->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
 }
 
+// In nine parts: corners of that share of the sprite keep their size, or shrink together where the box is smaller than two of them.
+void draw_sprite_nineslice(std::int32_t sprite, double frame, double x, double y, double width, double height, double corner, double colour,
+                           double alpha) {
+  if (!require_sprite(sprite) || service == nullptr || width <= 0 || height <= 0) return;
+  const SpriteInfo& info = *find_sprite(sprite);
+  const double share = std::clamp(corner, 0.0, 0.5), corner_x = info.width * share, corner_y = info.height * share;
+  if (corner_x <= 0 || corner_y <= 0) {
+    service->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
+    return;
+  }
+  const double shrink = std::min({1.0, width / (2 * corner_x), height / (2 * corner_y)});
+  const double from_x[4] = {0, corner_x, info.width - corner_x, info.width}, from_y[4] = {0, corner_y, info.height - corner_y, info.height};
+  const double to_x[4] = {0, corner_x * shrink, width - corner_x * shrink, width};
+  const double to_y[4] = {0, corner_y * shrink, height - corner_y * shrink, height};
+  for (int row = 0; row < 3; ++row) {
+    for (int column = 0; column < 3; ++column) {
+      const double part_width = from_x[column + 1] - from_x[column], part_height = from_y[row + 1] - from_y[row];
+      const double width_to = to_x[column + 1] - to_x[column], height_to = to_y[row + 1] - to_y[row];
+      if (width_to <= 0 || height_to <= 0 || part_width <= 0 || part_height <= 0) continue;
+      service->sprite_part(sprite, frame, from_x[column], from_y[row], part_width, part_height,
+                           {x + to_x[column], y + to_y[row], width_to / part_width, height_to / part_height, 0, colour_of(colour), alpha});
+    }
+  }
+}
+
 // Shapes
 void rectangle(double x1, double y1, double x2, double y2, double c1, double c2, double c3, double c4, bool outline) {
   if (service != nullptr) service->rectangle(x1, y1, x2, y2, {colour_of(c1), colour_of(c2), colour_of(c3), colour_of(c4)}, outline);
@@ -166,6 +191,7 @@ const BuiltinEntry kEntries[] = {
     {"draw_sprite_part_ext", builtin<draw_sprite_part_ext>},
     {"draw_sprite_stretched", builtin<draw_sprite_stretched>},
     {"draw_sprite_stretched_ext", builtin<draw_sprite_stretched_ext>},
+    {"draw_sprite_nineslice", builtin<draw_sprite_nineslice>},
     {"draw_rectangle", builtin<draw_rectangle>},
     {"draw_rectangle_colour", builtin<rectangle>},
     {"draw_circle", builtin<draw_circle>},

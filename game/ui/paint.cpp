@@ -4,7 +4,7 @@ namespace arena::game {
 namespace {
 
 const Builtin draw_text_ext_transformed{"draw_text_ext_transformed"}, string_width{"string_width"}, string_height_ext{"string_height_ext"};
-const Builtin draw_sprite_part_ext{"draw_sprite_part_ext"}, sprite_exists{"sprite_exists"}, sprite_get_width{"sprite_get_width"};
+const Builtin draw_sprite_nineslice{"draw_sprite_nineslice"}, sprite_exists{"sprite_exists"}, sprite_get_width{"sprite_get_width"};
 const Builtin sprite_get_height{"sprite_get_height"}, sprite_get_xoffset{"sprite_get_xoffset"}, sprite_get_yoffset{"sprite_get_yoffset"};
 const Builtin gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"};
 
@@ -85,21 +85,7 @@ void paint_panel(int sprite, const Rect& at, int tint, double opacity) {
     paint_rectangle(at, tint, opacity);
     return;
   }
-  // Corners shrink together where the panel is smaller than two of them.
-  const double corner_x = across * kCorner, corner_y = down * kCorner;
-  const double shrink = std::min({1.0, at.width / (2 * corner_x), at.height / (2 * corner_y)});
-  const double from_x[4] = {0, corner_x, across - corner_x, across}, from_y[4] = {0, corner_y, down - corner_y, down};
-  const double to_x[4] = {0, corner_x * shrink, at.width - corner_x * shrink, at.width};
-  const double to_y[4] = {0, corner_y * shrink, at.height - corner_y * shrink, at.height};
-  for (int row = 0; row < 3; ++row) {
-    for (int column = 0; column < 3; ++column) {
-      const double part_width = from_x[column + 1] - from_x[column], part_height = from_y[row + 1] - from_y[row];
-      const double width_to = to_x[column + 1] - to_x[column], height_to = to_y[row + 1] - to_y[row];
-      if (width_to <= 0 || height_to <= 0) continue;
-      draw_sprite_part_ext(sprite, 0, from_x[column], from_y[row], part_width, part_height, at.x + to_x[column], at.y + to_y[row],
-                           width_to / part_width, height_to / part_height, tint, opacity);
-    }
-  }
+  draw_sprite_nineslice(sprite, 0, at.x, at.y, at.width, at.height, kCorner, tint, opacity);
 }
 
 // The longest beginning that fits, with three dots.

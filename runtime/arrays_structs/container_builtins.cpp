@@ -130,19 +130,7 @@ std::int32_t grid_create(std::int32_t width, std::int32_t height) {
   return ds_grids().create(fits ? width : 0, fits ? height : 0);
 }
 void grid_destroy(GridArgument a) { ds_grids().destroy(a.handle); }
-// Cells are cleared every frame by the ten thousand: what owns nothing is overwritten without more ado.
-void grid_clear(GridArgument a, const RValue& value) {
-  if (value.owns_heap()) {
-    std::fill(a.grid->cells.begin(), a.grid->cells.end(), value);
-    return;
-  }
-  for (RValue& cell : a.grid->cells) {
-    if (cell.owns_heap()) cell = RValue();
-    cell.i64 = value.i64;
-    cell.flags = value.flags;
-    cell.kind_bits = value.kind_bits;
-  }
-}
+void grid_clear(GridArgument a, const RValue& value) { a.grid->clear(value); }
 std::int32_t grid_width(GridArgument a) { return a.grid->width; }
 std::int32_t grid_height(GridArgument a) { return a.grid->height; }
 bool grid_check(const DsGrid& grid, std::int32_t column, std::int32_t row) {
@@ -157,10 +145,10 @@ RValue grid_get(GridArgument a, std::int32_t column, std::int32_t row) {
 void grid_set(GridArgument a, std::int32_t column, std::int32_t row, const RValue& value) {
   if (!grid_check(*a.grid, column, row)) return;
   clear_owner_token(value);
-  a.grid->at(column, row) = value;
+  a.grid->set(column, row, value);
 }
 void grid_add(GridArgument a, std::int32_t column, std::int32_t row, double number) {
-  if (grid_check(*a.grid, column, row)) a.grid->at(column, row) = RValue(to_real(a.grid->at(column, row)) + number);
+  if (grid_check(*a.grid, column, row)) a.grid->set(column, row, RValue(to_real(a.grid->at(column, row)) + number));
 }
 
 const BuiltinEntry kEntries[] = {

@@ -13,6 +13,18 @@ ContainerTable<DsMap>& ds_maps() {
   static ContainerTable<DsMap> table;
   return table;
 }
+void DsGrid::clear(const RValue& value) {
+  const bool is_same = value.i64 == ground_.i64 && value.kind_bits == ground_.kind_bits && value.flags == ground_.flags;
+  if (is_same && !value.owns_heap() && written_.size() < kMostRemembered) {
+    for (const std::uint32_t index : written_) cells_[index] = value;
+  } else {
+    std::fill(cells_.begin(), cells_.end(), value);
+    ground_ = value.owns_heap() ? RValue() : value;
+    if (value.owns_heap()) ground_.kind_bits = kUnset;
+  }
+  written_.clear();
+}
+
 ContainerTable<DsGrid>& ds_grids() {
   static ContainerTable<DsGrid> table;
   return table;

@@ -38,17 +38,30 @@ class DsMap final : public Holder {
 
 class DsGrid final : public Holder {
  public:
-  DsGrid(std::int32_t across, std::int32_t down) : width(across), height(down), cells(size(), RValue(0.0)) {}
+  DsGrid(std::int32_t across, std::int32_t down)
+      : width(across), height(down), cells_(static_cast<std::size_t>(across) * static_cast<std::size_t>(down), RValue(0.0)) {}
   void visit_values(ValueVisitor& visitor) override {
-    for (const RValue& value : cells) visitor(value);
+    for (const RValue& value : cells_) visitor(value);
   }
   bool has(std::int32_t column, std::int32_t row) const { return column >= 0 && column < width && row >= 0 && row < height; }
-  RValue& at(std::int32_t column, std::int32_t row) {
-    return cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column)];
+  const RValue& at(std::int32_t column, std::int32_t row) const { return cells_[place(column, row)]; }
+  void set(std::int32_t column, std::int32_t row, const RValue& value) {
+    const std::size_t index = place(column, row);
+    if (written_.size() < kMostRemembered) written_.push_back(static_cast<std::uint32_t>(index));
+    cells_[index] = value;
   }
-  std::size_t size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
-  std::int32_t width, height;
-  std::vector<RValue> cells;  // row by row
+  // Every cell becomes the value. A grid that is cleared to the same plain value again and again only touches what was written since.
+  void clear(const RValue& value);
+  const std::int32_t width, height;
+
+ private:
+  static constexpr std::size_t kMostRemembered = 4096;
+  std::size_t place(std::int32_t column, std::int32_t row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column);
+  }
+  std::vector<RValue> cells_;           // row by row
+  std::vector<std::uint32_t> written_;  // cells since the last clearing; once full it knows nothing
+  RValue ground_{0.0};                  // what the others hold
 };
 
 template <class Structure>

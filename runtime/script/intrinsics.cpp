@@ -91,7 +91,7 @@ void ds_grid_set(const Value& handle, Real column, Real row, const Value& value,
   const std::int32_t at_column = saturate_int32(column.number()), at_row = saturate_int32(row.number());
   if (grid == nullptr || !require_cell(*grid, at_column, at_row)) return;
   clear_owner_token(value);
-  grid->at(at_column, at_row) = value;
+  grid->set(at_column, at_row, value);
 }
 
 }  // namespace arena::script

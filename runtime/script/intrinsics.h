@@ -76,7 +76,7 @@ class Grid {
   Grid(VariableAccess&& handle) : Grid(Value(static_cast<VariableAccess&&>(handle))) {}
   bool has(int column, int row) const { return grid_->has(column, row); }
   const Value& at(int column, int row) const { return static_cast<const Value&>(grid_->at(column, row)); }
-  void set(int column, int row, const Value& value) { grid_->at(column, row) = value; }
+  void set(int column, int row, const Value& value) { grid_->set(column, row, value); }
 
   // The cells that exist among (column, row) and the eight around it, row by row. Their arrays are fetched into the cache together:
   // waiting for one after the other took a third of a crowd's frame.
