@@ -96,7 +96,8 @@ WidgetBench::WidgetBench() : root_(TuiMain.make()) {
     const Value holder = TuiPanel.make();
     for (int line = 0; line < 24; ++line) {
       const Value row = TuiRow.make();
-      row[addContent](array_of(TuiText.make(struct_of({{value, "label"}})), TuiBox.make(struct_of({{flex_grow, 1}})), TuiImage.make(struct_of({{value, 30}}))));
+      row[addContent](array_of(TuiText.make(struct_of({{value, "label"}})), TuiBox.make(struct_of({{flex_grow, 1}})),
+                               TuiImage.make(struct_of({{value, 30}}))));
       holder[addContent](row);
     }
     root_[addContent](holder);

@@ -73,7 +73,9 @@ void build_tree(layout::Tree& tree) {
 void run_decals() {
   draw::Draw& on = *draw::draw_service();
   draw::StampLayer layer(50000);
-  const auto stamp = [](int i) { return draw::Draw::Stamp{33, 0, {static_cast<double>(i * 37 % 3072), static_cast<double>(i * 91 % 3072), 1, 1, 30, 255, 1}}; };
+  const auto stamp = [](int i) {
+    return draw::Draw::Stamp{33, 0, {static_cast<double>(i * 37 % 3072), static_cast<double>(i * 91 % 3072), 1, 1, 30, 255, 1}};
+  };
   for (int i = 0; i < 50000; ++i) layer.add(stamp(i));
   int next = 50000;
   const auto frame = [&] {
@@ -84,13 +86,19 @@ void run_decals() {
   for (int i = 0; i < 5; ++i) frame();
   print("50,000 decals, a full-screen view", median_ms(200, frame), 0.2);
   std::printf("%-44s %10d %10d\n", "  draw calls", on.gpu().statistics().draw_calls, 16);
-  print("1,000 decals added at the capacity", median_ms(60, [&] {
-          for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
-        }), 1);
-  print("  added and drawn", median_ms(60, [&] {
-          for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
-          frame();
-        }), 1);
+  print("1,000 decals added at the capacity",
+        median_ms(60,
+                  [&] {
+                    for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
+                  }),
+        1);
+  print("  added and drawn",
+        median_ms(60,
+                  [&] {
+                    for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
+                    frame();
+                  }),
+        1);
   layer.drop_meshes();
 }
 
@@ -105,12 +113,15 @@ void run_particles() {
   types[0].colors[0] = 255;
   draw::ParticleSystem system;
   system.emit(types, 0, 20000, draw::EmitShape::kRectangle, 0, 0, 1900, 1000);
-  print("20,000 particles, updated and drawn", median_ms(200, [&] {
-          system.update(types, 1.0 / 60);
-          on.begin_world(1280, 720);
-          system.draw(types, on);
-          on.end_frame();
-        }), 1);
+  print("20,000 particles, updated and drawn",
+        median_ms(200,
+                  [&] {
+                    system.update(types, 1.0 / 60);
+                    on.begin_world(1280, 720);
+                    system.draw(types, on);
+                    on.end_frame();
+                  }),
+        1);
 }
 
 }  // namespace
@@ -124,10 +135,13 @@ void run_services() {
   print("  laid out from scratch", median_ms(200, [&] { tree.lay_out(1280, 720); }), 0.5);
   game::WidgetBench widgets;
   widgets.arrange();
-  print("1,000 widgets, everything changed", median_ms(50, [&] {
-          widgets.touch();
-          widgets.arrange();
-        }), 0);
+  print("1,000 widgets, everything changed",
+        median_ms(50,
+                  [&] {
+                    widgets.touch();
+                    widgets.arrange();
+                  }),
+        0);
   const std::size_t before = allocated_bytes();
   print("  nothing changed", median_ms(50, [&] { widgets.arrange(); }), 0);
   std::printf("%-44s %10d %10d\n", "  bytes allocated by it", static_cast<int>(allocated_bytes() - before), 0);

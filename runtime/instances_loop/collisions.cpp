@@ -38,7 +38,7 @@ void visit_overlaps(const CollisionShape& shape, std::int32_t object_or_id, bool
 }
 
 // Buckets the targets of one kind of collision by position, so that an owner looks only around itself.
-//   cells are squares of the largest target's diameter (at least 32 px), hashed into a power of two of buckets
+//   cells are squares of the largest target's diameter (at least 96 px), hashed into a power of two of buckets
 class BroadPhase {
  public:
   BroadPhase(const std::vector<CInstance*>& targets) {
@@ -47,7 +47,7 @@ class BroadPhase {
       if (target->is_alive) largest = std::max(largest, bounding_radius(*target));
     }
     largest_ = largest;
-    cell_ = largest * 2;
+    cell_ = std::max(largest * 2, 96.0);
     std::size_t buckets = 16;
     while (buckets < targets.size()) buckets *= 2;
     mask_ = buckets - 1;
@@ -63,11 +63,11 @@ class BroadPhase {
     for (std::size_t i = 0; i < targets.size(); ++i) entries_[next[bucket_of[i]]++] = targets[i];
   }
 
-  // Everything that may overlap a circle, in order of creation.
-  void query(double x, double y, double radius, std::vector<CInstance*>& found) const {
+  // Everything that may overlap a box, in order of creation.
+  void query(const Box& box, std::vector<CInstance*>& found) const {
     found.clear();
-    const double reach = radius + largest_;
-    const std::int64_t left = cell(x - reach), right = cell(x + reach), top = cell(y - reach), bottom = cell(y + reach);
+    const std::int64_t left = cell(box.left - largest_), right = cell(box.right + largest_), top = cell(box.top - largest_),
+                       bottom = cell(box.bottom + largest_);
     for (std::int64_t row = top; row <= bottom; ++row) {
       for (std::int64_t column = left; column <= right; ++column) {
         const std::size_t b = bucket(column, row);
@@ -143,7 +143,7 @@ void run_collision_events() {
     for (std::size_t o = 0; o < owner_count; ++o) {
       const Participant owner = owners[o];
       if (!owner.instance->is_alive) continue;
-      buckets.query(owner.instance->x, owner.instance->y, bounding_radius(*owner.instance), near);
+      buckets.query(shape_of(*owner.instance).box(), near);
       for (CInstance* target : near) collide(owner, *target);
     }
   }
