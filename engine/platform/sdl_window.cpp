@@ -57,7 +57,10 @@ void push_size(int width, int height) {
 
 class SdlWindow final : public Window {
  public:
-  SdlWindow(SDL_Window* window, SDL_GLContext context) : window_(window), context_(context) { report_size(); }
+  SdlWindow(SDL_Window* window, SDL_GLContext context, bool is_offscreen)
+      : window_(window), context_(context), is_offscreen_(is_offscreen) {
+    report_size();
+  }
   ~SdlWindow() override {
     SDL_GL_DeleteContext(context_);
     SDL_DestroyWindow(window_);
@@ -71,8 +74,7 @@ class SdlWindow final : public Window {
   }
 
   std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override {
-    return gpu::create_gl33(
-        &SDL_GL_GetProcAddress, [](void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }, window_, problem);
+    return gpu::create_gl33(&SDL_GL_GetProcAddress, is_offscreen_ ? &finish : &swap, window_, problem);
   }
 
   void drawable_size(int& width, int& height) const override { SDL_GL_GetDrawableSize(window_, &width, &height); }
@@ -93,6 +95,12 @@ class SdlWindow final : public Window {
   }
 
  private:
+  static void swap(void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }
+  // Nobody waits for a picture that is not shown: without this the driver piles up the frames.
+  static void finish(void*) {
+    static const auto finish_all = reinterpret_cast<void (*)()>(SDL_GL_GetProcAddress("glFinish"));
+    if (finish_all != nullptr) finish_all();
+  }
   void report_size() {
     int width = 0, height = 0;
     SDL_GetWindowSize(window_, &width, &height);
@@ -152,6 +160,7 @@ class SdlWindow final : public Window {
 
   SDL_Window* window_;
   SDL_GLContext context_;
+  bool is_offscreen_;
   bool closed_ = false;
 };
 
@@ -188,7 +197,7 @@ std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& p
   }
   SDL_SetWindowMinimumSize(window, 320, 180);
   SDL_GL_SetSwapInterval(options.vsync ? 1 : 0);
-  return std::make_unique<SdlWindow>(window, context);
+  return std::make_unique<SdlWindow>(window, context, options.offscreen);
 }
 
 void show_error_dialog(const std::string& title, const std::string& text) {
