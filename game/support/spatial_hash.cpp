@@ -12,7 +12,11 @@ int cell_of(Real coordinate) { return saturate_int32(floor(coordinate / kCellSiz
 }  // namespace
 }  // namespace arena::game
 
-GLOBAL_SCRIPT(SPATIAL_HASH) { global[grid] = ds_grid_create(kCells, kCells); }
+// Empty from the beginning, also where no controller clears it.
+GLOBAL_SCRIPT(SPATIAL_HASH) {
+  global[grid] = ds_grid_create(kCells, kCells);
+  grid_clear();
+}
 
 SCRIPT(grid_clear) { ds_grid_clear(global[grid], noone); }
 

@@ -1,0 +1,239 @@
+// From the preparation room through waves and rewards, by keys and pointer.
+#include <algorithm>
+#include <cstdlib>
+
+#include "engine/audio/audio.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+constexpr int kKeyEscape = 27;
+
+class Preparation : public TestGame {
+ protected:
+  Preparation() : TestGame("rPrepare") {}
+  std::string room_after_a_frame() { return ask({{"step", 1}})["room"].get<std::string>(); }
+};
+
+TEST_F(Preparation, ThePlayerStandsArmedBesideTheFirstModifier) {
+  check({{"[oPlayer.gun.name, oPlayer.gun.max_slots, oPlayer.gun.faction]", "[\"Pistol\",3,1]"},
+         {"instance_number(oModifierPickup)", "1"},
+         {"point_distance(oPlayer.x, oPlayer.y, oModifierPickup.x, oModifierPickup.y) <= 128", "true"},
+         {"[oPrepare1.start_timer, oPrepare1.start_timer_on]", "[60,false]"}});
+  step(10);
+  check({{"[oPrepare1.start_timer, oPrepare1.start_timer_on]", "[60,false]"}});
+  eval("m = oModifierPickup.modifier");
+  key('E', true);
+  step();  // taken, and being a key it opens the arena
+  check({{"room_get_name(room)", "rArena"}, {"instance_exists(oPrepare1)", "false"}, {"oPlayer.gun", "-4"}, {"oPlayer.hp", "100"}});
+}
+
+TEST_F(Preparation, TheCountdownOpensTheArena) {
+  eval("with (oModifierPickup) { instance_destroy() } 1");
+  step();
+  check({{"oPrepare1.start_timer_on", "true"}, {"oPrepare1.start_timer < 60", "true"}});
+  eval("oPrepare1.start_timer = 0.05");
+  ask({{"sounds", true}});
+  step(4);
+  check({{"room_get_name(room)", "rArena"}});
+  bool jingle = false;
+  const auto sounds = ask({{"sounds", true}})["sounds"];
+  for (const auto& sound : sounds) jingle = jingle || (sound["sound"] == 0 && sound["gain"] == 0.25);
+  EXPECT_TRUE(jingle);
+}
+
+TEST_F(Preparation, EscapeLeavesAndIsNoOtherKey) {
+  key(kKeyEscape, true);
+  const auto reply = ask({{"step", 1}});
+  EXPECT_EQ(reply["ended"], true);
+  EXPECT_EQ(reply["room"], "rPrepare");
+}
+
+class Waves : public ArenaGame {
+ protected:
+  Waves() { step(2); }
+  void start_wave(int number) { eval("oLevel1.wave_count = " + std::to_string(number - 1) + "; oLevel1.wave_timer = 0"), step(); }
+  void kill_all() { eval("with (oParentEnemy) { instance_destroy() } 1"); }
+  // Clicks the middle of a GUI place.
+  void click(double x, double y) {
+    ask({{"mouse", {x, y}}, {"gui", true}});
+    step();
+    ask({{"button", 1}, {"down", true}});
+    step();
+    ask({{"button", 1}, {"down", false}});
+    step();
+  }
+};
+
+TEST_F(Waves, GrowByFourAndEveryTenthIsABoss) {
+  check({{"[oLevel1.wave_count, oLevel1.wave_time, oLevel1.wave_pause, oLevel1.reward_screen]", "[0,60,false,-1]"},
+         {"instance_number(oGunPickup) == 1 && oGunPickup.weapon_stats == global.weapons.omega_cannon", "true"},
+         {"[oGunPickup.x - oPlayer.x, oGunPickup.y - oPlayer.y]", "[0,-100]"}});
+  step(60 * 4 + 50);
+  check({{"instance_number(oParentEnemy)", "0"}, {"oLevel1.reward_screen", "-1"}});  // no reward before the first wave
+  step(15);
+  check({{"[instance_number(oEnemy), oLevel1.wave_count, oLevel1.wave_time]", "[4,1,70]"}, {"oLevel1.wave_timer > 59.7", "true"}});
+  const struct { int wave, mobs, bosses; } rows[] = {{2, 8, 0}, {9, 36, 0}, {10, 0, 1}, {11, 44, 0}, {20, 0, 1}};
+  for (const auto& row : rows) {
+    kill_all();
+    start_wave(row.wave);
+    EXPECT_EQ(number("instance_number(oEnemy)"), row.mobs) << "wave " << row.wave;
+    EXPECT_EQ(number("instance_number(oEnemyBoss)"), row.bosses) << "wave " << row.wave;
+  }
+  kill_all();
+  start_wave(30 + 9);
+  eval("lo = 99999; hi = 0; with (oEnemy) { global.lo = min(global.lo, xstart, ystart); global.hi = max(global.hi, xstart, ystart) } 1");
+  EXPECT_GE(number("lo"), 500);
+  EXPECT_LE(number("hi"), 3572);
+  EXPECT_LT(number("lo"), 600);
+  EXPECT_GT(number("hi"), 3472) << "all of the room's width, also downwards";
+}
+
+TEST_F(Waves, AClearedWaveOffersOneOfTwoCards) {
+  start_wave(3);
+  kill_all();
+  step();
+  check({{"[oLevel1.wave_pause, oLevel1.wave_timer]", "[true,5]"},
+         {"s = oLevel1.reward_screen; [s.name, array_length(s.content)]", "[\"rewardScreen\",2]"},
+         {"s.content[0].getData(\"gun\").rarity", "2"},  // ceil(3 / 2)
+         {"array_length(s.content[0].content)", "4"},
+         {"s.content[0].content[2].value", "________________________"},
+         {"s.content[0].color == getColorByRarity(2)", "true"}});
+  step(60);
+  check({{"[oLevel1.wave_timer, oLevel1.wave_count]", "[5,3]"}});  // the clock stands still
+  eval("gun = s.content[0].getData(\"gun\"); px = oPlayer.x; with (oGunPickup) { instance_destroy() } 1");
+  click(640 - 108, 360);
+  check({{"oLevel1.wave_pause", "false"},
+         {"[instance_number(oGunPickup), oGunPickup.x == px, oGunPickup.weapon_stats == gun]", "[1,true,true]"},
+         {"instance_number(oModifierPickup)", "0"}});
+  step(60 * 5);
+  check({{"oLevel1.wave_count", "4"}});
+  kill_all();
+  step();
+  eval("mod = oLevel1.reward_screen.content[1].getData(\"mod\")");
+  click(640 + 108, 360);
+  check({{"[instance_number(oModifierPickup), oModifierPickup.modifier == mod]", "[1,true]"}});
+}
+
+TEST_F(Waves, TheWaitIsOnlyCutShortOnceAndTheScreenDoesNotStopEscape) {
+  start_wave(9);
+  kill_all();
+  step();
+  eval("first = oLevel1.reward_screen");
+  step(5);
+  check({{"oLevel1.reward_screen == first", "true"}});
+  key(kKeyEscape, true);
+  EXPECT_EQ(ask({{"step", 1}})["ended"], true);
+}
+
+TEST_F(Waves, TheHudShowsTheGunsSlots) {
+  check({{"array_length(global.ui_weapon.content)", "0"}});
+  eval("oPlayer.takeGun(oGunPickup)");
+  check({{"array_length(global.ui_weapon.content)", "7"},  // the picture and six slots
+         {"array_length(global.ui_weapon.content[1].content)", "1"},
+         {"array_length(global.ui_weapon.content[2].content)", "0"},
+         {"global.ui_weapon.content[1].content[0].value", "24"}});
+  eval("oPlayer.gun.addModifier(global.modifiers.power); oControl.updateWeaponUI()");
+  check({{"array_length(global.ui_weapon.content[2].content)", "1"}});
+  eval("oPlayer.dropGun()");
+  check({{"array_length(global.ui_weapon.content)", "0"}});
+  eval("with (oPlayer) { instance_destroy() } 1");
+  check({{"oControl.updateWeaponUI()", "undefined"}});
+}
+
+TEST_F(Waves, DeathShowsTheKills) {
+  eval("global.statistics.kills = 12; oPlayer.takeGun(oGunPickup); oPlayer.takeDamage(150, 0, 0)");
+  check({{"oDeathScreen.text", "You are dead!\nKills: 12\nPress SPACE to restart!"},
+         {"[oPlayer.is_dead, oPlayer.gun, instance_number(oGunPickup)]", "[true,-4,1]"}});
+  step();
+  bool drawn = false;
+  const auto draws = ask({{"draws", true}})["draws"];
+  for (const auto& call : draws) {
+    drawn = drawn || (call["call"] == "draw_text_transformed" && call["args"][0] == 640 && call["args"][1] == 360 && call["args"][3] == 2);
+  }
+  EXPECT_TRUE(drawn);
+  key(32, true);
+  step();
+  check({{"instance_exists(oDeathScreen)", "false"}, {"global.statistics.kills", "0"}});
+}
+
+// A device that takes note of what it should play.
+class Listener final : public audio::Device {
+ public:
+  explicit Listener(std::size_t& most) : most_(most) {}
+  void load(const std::vector<audio::Clip>&) override {}
+  void follow(const std::vector<audio::Voice>& voices, const audio::Device::Listener&, audio::Falloff, double) override {
+    most_ = std::max(most_, voices.size());
+  }
+
+ private:
+  std::size_t& most_;
+};
+
+TEST(SoundDevice, TheSameGameWithAndWithoutADevice) {
+  std::size_t most = 0;
+  std::string hashes[2];
+  for (int with_device = 0; with_device < 2; ++with_device) {
+    std::string notes, problem;
+    host::GameOptions options;
+    options.data = data::open_data_file(data_file_path(), problem);
+    options.room = "rArena";
+    options.has_seed = true;
+    options.seed = 4;
+    if (with_device == 1) options.audio_device = std::make_unique<Listener>(most);
+    const auto game = host::Game::start(std::move(options), notes, problem);
+    console::Console console(*game);
+    console.answer(R"({"step": 5})");
+    console.answer(
+        R"x({"eval": "oPlayer.takeGun(createGunPickup(0, 0, global.weapons.shotgun)); oLevel1.wave_count = 8; oLevel1.wave_timer = 0"})x");
+    console.answer(R"({"button": 1, "down": true})");
+    console.answer(R"({"step": 400})");
+    console.answer(R"x({"eval": "with (oEnemy) { takeDamage(60, x, y - 9, 50) } 1"})x");
+    console.answer(R"({"step": 200})");
+    hashes[with_device] = console.answer(R"({"hash": true})");
+  }
+  EXPECT_EQ(hashes[0], hashes[1]);
+  EXPECT_GT(most, 3u);
+}
+
+TEST_F(Waves, SoundsOfOneAssetShareAVoiceForAMoment) {
+  audio::Audio& model = audio::audio();
+  const auto groups = [&](int sound) {
+    int count = 0;
+    for (const audio::Voice& voice : model.sounding()) count += voice.sound == sound;
+    return count;
+  };
+  eval("a = playSoundAt(1, oPlayer.x + 1900, oPlayer.y)");
+  step(2);  // 33 ms
+  eval("b = playSoundAt(1, oPlayer.x, oPlayer.y); c = audio_play_sound(1, 1, false)");
+  EXPECT_EQ(groups(1), 2) << "those with a place, and the one without";
+  for (const audio::Voice& voice : model.sounding()) {
+    if (voice.sound != 1 || !voice.is_positional) continue;
+    EXPECT_EQ(voice.x, number("oPlayer.x")) << "the loudest is heard";
+  }
+  eval("audio_sound_pitch(b, 0.5)");
+  check({{"a != b && audio_exists(a) && audio_exists(b) && audio_is_playing(b)", "true"},
+         {"[audio_sound_get_pitch(a), audio_sound_get_pitch(b)]", "[1,0.50]"},
+         {"audio_stop_sound(a); [audio_is_playing(a), audio_is_playing(b)]", "[false,true]"}});
+  EXPECT_EQ(groups(1), 2);
+  step(2);
+  eval("d = playSoundAt(1, oPlayer.x, oPlayer.y)");
+  EXPECT_EQ(groups(1), 3) << "67 ms after the first";
+  for (int i = 0; i < 300; ++i) eval("audio_play_sound(0, 0, true); 1");
+  EXPECT_EQ(groups(0), 300) << "loops keep to themselves";
+  check({{"audio_exists(audio_play_sound(5, 0, false))", "true"}});
+}
+
+// Preparation, waves, loot, rewards, death and the next run, with nobody at the keys.
+TEST(Demo, PlaysWithoutAnError) {
+#ifdef ARENA_STRESS
+  const std::string frames = "900";
+#else
+  const std::string frames = "21600";
+#endif
+  EXPECT_EQ(WEXITSTATUS(std::system((ARENA_BINARY "/arena --headless --demo --seed 2 --frames " + frames + " 2>/dev/null").c_str())), 0);
+}
+
+}  // namespace
+}  // namespace arena::test
