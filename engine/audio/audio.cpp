@@ -103,6 +103,8 @@ void Audio::reset() {
   started_.clear();
   fades_.clear();
   starts_.clear();
+  next_handle_ = kFirstHandle;
+  clock_ = 0;
   master_gain = 1;
 }
 void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {

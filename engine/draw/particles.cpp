@@ -292,6 +292,7 @@ const BuiltinTable table(kEntries);
 void reset_particles() {
   systems.clear();
   types.clear();
+  next_system = 1;
 }
 
 }  // namespace arena::draw

@@ -114,7 +114,10 @@ StampLayer* find_stamp_layer(std::int32_t handle) {
   return found != layers.end() ? found->second.get() : nullptr;
 }
 
-void reset_stamp_layers() { layers.clear(); }
+void reset_stamp_layers() {
+  layers.clear();
+  next_handle = 1;
+}
 
 namespace {
 

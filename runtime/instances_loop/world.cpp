@@ -7,6 +7,7 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/instances_loop/cameras.h"
+#include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/resolve.h"
@@ -225,6 +226,11 @@ void World::shut_down() {
   forget_run();
   restart_wanted = ended = false;
   room = -1;
+  // The next game of this process is the same as the first of another one.
+  pages_.clear();
+  next_id_ = kFirstId;
+  next_layer_id_ = 0;
+  game_clock = {};
 }
 
 void World::carry_out_requests() {

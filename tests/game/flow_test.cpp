@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "engine/audio/audio.h"
+#include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -179,10 +180,12 @@ TEST(SoundDevice, TheSameGameWithAndWithoutADevice) {
     host::GameOptions options;
     options.data = data::open_data_file(data_file_path(), problem);
     options.room = "rArena";
+    options.extra_objects = probe_objects();
     options.has_seed = true;
     options.seed = 4;
     if (with_device == 1) options.audio_device = std::make_unique<Listener>(most);
     const auto game = host::Game::start(std::move(options), notes, problem);
+    ASSERT_NE(game, nullptr) << problem;
     console::Console console(*game);
     console.answer(R"({"step": 5})");
     console.answer(
