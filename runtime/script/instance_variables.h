@@ -9,6 +9,9 @@
 
 namespace arena::script {
 
+// What a write brings about besides, for the fields that are plain memory.
+inline void nothing_follows(CInstance&) {}
+
 // Reads and writes one plain field of an instance. `after` is what a write sets off.
 template <double CInstance::*field, void (*after)(CInstance&)>
 class FieldAccess {
@@ -29,12 +32,12 @@ class FieldAccess {
  private:
   void write(double number) {
     instance_.*field = number;
-    if constexpr (after != nullptr) after(instance_);
+    after(instance_);
   }
   CInstance& instance_;
 };
 
-template <double CInstance::*field, void (*after)(CInstance&) = nullptr>
+template <double CInstance::*field, void (*after)(CInstance&) = nothing_follows>
 class InstanceField : public BuiltinName {
  public:
   explicit InstanceField(const char* name) : BuiltinName(name, field) {}
