@@ -35,6 +35,7 @@ struct RequestError {
 // The console's last value lives on until the next one.
 class LastValue final : public Holder {
  public:
+  LastValue() : Holder(Keeps::kToolState) {}
   void visit_values(ValueVisitor& visitor) override { visitor(value); }
   RValue value;
 };

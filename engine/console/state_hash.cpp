@@ -100,7 +100,7 @@ std::uint64_t state_hash() {
   for (CInstance* instance : world().all()) {
     if (instance->is_alive) hasher.instance(*instance);
   }
-  Holder::visit_all(hasher);
+  Holder::visit_game_state(hasher);
   return hasher.hash;
 }
 

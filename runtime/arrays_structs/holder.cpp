@@ -6,7 +6,7 @@ Holder* first = nullptr;
 Holder* last = nullptr;
 }  // namespace
 
-Holder::Holder() : previous_(last) {
+Holder::Holder(Keeps keeps) : keeps_(keeps), previous_(last) {
   if (last != nullptr) {
     last->next_ = this;
   } else {
@@ -30,6 +30,12 @@ Holder::~Holder() {
 
 void Holder::visit_all(ValueVisitor& visitor) {
   for (Holder* holder = first; holder != nullptr; holder = holder->next_) holder->visit_values(visitor);
+}
+
+void Holder::visit_game_state(ValueVisitor& visitor) {
+  for (Holder* holder = first; holder != nullptr; holder = holder->next_) {
+    if (holder->keeps_ == Keeps::kGameState) holder->visit_values(visitor);
+  }
 }
 
 }  // namespace arena

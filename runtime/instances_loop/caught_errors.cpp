@@ -15,12 +15,9 @@ class UnhandledHandler final : public Holder {
   void visit_values(ValueVisitor& visitor) override { visitor(function); }
   RValue function;
 };
-UnhandledHandler& unhandled() {
-  static auto* const handler = new UnhandledHandler;
-  return *handler;
-}
+UnhandledHandler unhandled;
 
-void exception_unhandled_handler(const RValue& function) { unhandled().function = function; }
+void exception_unhandled_handler(const RValue& function) { unhandled.function = function; }
 
 const BuiltinEntry kEntries[] = {{"exception_unhandled_handler", builtin<exception_unhandled_handler>}};
 const BuiltinTable table(kEntries);
@@ -39,7 +36,7 @@ RValue exception_value(const WBKSLException& error) {
 }
 
 void tell_unhandled_error(const WBKSLException& error) {
-  const RValue function = unhandled().function;  // it may set another while it runs
+  const RValue function = unhandled.function;  // it may set another while it runs
   if (function.is_undefined()) return;
   const RValue told = exception_value(error);
   const RValue* arguments[] = {&told};
@@ -47,6 +44,6 @@ void tell_unhandled_error(const WBKSLException& error) {
   call_method(nullptr, nullptr, ignored, 1, function, arguments);
 }
 
-void reset_unhandled_handler() { unhandled().function = RValue(); }
+void reset_unhandled_handler() { unhandled.function = RValue(); }
 
 }  // namespace arena

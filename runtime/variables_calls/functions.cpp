@@ -21,10 +21,11 @@ std::vector<ScriptFunction> extensions;
 
 constexpr std::string_view kScriptPrefix = "ksl_Script_";
 
+// By name, for the order of the chain is the linker's.
 class Statics final : public Holder {
  public:
   void visit_values(ValueVisitor& visitor) override {
-    for (CompiledFunction* function = first_function; function != nullptr; function = function->next) {
+    for (const CompiledFunction* function : scripts) {
       if (function->statics != nullptr) visitor(RValue::of_object(function->statics));
     }
   }
