@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/elementary.h"
 #include "bench/fight.h"
 #include "bench/lua_crowd.h"
 #include "bench/micro_scripts.h"
@@ -180,6 +181,7 @@ int main(int argc, char** argv) {
       world().enter_room(2);
       run_micro();
       bench::run_services();
+      bench::run_elementary();
       return 0;
     }
   }

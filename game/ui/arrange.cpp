@@ -1,5 +1,5 @@
 // From widgets to boxes and back: the tree is laid out, and every widget learns where it stands and what clips it.
-#include <cstdlib>
+#include <charconv>
 #include <deque>
 
 #include "game/ui/layout/flexbox.h"
@@ -60,9 +60,9 @@ Length length_of(const RValue* given) {
   if (!given->is_string()) return {};
   const std::string_view text = text_of(*given);
   if (text == "auto" || text.empty()) return {};
-  char* end = nullptr;
-  const double number = std::strtod(text.data(), &end);
-  return *end == '%' ? Length::percent(number) : Length::pixels(number);
+  double number = 0;
+  const char* const end = std::from_chars(text.data(), text.data() + text.size(), number).ptr;
+  return end != text.data() + text.size() && *end == '%' ? Length::percent(number) : Length::pixels(number);
 }
 
 Justify justify_of(int given) {
