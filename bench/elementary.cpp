@@ -40,14 +40,13 @@ const Row kRows[] = {
 };
 
 double nanoseconds(double (*function)(double, double), const std::vector<double>& first, const std::vector<double>& second) {
-  static volatile double sink = 0;
   double best = 1e9, sum = 0;
   for (int round = 0; round < kRounds; ++round) {
     const auto start = std::chrono::steady_clock::now();
     for (std::size_t i = 0; i < kArguments; ++i) sum += function(first[i], second[i]);
     best = std::min(best, std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count());
   }
-  sink = sum;
+  if (sum == 0.5) std::printf(" ");  // the sum is wanted, or nothing would be computed
   return best / kArguments;
 }
 

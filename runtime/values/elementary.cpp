@@ -96,16 +96,15 @@ Pair log_of(double number) {
     const Pair sum = sum_of_ordered(r, -0.5 * square.high);
     return sum_of_ordered(sum.high, sum.low - 0.5 * square.low + r * square.high * log_tail(r, square.high));
   }
-  // The reciprocal is short, so both products are exact, and so is the sum of the high parts: all are multiples of 2^-42.
-  const double upper_part = upper(parts.part);
-  const double r_high = upper_part * reciprocal - 1, r_low = (parts.part - upper_part) * reciprocal;
-  const double high = (parts.exponent * kLn2.high + kLogarithms[parts.interval].high) + r_high;
+  // The reciprocal and the part's upper digits are short, so that both products, the sum of the high parts (all are multiples of 2^-42)
+  // and the square are exact.
+  const double upper_part = from_bits(bits(parts.part) & 0xFFFFFFFFC0000000u);
+  const double r_high = upper_part * reciprocal - 1, r_low = (parts.part - upper_part) * reciprocal, r = r_high + r_low;
+  const double high = (parts.exponent * kLn2.high + kLogarithms[parts.interval].high) + r_high, square = r_high * r_high;
   const double low = parts.exponent * kLn2.low + kLogarithms[parts.interval].low;
-  const Pair r = sum_of(r_high, r_low);
-  const Pair square = product_of(r.high, r.high);
-  const Pair sum = sum_of_ordered(high, -0.5 * square.high);
-  const double rest = (low - 0.5 * square.low - r.high * r.low) + r.high * square.high * log_tail(r.high, square.high);
-  return sum_of_ordered(sum.high, (sum.low + r_low) + rest);
+  const Pair sum = sum_of_ordered(high, -0.5 * square);
+  const double rest = r * r * r * log_tail(r, r * r) - r_low * (r_high + 0.5 * r_low);
+  return sum_of_ordered(sum.high, (sum.low + r_low) + (low + rest));
 }
 
 // --- angles ---
@@ -152,7 +151,12 @@ Reduced reduce_far(double angle) {
 Reduced reduce(double angle) {
   if (std::fabs(angle) > 1e6) return reduce_far(angle);
   const double shifted = angle * kTwoOverPi + kRounder, quarters = shifted - kRounder;
-  const double first = angle - quarters * kHalfPiParts[0];
+  const double first = angle - quarters * kHalfPiParts[0];  // the products with the parts of 33 bits are exact
+  const double near = first - quarters * kHalfPiParts[1];
+  if (std::fabs(near) > 0x1p-10) {  // little was cancelled
+    const double low = ((first - near) - quarters * kHalfPiParts[1]) - quarters * kHalfPiParts[2];
+    return {sum_of_ordered(near, low), bits(shifted)};
+  }
   const Pair second = sum_of(first, -quarters * kHalfPiParts[1]);
   const Pair third = sum_of(second.high, -quarters * kHalfPiParts[2]);
   return {sum_of_ordered(third.high, (second.low + third.low) - quarters * kHalfPiParts[3]), bits(shifted)};
@@ -185,9 +189,9 @@ Pair fine_cosine(Pair x) {
   return sum_of_ordered(one, ((1 - one) - half) + (z.high * z.high * polynomial(kCosine, z.high) - (x.high * x.low + 0.5 * z.low)));
 }
 Pair quotient_of(Pair above, Pair below) {
-  const double quotient = above.high / below.high;
+  const double quotient = above.high / below.high, inverse = 1 / below.high;
   const Pair back = product_of(quotient, below.high);
-  return {quotient, (((above.high - back.high) - back.low) + above.low - quotient * below.low) / below.high};
+  return {quotient, (((above.high - back.high) - back.low) + above.low - quotient * below.low) * inverse};
 }
 
 // The arc tangent of y / x, 0 <= y <= x, x > 0, neither near the ends of the exponents.
@@ -215,9 +219,6 @@ Pair quadrant_angle(Pair y, Pair x) {
   return {sum.high, sum.low + (kHalfPi.low - other.low)};
 }
 
-bool is_odd(double whole) { return std::fmod(whole, 2) != 0; }
-bool is_whole(double number) { return std::floor(number) == number; }
-
 }  // namespace
 
 double exp(double power) {
@@ -244,37 +245,55 @@ double log(double number) {
   return high + ((r_low + low) + (r * square * log_tail(r, square) - 0.5 * square));
 }
 
+namespace {
+
+// size^exponent for a positive finite size.
+double power_of(double size, double exponent) {
+  if (std::fabs(exponent) < 0x1p-65) return 1;
+  const Pair logarithm = log_of(size);
+  if (std::fabs(exponent) > 0x1p100) return size == 1 ? 1 : (logarithm.high > 0) == (exponent > 0) ? kInfinity : 0;
+  const Pair power = product_of(exponent, logarithm.high);
+  if (std::fabs(power.high) > 746) return power.high > 0 ? kInfinity : 0;
+  return exp_of({power.high, power.low + exponent * logarithm.low});
+}
+
+}  // namespace
+
 double pow(double base, double exponent) {
+  if (base > 0 && base < kInfinity && std::fabs(exponent) < kInfinity) return power_of(base, exponent);
   if (exponent == 0 || base == 1) return 1;
   if (std::isnan(base) || std::isnan(exponent)) return kNan;
   const double size = std::fabs(base);
   if (std::isinf(exponent)) return size == 1 ? 1 : (size > 1) == (exponent > 0) ? kInfinity : 0;
-  const bool whole = is_whole(exponent);
-  const double sign = std::signbit(base) && whole && is_odd(exponent) ? -1 : 1;
+  const bool is_whole = std::floor(exponent) == exponent;
+  const double sign = std::signbit(base) && is_whole && std::fmod(exponent, 2) != 0 ? -1 : 1;
   if (size == 0 || size == kInfinity) return sign * ((size == 0) == (exponent > 0) ? 0 : kInfinity);
-  if (base < 0 && !whole) return kNan;
-  if (std::fabs(exponent) < 0x1p-65) return 1;
-  const Pair logarithm = log_of(size);
-  if (std::fabs(exponent) > 0x1p100) return size == 1 ? sign : sign * ((logarithm.high > 0) == (exponent > 0) ? kInfinity : 0);
-  const Pair power = product_of(exponent, logarithm.high);
-  if (std::fabs(power.high) > 746) return sign * (power.high > 0 ? kInfinity : 0);
-  return sign * exp_of({power.high, power.low + exponent * logarithm.low});
+  return is_whole ? sign * power_of(size, exponent) : kNan;
 }
+
+namespace {
+
+// The sine of an angle of so many quarters and a rest. Both series are worked out, for the processor cannot guess which one is wanted.
+double sine_at(Pair rest, std::uint64_t quarter) {
+  const double sine = near_sine(rest), cosine = near_cosine(rest);
+  const std::uint64_t chosen = (quarter & 1) != 0 ? bits(cosine) : bits(sine);
+  return from_bits(chosen ^ (quarter & 2) << 62);
+}
+
+}  // namespace
 
 double sin(double radians) {
   if (std::fabs(radians) <= kHalfPi.high / 2) return std::fabs(radians) < 0x1p-27 ? radians : near_sine({radians, 0});
   if (!(std::fabs(radians) < kInfinity)) return kNan;
   const Reduced angle = reduce(radians);
-  const double value = (angle.quarter & 1) != 0 ? near_cosine(angle.rest) : near_sine(angle.rest);
-  return (angle.quarter & 2) != 0 ? -value : value;
+  return sine_at(angle.rest, angle.quarter);
 }
 
 double cos(double radians) {
   if (std::fabs(radians) <= kHalfPi.high / 2) return near_cosine({radians, 0});
   if (!(std::fabs(radians) < kInfinity)) return kNan;
   const Reduced angle = reduce(radians);
-  const double value = (angle.quarter & 1) != 0 ? near_sine(angle.rest) : near_cosine(angle.rest);
-  return ((angle.quarter + 1) & 2) != 0 ? -value : value;
+  return sine_at(angle.rest, angle.quarter + 1);
 }
 
 double tan(double radians) {
@@ -282,7 +301,9 @@ double tan(double radians) {
   if (!(std::fabs(radians) < kInfinity)) return kNan;
   const Reduced angle = std::fabs(radians) <= kHalfPi.high / 2 ? Reduced{{radians, 0}, 0} : reduce(radians);
   const Pair sine = fine_sine(angle.rest), cosine = fine_cosine(angle.rest);
-  const Pair value = (angle.quarter & 1) != 0 ? quotient_of(cosine, {-sine.high, -sine.low}) : quotient_of(sine, cosine);
+  const bool is_odd = (angle.quarter & 1) != 0;
+  const Pair value = quotient_of({is_odd ? -cosine.high : sine.high, is_odd ? -cosine.low : sine.low},
+                                 {is_odd ? sine.high : cosine.high, is_odd ? sine.low : cosine.low});
   return value.high + value.low;
 }
 
