@@ -1,13 +1,14 @@
 // Start-up, the main loop and shut-down.
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 
 #include "apps/autoplayer.h"
+#include "apps/command_line.h"
 #include "apps/options.h"
 #include "apps/user_files.h"
 #include "engine/audio/openal/openal.h"
 #include "engine/console/console.h"
+#include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/host/game.h"
 #include "engine/platform/window.h"
@@ -24,12 +25,8 @@ constexpr std::int64_t kFrame = 16667;           // microseconds of a frame with
 constexpr std::int64_t kLongestFrame = 1000000;  // a stall counts as at most this
 constexpr std::int64_t kScreenshotEvery = 240;   // frames of an off-screen show
 
-std::string data_path(const Options& options, const char* program) {
-  if (!options.data.empty()) return options.data;
-  std::error_code ignored;
-  std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ignored);
-  if (ignored) self = std::filesystem::absolute(program);
-  return (self.parent_path() / "arena.dat").string();
+std::string data_path(const Options& options) {
+  return options.data.empty() ? files::utf8_of(files::program_file().parent_path() / "arena.dat") : options.data;
 }
 
 int fail(const std::string& problem, bool in_dialog, int status) {
@@ -73,25 +70,27 @@ void run_window(host::Game& game, platform::Window& window, const Options& optio
 // For machines without a display: the same game, off-screen and by itself, with pictures of it.
 void run_show(host::Game& game, const Options& options) {
   Autoplayer player;
+  const std::string folder = screenshot_folder();
   for (std::int64_t frame = 1; !world().ended && frame <= options.frames; ++frame) {
     player.play();
     game.run_frame(kFrame);
     if (frame % kScreenshotEvery != 0) continue;
-    const std::string path = "Screenshots/show-" + std::to_string(frame / kScreenshotEvery) + ".png";
+    const std::string path = folder + "/show-" + std::to_string(frame / kScreenshotEvery) + ".png";
     if (game.save_screenshot(path)) std::cerr << path << "\n";
   }
 }
 
-int run(const Options& options, const char* program) {
+int run(const Options& options) {
   std::string problem, notes;
   const bool wants_window = !options.headless;
   const bool shows_offscreen = wants_window && !platform::has_display();
   host::GameOptions game_options;
-  game_options.data = data::open_data_file(data_path(options, program), problem);
+  game_options.data = data::open_data_file(data_path(options), problem);
   if (game_options.data == nullptr) return fail(problem, wants_window, kBadData);
   game_options.room = options.room;
   game_options.has_seed = options.has_seed;
   game_options.seed = options.seed;
+  game_options.screenshot_folder = screenshot_folder;
 
   std::unique_ptr<platform::Window> window;
   const bool draws_offscreen = shows_offscreen || (options.headless && !options.screenshot.empty());
@@ -140,12 +139,12 @@ int main(int argc, char** argv) {
   using namespace arena::apps;
   Options options;
   std::string problem;
-  if (!parse_options(argc, argv, options, problem)) return fail(problem, false, kBadOption);
+  if (!parse_options(command_line(argc, argv), options, problem)) return fail(problem, false, kBadOption);
   if (options.shows_help) return std::cout << help_text(), kFine;
   if (options.shows_version) return std::cout << "arena " ARENA_VERSION "\n", kFine;
   start_log();
   try {
-    return run(options, argv[0]);
+    return run(options);
   } catch (const arena::WBKSLException& error) {
     const std::string path = write_crash_report(error.report());
     std::cerr << error.report() << (path.empty() ? "" : "The report was written to " + path + "\n");

@@ -15,7 +15,7 @@ bool read_number(const std::string& text, Number& number) {
 
 }  // namespace
 
-bool parse_options(int argc, char** argv, Options& options, std::string& problem) {
+bool parse_options(const std::vector<std::string>& arguments, Options& options, std::string& problem) {
   const std::map<std::string, std::function<void()>> switches = {{"--fullscreen", [&] { options.fullscreen = true; }},
                                                                  {"--no-vsync", [&] { options.vsync = false; }},
                                                                  {"--mute", [&] { options.mute = true; }},
@@ -30,8 +30,8 @@ bool parse_options(int argc, char** argv, Options& options, std::string& problem
       {"--screenshot", [&](const std::string& value) { return options.screenshot = value, true; }},
       {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
       {"--frames", [&](const std::string& value) { return read_number(value, options.frames) && options.frames >= 0; }}};
-  for (int i = 1; i < argc; ++i) {
-    const std::string name = argv[i];
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& name = arguments[i];
     if (const auto found = switches.find(name); found != switches.end()) {
       found->second();
       continue;
@@ -41,12 +41,12 @@ bool parse_options(int argc, char** argv, Options& options, std::string& problem
       problem = "unknown option '" + name + "'; --help lists them";
       return false;
     }
-    if (i + 1 >= argc) {
+    if (i + 1 >= arguments.size()) {
       problem = "option '" + name + "' needs a value";
       return false;
     }
-    if (!found->second(argv[++i])) {
-      problem = "option '" + name + "' cannot take '" + argv[i] + "'";
+    if (!found->second(arguments[++i])) {
+      problem = "option '" + name + "' cannot take '" + arguments[i] + "'";
       return false;
     }
   }

@@ -2,6 +2,7 @@
 // The command line.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace arena::apps {
 
@@ -17,7 +18,7 @@ struct Options {
 };
 
 // False with one line in `problem` for a wrong option.
-bool parse_options(int argc, char** argv, Options& options, std::string& problem);
+bool parse_options(const std::vector<std::string>& arguments, Options& options, std::string& problem);
 std::string help_text();
 
 }  // namespace arena::apps

@@ -1,14 +1,15 @@
 #pragma once
-// Where logs and crash reports go: the user's data folder.
+// The files that the program keeps for its user: the log and reports of errors.
 #include <string>
 
 namespace arena::apps {
 
-// Made when it is not there; "" when there is none to be had.
-std::string user_data_folder();
-// Starts the log file of this run; lines go to standard error too.
+// From now on messages go to standard error and to arena.log in the user's data folder.
 void start_log();
-// Writes a report beside the log and gives its path; "" when that fails.
+// Writes crash-report.txt beside the log; its path, or "" when that fails.
 std::string write_crash_report(const std::string& report);
+// Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; arena in
+// the user's pictures when nothing can be written there.
+std::string screenshot_folder();
 
 }  // namespace arena::apps

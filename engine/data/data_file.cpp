@@ -7,6 +7,7 @@
 #include <set>
 
 #include "arena_generated.h"
+#include "engine/files/paths.h"
 
 namespace arena::data {
 namespace {
@@ -185,7 +186,7 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
 }
 
 std::unique_ptr<DataFile> open_data_file(const std::string& path, std::string& problem) {
-  std::ifstream stream(path, std::ios::binary);
+  std::ifstream stream(files::path_of(path), std::ios::binary);
   if (!stream) {
     problem = path + ": the data file cannot be opened";
     return nullptr;

@@ -27,7 +27,7 @@ std::uint32_t room_color() {
 Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file) : gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
   for (const data::Page* page : *file.content->pages()) {
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(page->width()) * static_cast<std::size_t>(page->height()) * 4);
-    uLongf size = pixels.size();
+    uLongf size = static_cast<uLongf>(pixels.size());
     uncompress(pixels.data(), &size, page->pixels()->data(), page->pixels()->size());  // a short page stays transparent
     pages_.push_back({gpu.create_texture(page->width(), page->height(), pixels.data()), static_cast<double>(page->width()),
                       static_cast<double>(page->height())});

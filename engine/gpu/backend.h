@@ -28,6 +28,14 @@ class Backend {
   virtual void draw(std::uint32_t texture, const State& state, const Vertex* vertices, std::size_t count) = 0;
   virtual void end_frame() = 0;
   virtual std::vector<std::uint8_t> read_pixels(int width, int height) = 0;
+
+  // A device that can go away: a driver is renewed, a graphics card unplugged. From then on calls do nothing and every id is dead, until
+  // restore() answers true; gpu.cpp, which keeps copies for such a backend, then makes everything anew.
+  virtual bool can_be_lost() const { return false; }
+  virtual bool is_lost() const { return false; }
+  virtual bool restore() { return true; }
+  // As if the device went away now; for tests.
+  virtual void lose() {}
 };
 
 }  // namespace arena::gpu

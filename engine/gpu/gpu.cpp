@@ -19,15 +19,24 @@ bool same_state(const State& a, const State& b) {
 Gpu::Gpu(std::unique_ptr<Backend> backend) : backend_(std::move(backend)), textures_(1), meshes_(1) { waiting_.reserve(kLargestBatch); }
 Gpu::~Gpu() = default;
 
-// The id of a free place, or 0 when there is none.
-std::uint32_t Gpu::take_slot(std::vector<Slot>& slots, std::uint32_t backend_id) {
+// A free place, taken; null when there is none.
+Gpu::Slot* Gpu::take_slot(std::vector<Slot>& slots) {
   std::size_t place = 1;
   while (place < slots.size() && slots[place].serial % 2 == 1) ++place;
-  if (backend_id == 0 || place >> kPlaceBits != 0) return 0;
+  if (place >> kPlaceBits != 0) return nullptr;
   if (place == slots.size()) slots.emplace_back();
-  slots[place].backend_id = backend_id;
   ++slots[place].serial;
-  return slots[place].serial << kPlaceBits | static_cast<std::uint32_t>(place);
+  return &slots[place];
+}
+
+// 0 when the backend could not make what stands there: the place is free again. While the device is lost nothing can be made, yet the id
+// is good: restoring makes it.
+std::uint32_t Gpu::id_of(std::vector<Slot>& slots, Slot& slot) {
+  if (slot.backend_id == 0 && !backend_->is_lost()) {
+    ++slot.serial;
+    return 0;
+  }
+  return slot.serial << kPlaceBits | static_cast<std::uint32_t>(&slot - slots.data());
 }
 
 Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint32_t id) {
@@ -37,7 +46,15 @@ Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint32_t id) {
 }
 
 TextureId Gpu::create_texture(int width, int height, const std::uint8_t* pixels) {
-  return {take_slot(textures_, backend_->create_texture(width, height, pixels))};
+  Slot* const slot = take_slot(textures_);
+  if (slot == nullptr) return {};
+  slot->backend_id = backend_->create_texture(width, height, pixels);
+  if (backend_->can_be_lost()) {
+    slot->width = width;
+    slot->height = height;
+    slot->pixels.assign(pixels, pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+  }
+  return {id_of(textures_, *slot)};
 }
 
 void Gpu::destroy_texture(TextureId texture) {
@@ -45,7 +62,7 @@ void Gpu::destroy_texture(TextureId texture) {
   if (slot == nullptr) return;
   flush();
   backend_->destroy_texture(slot->backend_id);
-  ++slot->serial;
+  *slot = {0, slot->serial + 1, 0, 0, {}, {}};
 }
 
 std::uint32_t Gpu::backend_texture(TextureId texture) {
@@ -53,13 +70,19 @@ std::uint32_t Gpu::backend_texture(TextureId texture) {
   return slot != nullptr ? slot->backend_id : 0;
 }
 
-MeshId Gpu::create_mesh(const Vertex* vertices, std::size_t count) { return {take_slot(meshes_, backend_->create_mesh(vertices, count))}; }
+MeshId Gpu::create_mesh(const Vertex* vertices, std::size_t count) {
+  Slot* const slot = take_slot(meshes_);
+  if (slot == nullptr) return {};
+  slot->backend_id = backend_->create_mesh(vertices, count);
+  if (backend_->can_be_lost()) slot->vertices.assign(vertices, vertices + count);
+  return {id_of(meshes_, *slot)};
+}
 
 void Gpu::destroy_mesh(MeshId mesh) {
   Slot* slot = find_slot(meshes_, mesh.value);
   if (slot == nullptr) return;
   backend_->destroy_mesh(slot->backend_id);
-  ++slot->serial;
+  *slot = {0, slot->serial + 1, 0, 0, {}, {}};
 }
 
 void Gpu::draw_mesh(const State& state, MeshId mesh, const Transform& transform) {
@@ -75,6 +98,7 @@ void Gpu::begin_frame(int width, int height, std::uint32_t clear_color) {
   height_ = height;
   now_ = {};
   waiting_.clear();
+  if (backend_->is_lost()) restore_device();
   backend_->begin_frame(width, height, clear_color);
 }
 
@@ -108,6 +132,21 @@ void Gpu::end_frame() {
   backend_->end_frame();
   last_ = now_;
   state_ = {};
+}
+
+void Gpu::lose_device() {
+  flush();
+  backend_->lose();
+}
+
+void Gpu::restore_device() {
+  if (!backend_->restore()) return;
+  for (Slot& slot : textures_) {
+    if (slot.serial % 2 == 1) slot.backend_id = backend_->create_texture(slot.width, slot.height, slot.pixels.data());
+  }
+  for (Slot& slot : meshes_) {
+    if (slot.serial % 2 == 1) slot.backend_id = backend_->create_mesh(slot.vertices.data(), slot.vertices.size());
+  }
 }
 
 std::vector<std::uint8_t> Gpu::read_pixels() {

@@ -81,6 +81,8 @@ class Gpu {
   void flush();
   // Shows the frame.
   void end_frame();
+  // As if the graphics card went away now; does nothing where that cannot happen.
+  void lose_device();
   // RGBA rows from the top, of the frame as drawn so far.
   std::vector<std::uint8_t> read_pixels();
   int width() const { return width_; }
@@ -93,8 +95,14 @@ class Gpu {
   struct Slot {
     std::uint32_t backend_id = 0;
     std::uint32_t serial = 0;  // even: free
+    // What it is made of, kept for backends whose device can be lost.
+    int width = 0, height = 0;
+    std::vector<std::uint8_t> pixels;
+    std::vector<Vertex> vertices;
   };
-  static std::uint32_t take_slot(std::vector<Slot>& slots, std::uint32_t backend_id);
+  static Slot* take_slot(std::vector<Slot>& slots);
+  std::uint32_t id_of(std::vector<Slot>& slots, Slot& slot);
+  void restore_device();
   static Slot* find_slot(std::vector<Slot>& slots, std::uint32_t id);
   std::uint32_t backend_texture(TextureId texture);
 

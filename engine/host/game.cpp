@@ -3,11 +3,13 @@
 #include <png.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
 #include "engine/draw/particles.h"
 #include "engine/draw/stamps.h"
+#include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
@@ -19,6 +21,7 @@
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/arguments.h"
+#include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena::host {
@@ -61,7 +64,12 @@ void forget_run() {
 }
 
 void screen_save_numbered() { screenshot_wanted = true; }
-const BuiltinEntry kEntries[] = {{"screen_save_numbered", builtin<screen_save_numbered>}};
+// For tests of what happens when the graphics card goes away.
+void gpu_debug_lose_device() {
+  if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
+}
+const BuiltinEntry kEntries[] = {{"screen_save_numbered", builtin<screen_save_numbered>},
+                                 {"gpu_debug_lose_device", builtin<gpu_debug_lose_device>}};
 const BuiltinTable table(kEntries);
 
 void load_clips(const data::File& content) {
@@ -111,6 +119,7 @@ std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::
   game->gpu_ = std::make_unique<gpu::Gpu>(std::move(options.backend));
   game->draw_ = std::make_unique<draw::Draw>(*game->gpu_, *game->data_);
   game->audio_device_ = std::move(options.audio_device);
+  game->screenshot_folder_ = std::move(options.screenshot_folder);
   draw::use_draw_service(game->draw_.get());
   set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, before_handler});
   load_clips(*game->data_->content);
@@ -135,7 +144,8 @@ void Game::run_frame(std::int64_t microseconds) {
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
   if (screenshot_wanted) {
     screenshot_wanted = false;
-    save_screenshot(free_screenshot_name("Screenshots"));
+    const std::string path = free_screenshot_name(screenshot_folder_ ? screenshot_folder_() : "Screenshots");
+    if (!save_screenshot(path)) log_message(path + ": the picture cannot be written");
   }
 }
 
@@ -150,7 +160,7 @@ std::string Game::free_screenshot_name(const std::string& folder) {
     char name[32];
     std::snprintf(name, sizeof name, "/screenshot-%03d.png", number);
     std::error_code ignored;
-    if (!std::filesystem::exists(folder + name, ignored)) return folder + name;
+    if (!std::filesystem::exists(files::path_of(folder + name), ignored)) return folder + name;
   }
 }
 
@@ -165,13 +175,18 @@ bool Game::save_screenshot(const std::string& path) {
   image.height = static_cast<png_uint_32>(gpu_->height());
   image.format = PNG_FORMAT_RGBA;
   for (std::size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
-  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  std::error_code ignored;
-  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
-  const std::string fresh = path + ".new";
-  if (png_image_write_to_file(&image, fresh.c_str(), 0, pixels.data(), 0, nullptr) == 0) return false;
-  std::filesystem::rename(fresh, path, ignored);
-  return !ignored;
+  std::vector<char> encoded(PNG_IMAGE_PNG_SIZE_MAX(image));
+  png_alloc_size_t size = encoded.size();
+  if (png_image_write_to_memory(&image, encoded.data(), &size, 0, pixels.data(), 0, nullptr) == 0) return false;
+  const std::filesystem::path file = files::path_of(path), fresh = files::path_of(path + ".new");
+  std::error_code failure;
+  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), failure);
+  std::ofstream stream(fresh, std::ios::binary);
+  stream.write(encoded.data(), static_cast<std::streamsize>(size));
+  stream.close();
+  if (!stream) return false;
+  std::filesystem::rename(fresh, file, failure);
+  return !failure;
 }
 
 }  // namespace arena::host

@@ -1,6 +1,7 @@
 #pragma once
 // A game that runs: data file, world, drawing and sound, put together. What the program, the tests and the benches start from.
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ struct GameOptions {
   std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
   std::uint64_t seed = 0;
+  // Where numbered screenshots go, asked when one is taken; none: Screenshots in the current folder.
+  std::function<std::string()> screenshot_folder;
 };
 
 class Game {
@@ -37,7 +40,7 @@ class Game {
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);
   gpu::Gpu& gpu() { return *gpu_; }
-  // Writes the last frame as a PNG; false when that fails.
+  // Writes the last frame as a PNG, whole or not at all; false when that fails.
   bool save_screenshot(const std::string& path);
   static std::string free_screenshot_name(const std::string& folder);
 
@@ -47,6 +50,7 @@ class Game {
   std::unique_ptr<gpu::Gpu> gpu_;
   std::unique_ptr<draw::Draw> draw_;
   std::unique_ptr<audio::Device> audio_device_;
+  std::function<std::string()> screenshot_folder_;
 };
 
 }  // namespace arena::host

@@ -1,12 +1,18 @@
 // The window on SDL 2.
+#define SDL_MAIN_HANDLED
 #include <SDL.h>
 
 #include <cstdlib>
 
-#include "engine/gpu/backend.h"
-#include "engine/gpu/gl33/gl33.h"
 #include "engine/platform/window.h"
+#include "engine/platform/window_graphics.h"
 #include "runtime/instances_loop/input_state.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include "engine/files/paths.h"
+#endif
 
 namespace arena::platform {
 namespace {
@@ -57,12 +63,11 @@ void push_size(int width, int height) {
 
 class SdlWindow final : public Window {
  public:
-  SdlWindow(SDL_Window* window, SDL_GLContext context, bool is_offscreen)
-      : window_(window), context_(context), is_offscreen_(is_offscreen) {
+  SdlWindow(SDL_Window* window, std::unique_ptr<WindowGraphics> graphics) : window_(window), graphics_(std::move(graphics)) {
     report_size();
   }
   ~SdlWindow() override {
-    SDL_GL_DeleteContext(context_);
+    graphics_.reset();
     SDL_DestroyWindow(window_);
     SDL_Quit();
   }
@@ -73,11 +78,8 @@ class SdlWindow final : public Window {
     return !closed_;
   }
 
-  std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override {
-    return gpu::create_gl33(&SDL_GL_GetProcAddress, is_offscreen_ ? &finish : &swap, window_, problem);
-  }
-
-  void drawable_size(int& width, int& height) const override { SDL_GL_GetDrawableSize(window_, &width, &height); }
+  std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override { return graphics_->create_backend(problem); }
+  void drawable_size(int& width, int& height) const override { graphics_->drawable_size(width, height); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
   void toggle_fullscreen() override { SDL_SetWindowFullscreen(window_, is_fullscreen() ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP); }
   bool is_fullscreen() const override {
@@ -95,12 +97,6 @@ class SdlWindow final : public Window {
   }
 
  private:
-  static void swap(void* window) { SDL_GL_SwapWindow(static_cast<SDL_Window*>(window)); }
-  // Nobody waits for a picture that is not shown: without this the driver piles up the frames.
-  static void finish(void*) {
-    static const auto finish_all = reinterpret_cast<void (*)()>(SDL_GL_GetProcAddress("glFinish"));
-    if (finish_all != nullptr) finish_all();
-  }
   void report_size() {
     int width = 0, height = 0;
     SDL_GetWindowSize(window_, &width, &height);
@@ -159,8 +155,7 @@ class SdlWindow final : public Window {
   }
 
   SDL_Window* window_;
-  SDL_GLContext context_;
-  bool is_offscreen_;
+  std::unique_ptr<WindowGraphics> graphics_;
   bool closed_ = false;
 };
 
@@ -175,33 +170,33 @@ bool has_display() {
 }
 
 std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& problem) {
-  if (options.offscreen) SDL_setenv("SDL_VIDEODRIVER", "offscreen", 1);
+  SDL_SetMainReady();
+  const Uint32 wanted = prepare_graphics(options.offscreen);
   if (SDL_Init(SDL_INIT_VIDEO) != 0) {
     problem = std::string("no window can be opened: ") + SDL_GetError();
     return nullptr;
   }
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
-  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-  const Uint32 flags =
-      SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | (options.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+  const Uint32 flags = wanted | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI | (options.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
   SDL_Window* window =
       SDL_CreateWindow(options.title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, options.width, options.height, flags);
-  SDL_GLContext context = window != nullptr ? SDL_GL_CreateContext(window) : nullptr;
-  if (context == nullptr) {
-    problem = std::string("no window with OpenGL 3.3 can be opened: ") + SDL_GetError();
+  if (window == nullptr) problem = std::string("no window can be opened: ") + SDL_GetError();
+  std::unique_ptr<WindowGraphics> graphics = window != nullptr ? open_graphics(window, options.vsync, options.offscreen, problem) : nullptr;
+  if (graphics == nullptr) {
     if (window != nullptr) SDL_DestroyWindow(window);
     SDL_Quit();
     return nullptr;
   }
   SDL_SetWindowMinimumSize(window, 320, 180);
-  SDL_GL_SetSwapInterval(options.vsync ? 1 : 0);
-  return std::make_unique<SdlWindow>(window, context, options.offscreen);
+  return std::make_unique<SdlWindow>(window, std::move(graphics));
 }
 
 void show_error_dialog(const std::string& title, const std::string& text) {
+#ifdef _WIN32
+  // The system's own box: its text can be copied with Ctrl+C.
+  MessageBoxW(nullptr, files::path_of(text).c_str(), files::path_of(title).c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+#else
   SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, title.c_str(), text.c_str(), nullptr);
+#endif
 }
 
 std::int64_t steady_microseconds() {

@@ -1,5 +1,5 @@
 #pragma once
-// The window, its input and its OpenGL context.
+// The window and its input.
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@ struct WindowOptions {
   std::string title = "Arena";
   int width = 1280, height = 720;
   bool fullscreen = false, vsync = true;
-  bool offscreen = false;  // a real context without a display
+  bool offscreen = false;  // nobody sees it
 };
 
 class Window {

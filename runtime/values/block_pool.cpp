@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace arena::detail {
 namespace {
@@ -18,7 +19,7 @@ char* slab = nullptr;
 std::size_t slab_left = 0;
 
 void* system_block(std::size_t bytes) {
-  void* block = std::aligned_alloc(kCacheLine, (bytes + kCacheLine - 1) / kCacheLine * kCacheLine);
+  void* block = ::operator new(bytes, std::align_val_t(kCacheLine), std::nothrow);
   if (block == nullptr) std::abort();
   return block;
 }
@@ -63,7 +64,7 @@ void free_slow(void* block, std::size_t rounded) {
   block_pool.in_use -= rounded;
   if (kStressBuild) std::memset(block, 0xDD, rounded);
   if (rounded > kLargestPooledBlock) {
-    std::free(block);
+    ::operator delete(block, std::align_val_t(kCacheLine));
     return;
   }
   FreeBlock* freed = static_cast<FreeBlock*>(block);

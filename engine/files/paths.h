@@ -1,0 +1,24 @@
+#pragma once
+// Paths are UTF-8 everywhere in the program; here they become what the system wants, and here the system's own folders are known.
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace arena::files {
+
+inline std::filesystem::path path_of(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
+inline std::string utf8_of(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+// The running program; empty when the system does not tell.
+std::filesystem::path program_file();
+// Where this user's logs and reports go: %LOCALAPPDATA%\arena, or arena in the XDG data folder. Made on demand; empty when it cannot be.
+std::filesystem::path user_data_folder();
+// Where this user keeps pictures; empty when unknown.
+std::filesystem::path pictures_folder();
+// Whether a file can be made there; makes the folder when it is missing.
+bool can_write_in(const std::filesystem::path& folder);
+
+}  // namespace arena::files
