@@ -7,6 +7,7 @@
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/conversions.h"
+#include "runtime/values/elementary.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena::apps {
@@ -53,7 +54,8 @@ const CInstance* first_of(const char* object) {
   }
   return nullptr;
 }
-double distance(const CInstance& a, const CInstance& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+double length(double x, double y) { return elementary::sqrt(x * x + y * y); }
+double distance(const CInstance& a, const CInstance& b) { return length(a.x - b.x, a.y - b.y); }
 const CInstance* nearest_of(const char* object, const CInstance& to) {
   const CInstance* nearest = nullptr;
   for (const CInstance* each : all_of(object)) {
@@ -132,19 +134,19 @@ double Autoplayer::danger_at(Point place, const CInstance* goal) const {
   double danger = 0, nearest = 1e9;
   for (const CInstance* each : all_of("oParentEnemy")) {
     if (!each->is_alive) continue;
-    const double away = std::hypot(each->x - place.x, each->y - place.y);
+    const double away = length(each->x - place.x, each->y - place.y);
     nearest = std::fmin(nearest, away);
     if (away < kComfort) danger += 3 * (1 - away / kComfort) * (1 - away / kComfort);
     if (away < kTouch) danger += 8 * (1 - away / kTouch);
   }
   for (const CInstance* each : all_of("oBulletGrenade")) {
-    const double away = std::hypot(each->x - place.x, each->y - place.y);
+    const double away = length(each->x - place.x, each->y - place.y);
     if (each->is_alive && away < kBlast) danger += 6 * (1 - away / kBlast);
   }
   const double right = world().room_width + kBeyondRoom - kWall, bottom = world().room_height + kBeyondRoom - kWall;
   danger +=
       (std::fmax(0, kWall - place.x) + std::fmax(0, kWall - place.y) + std::fmax(0, place.x - right) + std::fmax(0, place.y - bottom)) / 60;
-  if (goal != nullptr) return danger + std::hypot(goal->x - place.x, goal->y - place.y) / 150;
+  if (goal != nullptr) return danger + length(goal->x - place.x, goal->y - place.y) / 150;
   return nearest < 1e9 && nearest > kHunt ? danger + (nearest - kHunt) / 300 : danger;
 }
 
@@ -155,7 +157,7 @@ void Autoplayer::walk(const CInstance& player, const CInstance* goal) {
   for (int direction = 0; direction <= 8; ++direction) {
     const double angle = (direction - 1) * 0.7853981633974483, reach = direction == 0 ? 0 : kAhead;
     const double danger =
-        danger_at({player.x + reach * std::cos(angle), player.y - reach * std::sin(angle)}, goal) - (direction == direction_ ? 0.12 : 0);
+        danger_at({player.x + reach * elementary::cos(angle), player.y - reach * elementary::sin(angle)}, goal) - (direction == direction_ ? 0.12 : 0);
     if (danger >= least) continue;
     least = danger;
     best = direction;

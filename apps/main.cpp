@@ -1,5 +1,6 @@
 // Start-up, the main loop and shut-down.
 #include <algorithm>
+#include <fstream>
 #include <iostream>
 
 #include "apps/autoplayer.h"
@@ -8,6 +9,7 @@
 #include "apps/user_files.h"
 #include "engine/audio/openal/openal.h"
 #include "engine/console/console.h"
+#include "engine/console/state_hash.h"
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/host/game.h"
@@ -23,6 +25,7 @@ enum ExitStatus { kFine = 0, kBadData = 1, kBadOption = 2, kScriptError = 3 };
 
 constexpr std::int64_t kFrame = 16667;           // microseconds of a frame without a screen to wait for
 constexpr std::int64_t kLongestFrame = 1000000;  // a stall counts as at most this
+constexpr std::int64_t kHashEvery = 600;         // frames
 constexpr std::int64_t kScreenshotEvery = 240;   // frames of an off-screen show
 
 std::string data_path(const Options& options) {
@@ -40,13 +43,18 @@ void run_console(host::Game& game) {
   for (std::string line; !console.has_quit() && std::getline(std::cin, line);) std::cout << console.answer(line) << std::endl;
 }
 
-// Without a window: frames as fast as they come.
-void run_headless(host::Game& game, const Options& options) {
+// Without a window: frames as fast as they come. False when the hashes could not be written.
+bool run_headless(host::Game& game, const Options& options) {
   Autoplayer player;
+  std::ofstream hashes;
+  if (!options.hashes.empty()) hashes.open(files::path_of(options.hashes));
   for (std::int64_t frame = 0; !world().ended && frame != options.frames; ++frame) {
     if (options.demo) player.play();
     game.run_frame(kFrame);
+    if (hashes.is_open() && (frame + 1) % kHashEvery == 0)
+      hashes << frame + 1 << " " << std::hex << console::state_hash() << std::dec << "\n";
   }
+  return options.hashes.empty() || hashes.flush().good();
 }
 
 void run_window(host::Game& game, platform::Window& window, const Options& options) {
@@ -124,7 +132,7 @@ int run(const Options& options) {
   } else if (window != nullptr && wants_window) {
     run_window(*game, *window, options);
   } else {
-    run_headless(*game, options);
+    if (!run_headless(*game, options)) return fail(options.hashes + ": the hashes cannot be written", false, kBadData);
   }
   if (!options.screenshot.empty() && !game->save_screenshot(options.screenshot)) {
     return fail(options.screenshot + ": the picture cannot be written", false, kBadData);

@@ -27,6 +27,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
   const std::map<std::string, std::function<bool(const std::string&)>> settings = {
       {"--data", [&](const std::string& value) { return options.data = value, true; }},
       {"--room", [&](const std::string& value) { return options.room = value, true; }},
+      {"--hashes", [&](const std::string& value) { return options.hashes = value, true; }},
       {"--screenshot", [&](const std::string& value) { return options.screenshot = value, true; }},
       {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
       {"--frames", [&](const std::string& value) { return read_number(value, options.frames) && options.frames >= 0; }}};
@@ -50,8 +51,8 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       return false;
     }
   }
-  if (options.console && !options.headless) {
-    problem = "--console goes with --headless";
+  if ((options.console || !options.hashes.empty()) && !options.headless) {
+    problem = std::string(options.console ? "--console" : "--hashes") + " goes with --headless";
     return false;
   }
   return true;
@@ -70,6 +71,7 @@ std::string help_text() {
          "  --demo             the game plays itself\n"
          "  --frames N         ends after N frames\n"
          "  --screenshot FILE  writes a PNG at the end\n"
+         "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"
          "  --version, --help\n";
 }
 

@@ -10,6 +10,7 @@ struct Options {
   std::string data;  // "": arena.dat beside the executable
   std::string room;
   std::string screenshot;  // written when the program ends
+  std::string hashes;      // gets a line every 600 frames
   bool has_seed = false;
   std::uint64_t seed = 0;
   std::int64_t frames = -1;  // ends after so many; -1: never

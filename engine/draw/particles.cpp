@@ -138,7 +138,7 @@ void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) cons
     const std::uint32_t one = type.colors[from], two = type.colors[from + 1];
     const float size = each.size * (1 + static_cast<float>(type.size_end - 1) * share);
     double angle = static_cast<double>(each.angle);
-    if (type.follows_direction) angle += std::atan2(static_cast<double>(-each.vy), static_cast<double>(each.vx)) / kDegree;
+    if (type.follows_direction) angle += elementary::atan2(static_cast<double>(-each.vy), static_cast<double>(each.vx)) / kDegree;
     on.state.blend = type.adds ? gpu::Blend::kAdd : gpu::Blend::kNormal;
     stream.add(type.sprite, type.frame, each.x, each.y, size, angle, one == two ? one : mixed(one, two, half), alpha);
   }

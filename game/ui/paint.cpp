@@ -40,7 +40,7 @@ std::string shown_text(const Value& widget) {
   if (shown != nullptr) {
     const RValue* decimals = optional_field(widget, rounding);
     if (decimals != nullptr && is_numeric(*shown)) {
-      const double scale = std::pow(10.0, std::clamp(to_real(*decimals), 0.0, 6.0));
+      const double scale = elementary::pow(10.0, std::clamp(to_real(*decimals), 0.0, 6.0));
       text += to_text(RValue(std::round(to_real(*shown) * scale) / scale));
     } else {
       text += to_text(*shown);

@@ -16,6 +16,7 @@ BuiltinTable* first_table = nullptr;
 StaticMethod* first_static_method = nullptr;
 StaticsChain* first_chain = nullptr;
 std::vector<CompiledFunction*> scripts, handlers;
+std::vector<const StaticMethod*> static_methods;
 std::vector<BuiltinEntry> builtins;
 std::vector<ScriptFunction> extensions;
 
@@ -78,6 +79,10 @@ int build_function_tables(std::vector<std::string>& problems) {
     builtins.insert(builtins.end(), table->entries, table->entries + table->count);
   }
   std::sort(builtins.begin(), builtins.end(), [](const BuiltinEntry& a, const BuiltinEntry& b) { return std::strcmp(a.name, b.name) < 0; });
+  for (const StaticMethod* method = first_static_method; method != nullptr; method = method->next) static_methods.push_back(method);
+  std::sort(static_methods.begin(), static_methods.end(), [](const StaticMethod* a, const StaticMethod* b) {
+    return std::strcmp(a->code.name, b->code.name) < 0;  // the order of the chain is the linker's
+  });
   note_doubles(scripts, problems);
   note_doubles(handlers, problems);
   for (std::size_t i = 1; i < builtins.size(); ++i) {
@@ -130,7 +135,7 @@ PropertyObject* statics_of(CompiledFunction& function) {
   for (const StaticsChain* chain = first_chain; chain != nullptr; chain = chain->next) {
     if (&chain->derived == &function) statics->prototype = statics_of(chain->base);
   }
-  for (const StaticMethod* method = first_static_method; method != nullptr; method = method->next) {
+  for (const StaticMethod* method : static_methods) {
     if (&method->owner != &function) continue;
     RValue closure;
     make_method(closure, method->code, nullptr);

@@ -107,16 +107,16 @@ TEST(DataFile, MeaningIsChecked) {
 
 TEST(DataFile, TheProgramSaysItInOneLineAndEndsWithStatusOne) {
   const std::string lines = temporary_path("lines");
-  const std::string command = "cd / && " ARENA_BINARY "/arena --headless --data /nowhere/x.dat 2>" + lines;
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_EQ(run_program("--headless --data /nowhere/x.dat", lines), 1);
   std::ifstream stream(lines);
   std::string line, more;
   std::getline(stream, line);
   EXPECT_EQ(line, "arena: /nowhere/x.dat: the data file cannot be opened");
   EXPECT_FALSE(std::getline(stream, more)) << more;
-  EXPECT_EQ(WEXITSTATUS(std::system(ARENA_BINARY "/arena --wrong 2>/dev/null")), 2);
+  EXPECT_EQ(run_program("--wrong"), 2);
 }
 
+#ifndef _WIN32  // the packer runs where the program is built
 TEST(DataFile, PackingAgainGivesTheSameBytes) {
   const std::string again = temporary_path("again.dat"), cache = temporary_path("cache");
   std::filesystem::remove_all(cache);
@@ -125,6 +125,7 @@ TEST(DataFile, PackingAgainGivesTheSameBytes) {
   const std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
   EXPECT_TRUE(bytes == packed());
 }
+#endif
 
 }  // namespace
 }  // namespace arena::test

@@ -235,7 +235,7 @@ TEST(Demo, PlaysWithoutAnError) {
 #else
   const std::string frames = "21600";
 #endif
-  EXPECT_EQ(WEXITSTATUS(std::system((ARENA_BINARY "/arena --headless --demo --seed 2 --frames " + frames + " 2>/dev/null").c_str())), 0);
+  EXPECT_EQ(run_program("--headless --demo --seed 2 --frames " + frames), 0);
 }
 
 }  // namespace

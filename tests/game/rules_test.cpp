@@ -1,6 +1,7 @@
 // The game's rules, with numbers worked out by hand from them.
 #include <cmath>
 
+#include "runtime/values/elementary.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -274,7 +275,8 @@ TEST_F(Rules, ShotsNeverHitTheirShooterAndNeverTunnel) {
       "oPlayer.gun.bullet_lifetime = 0.2");
   ask({{"button", 1}, {"down", true}});
   for (int angle = 0; angle < 360; angle += 5) {
-    ask({{"mouse", {1000 + 3000 * std::cos(angle * M_PI / 180), 1000 - 3000 * std::sin(angle * M_PI / 180)}}});
+    const double radians = angle * elementary::kPi / 180;
+    ask({{"mouse", {1000 + 3000 * elementary::cos(radians), 1000 - 3000 * elementary::sin(radians)}}});
     step(4);
     ASSERT_EQ(eval("oPlayer.hp"), "100") << "shot himself at " << angle;
   }

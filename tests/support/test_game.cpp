@@ -17,6 +17,16 @@ namespace arena::test {
 std::string data_file_path() { return ARENA_DATA_FILE; }
 std::string temporary_path(const std::string& name) { return ::testing::TempDir() + "arena-test-" + std::to_string(getpid()) + "-" + name; }
 
+int run_program(const std::string& arguments, const std::string& errors_to) {
+#ifdef _WIN32
+  const std::string errors = errors_to.empty() ? "NUL" : errors_to;
+  return std::system(("\"\"" ARENA_BINARY "/arena.exe\" " + arguments + " 2>\"" + errors + "\"\"").c_str());
+#else
+  const std::string errors = errors_to.empty() ? "/dev/null" : errors_to;
+  return WEXITSTATUS(std::system(("cd / && " ARENA_BINARY "/arena " + arguments + " 2>" + errors).c_str()));
+#endif
+}
+
 TestGame::TestGame(const char* room) {
   InputEvent size;  // another test may have opened a window of its own
   size.type = InputEvent::Type::kWindowSize;

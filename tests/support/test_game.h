@@ -44,6 +44,8 @@ class ArenaGame : public TestGame {
 std::string data_file_path();
 // A path for a temporary file that no other test run uses.
 std::string temporary_path(const std::string& name);
+// Runs the program itself to its end; its exit status. What it writes to standard error goes to a file, or nowhere.
+int run_program(const std::string& arguments, const std::string& errors_to = "");
 // What must hold after every frame of every game; "" when it does.
 std::string broken_invariant();
 

@@ -91,11 +91,11 @@ class OpenAl final : public LoopbackDevice {
       if (source == nullptr && each.handle == 0) source = &each;
     }
     if (source == nullptr) return;
-    if (is_new) start(*source, voice);
     if (voice.is_positional)
       alSource3f(source->name, AL_POSITION, static_cast<float>(voice.x), static_cast<float>(voice.y), static_cast<float>(voice.z));
     alSourcef(source->name, AL_GAIN, static_cast<float>(voice.gain));
     alSourcef(source->name, AL_PITCH, static_cast<float>(voice.pitch));
+    if (is_new) start(*source, voice);  // it begins where it is meant to be, and as loud
     ALint state = 0;
     alGetSourcei(source->name, AL_SOURCE_STATE, &state);
     if (voice.is_paused && state == AL_PLAYING) alSourcePause(source->name);
