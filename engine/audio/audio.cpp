@@ -106,6 +106,8 @@ void Audio::reset() {
   next_handle_ = kFirstHandle;
   clock_ = 0;
   master_gain = 1;
+  listener = {};
+  falloff = Falloff::kNone;
 }
 void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
   for_matching(handle_or_sound, [&](Voice& voice) { voice.is_paused = paused; });

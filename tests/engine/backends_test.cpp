@@ -1,10 +1,14 @@
 // Small pictures that prove what backend.h promises, and the falloff of sound measured in rendered samples.
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 
 #include "engine/audio/openal/openal.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
+#include "tests/engine/scenes.h"
 #include "tests/support/test_game.h"
 
 #ifdef __SANITIZE_ADDRESS__
@@ -27,26 +31,45 @@ using gpu::Vertex;
 
 constexpr std::uint32_t kRed = 0xFF0000FF, kHalfGreen = 0x8000FF00;
 
-void solid(gpu::Gpu& on, float x1, float y1, float x2, float y2, std::uint32_t color, gpu::Blend blend = gpu::Blend::kNormal) {
-  const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, color, static_cast<float>(gpu::Paint::kSolid)}; };
-  const Vertex vertices[] = {corner(x1, y1), corner(x2, y1), corner(x2, y2), corner(x1, y1), corner(x2, y2), corner(x1, y2)};
-  on.draw({{}, blend, 1, {}}, vertices, 6);
-}
-
 std::string pixel(const std::vector<std::uint8_t>& pixels, int x, int y) {
-  const std::size_t at = (static_cast<std::size_t>(y) * 64 + static_cast<std::size_t>(x)) * 4;
+  const std::size_t at = (static_cast<std::size_t>(y) * kSceneSize + static_cast<std::size_t>(x)) * 4;
   return std::to_string(pixels[at]) + "," + std::to_string(pixels[at + 1]) + "," + std::to_string(pixels[at + 2]);
 }
 
-TEST(Pictures, OpenGlKeepsTheContract) {
+// The backend of this platform, drawing where nobody sees it.
+class Pictures : public ::testing::Test {
+ protected:
+  Pictures() {
+    const DriverKeepsMemory allowed;
+    platform::WindowOptions options;
+    options.offscreen = true;
+    options.width = options.height = kSceneSize;
+    window_ = platform::open_window(options, problem_);
+    if (window_ != nullptr) gpu_ = std::make_unique<gpu::Gpu>(window_->create_backend(problem_));
+  }
+  ~Pictures() override {
+    const DriverKeepsMemory allowed;
+    gpu_.reset();
+    window_.reset();
+  }
+  void SetUp() override { ASSERT_NE(gpu_, nullptr) << problem_; }
+  std::vector<std::uint8_t> picture_of(const Scene& scene) {
+    gpu_->begin_frame(kSceneSize, kSceneSize, 0);
+    scene.draw(*gpu_);
+    std::vector<std::uint8_t> pixels = gpu_->read_pixels();
+    gpu_->end_frame();
+    return pixels;
+  }
+
+  std::string problem_;
+  std::unique_ptr<platform::Window> window_;
+  std::unique_ptr<gpu::Gpu> gpu_;
+};
+
+TEST_F(Pictures, TheBackendKeepsTheContract) {
   const DriverKeepsMemory allowed;
-  std::string problem;
-  platform::WindowOptions options;
-  options.offscreen = true;
-  options.width = options.height = 64;
-  const auto window = platform::open_window(options, problem);
-  ASSERT_NE(window, nullptr) << problem;
-  gpu::Gpu on(window->create_backend(problem));
+  gpu::Gpu& on = *gpu_;
+
   // Two by two: red, green over blue, white; rows from the top.
   const std::uint8_t four[16] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255};
   const gpu::TextureId texture = on.create_texture(2, 2, four);
@@ -79,15 +102,10 @@ TEST(Pictures, OpenGlKeepsTheContract) {
   EXPECT_EQ(pixel(on.read_pixels(), 18, 18), "0,0,0") << "a stale id draws nothing";
 }
 
-TEST(Pictures, ClipsAndMeshes) {
+TEST_F(Pictures, ClipsAndMeshes) {
   const DriverKeepsMemory allowed;
-  std::string problem;
-  platform::WindowOptions options;
-  options.offscreen = true;
-  options.width = options.height = 64;
-  const auto window = platform::open_window(options, problem);
-  ASSERT_NE(window, nullptr) << problem;
-  gpu::Gpu on(window->create_backend(problem));
+  gpu::Gpu& on = *gpu_;
+
   const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, kRed, static_cast<float>(gpu::Paint::kSolid)}; };
   const Vertex square[] = {corner(0, 0), corner(8, 0), corner(8, 8), corner(0, 0), corner(8, 8), corner(0, 8)};
   const gpu::MeshId mesh = on.create_mesh(square, 6);
@@ -122,7 +140,60 @@ TEST(Pictures, ClipsAndMeshes) {
   EXPECT_EQ(pixel(on.read_pixels(), 33, 41), "0,0,0") << "a stale id draws nothing";
 }
 
-TEST(Pictures, StatesThatDoNotChangeShareADraw) {
+// Everything that the graphics card held comes back, under the ids that the engine knows.
+TEST_F(Pictures, SurviveTheLossOfTheDevice) {
+  const DriverKeepsMemory allowed;
+  const std::uint8_t green[4] = {0, 255, 0, 255};
+  const gpu::TextureId texture = gpu_->create_texture(1, 1, green), gone = gpu_->create_texture(1, 1, green);
+  const auto corner = [&](float x, float y) { return Vertex{x, y, 0, 0, 0xFFFFFFFF, static_cast<float>(gpu::Paint::kTexture)}; };
+  const Vertex square[] = {corner(0, 0), corner(64, 0), corner(64, 64), corner(0, 0), corner(64, 64), corner(0, 64)};
+  const gpu::MeshId mesh = gpu_->create_mesh(square, 6);
+  gpu_->destroy_texture(gone);
+  const std::vector<std::uint8_t> before = picture_of(scenes().front());
+  gpu_->begin_frame(kSceneSize, kSceneSize, 0);
+  gpu_->lose_device();
+  solid(*gpu_, 0, 0, 9, 9, kRed);  // into nothing
+  const gpu::TextureId made_meanwhile = gpu_->create_texture(1, 1, green);
+  gpu_->end_frame();
+  EXPECT_EQ(picture_of(scenes().front()), before);
+  for (const gpu::TextureId each : {texture, made_meanwhile}) {
+    gpu_->begin_frame(kSceneSize, kSceneSize, 0);
+    gpu_->draw_mesh({each, gpu::Blend::kNormal, 1, {}}, mesh, {0.5F, 0, 0, 0.5F, 0, 0});
+    EXPECT_EQ(pixel(gpu_->read_pixels(), 20, 20), "0,255,0");
+    EXPECT_EQ(pixel(gpu_->read_pixels(), 40, 40), "0,0,0");
+    gpu_->end_frame();
+  }
+}
+
+// A window that changes its size, down to nothing as a minimised one has it.
+TEST_F(Pictures, FollowTheSizeOfTheTarget) {
+  const DriverKeepsMemory allowed;
+  for (const int size : {64, 200, 0, 33, 64}) {
+    gpu_->begin_frame(size, size, 0);
+    solid(*gpu_, 0, 0, 1000, 1000, kRed);
+    const std::vector<std::uint8_t> pixels = gpu_->read_pixels();
+    gpu_->end_frame();
+    ASSERT_EQ(pixels.size(), static_cast<std::size_t>(size) * static_cast<std::size_t>(size) * 4);
+    if (size == 64) {
+      EXPECT_EQ(pixel(pixels, 63, 63), "255,0,0");
+    }
+  }
+}
+
+// For the comparison of platforms: every scene as raw bytes, beside the program.
+TEST_F(Pictures, OfAllScenesAreKeptForComparison) {
+  const DriverKeepsMemory allowed;
+  std::filesystem::create_directories(ARENA_BINARY "/scenes");
+  for (const Scene& scene : scenes()) {
+    const std::vector<std::uint8_t> pixels = picture_of(scene);
+    EXPECT_TRUE(std::any_of(pixels.begin(), pixels.end(), [](std::uint8_t channel) { return channel > 100 && channel < 255; }))
+        << scene.name;
+    std::ofstream(std::string(ARENA_BINARY "/scenes/") + scene.name, std::ios::binary)
+        .write(reinterpret_cast<const char*>(pixels.data()), static_cast<std::streamsize>(pixels.size()));
+  }
+}
+
+TEST(Batches, StatesThatDoNotChangeShareADraw) {
   auto recorder = std::make_unique<gpu::Recorder>();
   gpu::Recorder& seen = *recorder;
   gpu::Gpu on(std::move(recorder));
