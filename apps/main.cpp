@@ -71,6 +71,7 @@ void run_window(host::Game& game, platform::Window& window, const Options& optio
       now = platform::steady_microseconds();
     }
     game.run_frame(std::clamp<std::int64_t>(now - before, 1, kLongestFrame));
+    if (window.takes_screenshot()) game.take_screenshot();
     before = now;
   }
 }

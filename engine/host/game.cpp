@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
@@ -142,11 +143,12 @@ void Game::run_frame(std::int64_t microseconds) {
   arena::run_frame(microseconds);
   audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
-  if (screenshot_wanted) {
-    screenshot_wanted = false;
-    const std::string path = free_screenshot_name(screenshot_folder_ ? screenshot_folder_() : "Screenshots");
-    if (!save_screenshot(path)) log_message(path + ": the picture cannot be written");
-  }
+  if (std::exchange(screenshot_wanted, false)) take_screenshot();
+}
+
+void Game::take_screenshot() {
+  const std::string path = free_screenshot_name(screenshot_folder_ ? screenshot_folder_() : "Screenshots");
+  log_message(path + (save_screenshot(path) ? "" : ": the picture cannot be written"));
 }
 
 void Game::set_target_size(int width, int height) {

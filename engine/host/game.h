@@ -42,6 +42,8 @@ class Game {
   gpu::Gpu& gpu() { return *gpu_; }
   // Writes the last frame as a PNG, whole or not at all; false when that fails.
   bool save_screenshot(const std::string& path);
+  // The same under the first free number, in the folder for screenshots; a failure is logged.
+  void take_screenshot();
   static std::string free_screenshot_name(const std::string& folder);
 
  private:

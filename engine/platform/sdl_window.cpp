@@ -3,6 +3,7 @@
 #include <SDL.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "engine/platform/window.h"
 #include "engine/platform/window_graphics.h"
@@ -80,6 +81,7 @@ class SdlWindow final : public Window {
 
   std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override { return graphics_->create_backend(problem); }
   void drawable_size(int& width, int& height) const override { graphics_->drawable_size(width, height); }
+  bool takes_screenshot() override { return std::exchange(takes_screenshot_, false); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
   void toggle_fullscreen() override { SDL_SetWindowFullscreen(window_, is_fullscreen() ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP); }
   bool is_fullscreen() const override {
@@ -142,6 +144,10 @@ class SdlWindow final : public Window {
       if (down) toggle_fullscreen();
       return;
     }
+    if (key.keysym.sym == SDLK_F12) {
+      takes_screenshot_ = takes_screenshot_ || down;
+      return;
+    }
     if (const int code = key_code(key.keysym.sym)) push_key(code, down);
   }
 
@@ -156,7 +162,7 @@ class SdlWindow final : public Window {
 
   SDL_Window* window_;
   std::unique_ptr<WindowGraphics> graphics_;
-  bool closed_ = false;
+  bool closed_ = false, takes_screenshot_ = false;
 };
 
 }  // namespace
