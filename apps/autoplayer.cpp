@@ -199,7 +199,7 @@ void Autoplayer::play() {
     const bool is_time = ++waited_ > kPatience;
     tap(kKeySpace, is_over && is_time);
     tap('E', prepares && is_time);
-    if (is_time && (held_[kKeySpace] || held_['E'])) waited_ = 0;
+    if (is_time && (held_[kKeySpace] || held_[static_cast<int>('E')])) waited_ = 0;
     return;
   }
   hold(kKeySpace, false);

@@ -9,12 +9,6 @@
 #include "engine/platform/window_graphics.h"
 #include "runtime/instances_loop/input_state.h"
 
-#ifdef _WIN32
-#include <windows.h>
-
-#include "engine/files/paths.h"
-#endif
-
 namespace arena::platform {
 namespace {
 
@@ -194,15 +188,6 @@ std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& p
   }
   SDL_SetWindowMinimumSize(window, 320, 180);
   return std::make_unique<SdlWindow>(window, std::move(graphics));
-}
-
-void show_error_dialog(const std::string& title, const std::string& text) {
-#ifdef _WIN32
-  // The system's own box: its text can be copied with Ctrl+C.
-  MessageBoxW(nullptr, files::path_of(text).c_str(), files::path_of(title).c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
-#else
-  SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, title.c_str(), text.c_str(), nullptr);
-#endif
 }
 
 std::int64_t steady_microseconds() {

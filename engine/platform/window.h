@@ -36,6 +36,7 @@ class Window {
 // Null and a sentence in `problem` when there is no display or no suitable graphics driver.
 std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& problem);
 bool has_display();
+// Returns when it was closed. Its text can be copied with Ctrl+C on Windows.
 void show_error_dialog(const std::string& title, const std::string& text);
 // Microseconds of a steady clock.
 std::int64_t steady_microseconds();
