@@ -76,15 +76,17 @@ void distance_fields(gpu::Gpu& on) {
   textured(on, circle, 2, 2, 40, 0, 0, 40, 0xFF40C0FF, Paint::kField, {{}, Blend::kNormal, 10, {}});
   textured(on, circle, 44, 44, 16, 0, 0, 16, 0xC0FFFFFF, Paint::kField, {{}, Blend::kNormal, 4, {}});
 }
+// No edge passes exactly through the middle of a pixel: which side has it is the driver's choice.
 void slanted_edges(gpu::Gpu& on) {
   for (int i = 0; i < 8; ++i) {
     const float way = static_cast<float>(i);
-    const Vertex triangle[] = {vertex(32, 32, 0, 0, 0xFF0000FF, Paint::kSolid), vertex(3 + 8 * way, 2, 0, 0, 0xFF00FF00, Paint::kSolid),
-                               vertex(9 + 7 * way, 5 + way, 0, 0, 0x80FF0000, Paint::kSolid)};
+    const Vertex triangle[] = {vertex(32.2F, 32.3F, 0, 0, 0xFF0000FF, Paint::kSolid),
+                               vertex(3.2F + 8 * way, 2.3F, 0, 0, 0xFF00FF00, Paint::kSolid),
+                               vertex(9.2F + 7 * way, 5.3F + way, 0, 0, 0x80FF0000, Paint::kSolid)};
     on.draw({}, triangle, 3);
   }
   solid(on, 0.25F, 40.25F, 20.75F, 60.75F, 0xFFFFFFFF);
-  solid(on, 30.5F, 40.5F, 50.5F, 60.5F, 0xFF00FFFF);
+  solid(on, 30.75F, 40.25F, 50.25F, 60.75F, 0xFF00FFFF);
 }
 void clips_and_meshes(gpu::Gpu& on) {
   std::vector<Vertex> strip;
