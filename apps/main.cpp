@@ -13,6 +13,7 @@
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/host/game.h"
+#include "engine/platform/crash_reports.h"
 #include "engine/platform/window.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/log.h"
@@ -152,6 +153,8 @@ int main(int argc, char** argv) {
   if (options.shows_help) return std::cout << help_text(), kFine;
   if (options.shows_version) return std::cout << "arena " ARENA_VERSION "\n", kFine;
   start_log();
+  arena::platform::report_crashes(crash_report_file(), "arena " ARENA_VERSION " crashed",
+                                  !options.headless && arena::platform::has_display());
   try {
     return run(options);
   } catch (const arena::WBKSLException& error) {

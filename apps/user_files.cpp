@@ -19,10 +19,14 @@ void start_log() {
   });
 }
 
-std::string write_crash_report(const std::string& report) {
+std::filesystem::path crash_report_file() {
   const std::filesystem::path folder = files::user_data_folder();
-  if (folder.empty()) return {};
-  const std::filesystem::path path = folder / "crash-report.txt";
+  return folder.empty() ? folder : folder / "crash-report.txt";
+}
+
+std::string write_crash_report(const std::string& report) {
+  const std::filesystem::path path = crash_report_file();
+  if (path.empty()) return {};
   std::ofstream stream(path);
   stream << report << std::flush;
   return stream ? files::utf8_of(path) : std::string();

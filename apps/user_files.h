@@ -1,12 +1,15 @@
 #pragma once
 // The files that the program keeps for its user: the log and reports of errors.
+#include <filesystem>
 #include <string>
 
 namespace arena::apps {
 
 // From now on messages go to standard error and to arena.log in the user's data folder.
 void start_log();
-// Writes crash-report.txt beside the log; its path, or "" when that fails.
+// crash-report.txt beside the log; empty when there is no such folder.
+std::filesystem::path crash_report_file();
+// Writes it; its path, or "" when that fails.
 std::string write_crash_report(const std::string& report);
 // Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; arena in
 // the user's pictures when nothing can be written there.

@@ -26,12 +26,32 @@ std::filesystem::path known_folder(const KNOWNFOLDERID& which) {
   return folder;
 }
 #else
-// The folder that the environment names, or this one in the user's home.
-std::filesystem::path user_folder(const char* variable, const char* below_home) {
-  const char* const named = std::getenv(variable);
-  if (named != nullptr && *named == '/') return named;  // relative ones count as unset
+std::filesystem::path named_by(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value != nullptr && *value == '/' ? value : "";  // relative ones count as unset
+}
+
+std::filesystem::path in_home(std::string_view name) {
   const char* const home = std::getenv("HOME");
-  return home != nullptr && *home != 0 ? std::filesystem::path(home) / below_home : std::filesystem::path();
+  return home != nullptr && *home != 0 ? std::filesystem::path(home) / name : std::filesystem::path();
+}
+
+std::filesystem::path first_of(const std::filesystem::path& wanted, const std::filesystem::path& otherwise) {
+  return wanted.empty() ? otherwise : wanted;
+}
+
+// Desktops keep where the user's folders are, often in the user's language, in lines like XDG_PICTURES_DIR="$HOME/Bilder".
+std::filesystem::path named_by_desktop(const std::string& variable) {
+  const std::string start = variable + "=\"", home = "$HOME/";
+  std::ifstream file(first_of(named_by("XDG_CONFIG_HOME"), in_home(".config")) / "user-dirs.dirs");
+  for (std::string line; std::getline(file, line);) {
+    const std::size_t end = line.rfind('"');
+    if (line.rfind(start, 0) != 0 || end < start.size()) continue;
+    const std::string value = line.substr(start.size(), end - start.size());
+    if (value.rfind(home, 0) == 0) return in_home(value.substr(home.size()));
+    if (value.rfind('/', 0) == 0) return value;
+  }
+  return {};
 }
 #endif
 
@@ -52,7 +72,7 @@ std::filesystem::path user_data_folder() {
 #ifdef _WIN32
   const std::filesystem::path base = known_folder(FOLDERID_LocalAppData);
 #else
-  const std::filesystem::path base = user_folder("XDG_DATA_HOME", ".local/share");
+  const std::filesystem::path base = first_of(named_by("XDG_DATA_HOME"), in_home(".local/share"));
 #endif
   return base.empty() ? base : made(base / "arena");
 }
@@ -61,7 +81,7 @@ std::filesystem::path pictures_folder() {
 #ifdef _WIN32
   return known_folder(FOLDERID_Pictures);
 #else
-  return user_folder("XDG_PICTURES_DIR", "Pictures");
+  return first_of(named_by("XDG_PICTURES_DIR"), first_of(named_by_desktop("XDG_PICTURES_DIR"), in_home("Pictures")));
 #endif
 }
 

@@ -2,10 +2,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 #include "apps/options.h"
 #include "apps/user_files.h"
 #include "engine/files/paths.h"
+#include "engine/platform/crash_reports.h"
+#include "runtime/variables_calls/frame.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -78,7 +81,10 @@ TEST(Paths, AnyNameWorks) {
   std::filesystem::remove_all(files::path_of(folder));
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+constexpr const char* kFault = "access violation";
+#else
+constexpr const char* kFault = "bad access to memory";
 // Sets a variable of the environment for a while.
 class Variable {
  public:
@@ -123,6 +129,22 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   const Variable data("XDG_DATA_HOME", "relative/means/unset"), pictures("XDG_PICTURES_DIR", "");
   EXPECT_EQ(files::user_data_folder(), folder + "/.local/share/arena");
   EXPECT_EQ(files::pictures_folder(), folder + "/Pictures");
+  const Variable config("XDG_CONFIG_HOME", folder + "/settings");
+  std::filesystem::create_directories(folder + "/settings");
+  const auto set_up = [&](const char* line) {
+    std::ofstream(folder + "/settings/user-dirs.dirs") << "# folders\nXDG_MUSIC_DIR=\"/m\"\n" << line;
+  };
+  const struct {
+    const char* line;
+    std::string pictures;
+  } rows[] = {{"XDG_PICTURES_DIR=\"$HOME/Bilder & Fotos\"\n", folder + "/Bilder & Fotos"},
+              {"XDG_PICTURES_DIR=\"/srv/pictures\"\n", "/srv/pictures"},
+              {"XDG_PICTURES_DIR=\"", folder + "/Pictures"},
+              {"XDG_PICTURES_DIR=\"Bilder\"", folder + "/Pictures"}};
+  for (const auto& row : rows) {
+    set_up(row.line);
+    EXPECT_EQ(files::pictures_folder(), row.pictures) << row.line;
+  }
   std::ofstream(folder + "/file") << "in the way";
   const Variable blocked("XDG_DATA_HOME", folder + "/file");
   EXPECT_EQ(files::user_data_folder(), "") << "no folder, no log, no crash";
@@ -130,6 +152,53 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   std::filesystem::remove_all(folder);
 }
 #endif
+
+// What a crashed child process leaves behind.
+std::string report_of(const std::string& file) {
+  std::ifstream stream(files::path_of(file));
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+[[gnu::noinline]] void fail() { throw std::runtime_error("no room left"); }
+
+#ifndef _WIN32
+volatile int sink = 0;
+[[gnu::noinline]] int descend(int depth) {
+  volatile char row[1024];
+  row[depth % 1024] = 1;
+  return depth < 0 ? 0 : descend(depth + 1) + row[0];
+}
+#endif
+
+TEST(CrashReportsDeathTest, TellWhatHappenedAndWhichScriptsRan) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");        // a new process, which the system's handlers watch from its start
+  const std::string file = ARENA_BINARY "/crash é.txt";  // the same in the child
+  const auto crash = [&](void (*what)()) {
+    platform::report_crashes(files::path_of(file), "arena crashed", false);
+    const FrameScope outer("ksl_Object_oGun_Step_0", nullptr, nullptr);
+    FrameScope inner("ksl_Script_Fire", nullptr, nullptr);
+    inner.line = 42;
+    what();
+  };
+  const struct {
+    void (*what)();
+    const char* told;
+  } rows[] = {{[] { *static_cast<volatile int*>(nullptr) = 1; }, kFault},
+              {[] { std::abort(); }, "aborted\n"},
+#ifndef _WIN32  // Wine ends a program whose stack is full at once
+              {[] { sink = descend(0); }, kFault},
+#endif
+              {[]() noexcept { fail(); }, "aborted: no room left\n"}};
+  for (const auto& row : rows) {
+    EXPECT_DEATH(crash(row.what), "");
+    const std::string report = report_of(file);
+    EXPECT_EQ(report.find("arena crashed\n"), 0U) << report;
+    EXPECT_NE(report.find(row.told), std::string::npos) << report;
+    EXPECT_NE(report.find("\n  arena+0x"), std::string::npos) << report;
+    EXPECT_NE(report.find("scripts:\n  ksl_Script_Fire (line 42)\n  ksl_Object_oGun_Step_0 (line 0)\n"), std::string::npos) << report;
+    std::filesystem::remove(files::path_of(file));
+  }
+}
 
 }  // namespace
 }  // namespace arena::test

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/input_state.h"
@@ -15,7 +16,18 @@
 namespace arena::test {
 
 std::string data_file_path() { return ARENA_DATA_FILE; }
-std::string temporary_path(const std::string& name) { return ::testing::TempDir() + "arena-test-" + std::to_string(getpid()) + "-" + name; }
+std::string temporary_path(const std::string& name) {
+  struct Folder {
+    std::string path = ::testing::TempDir() + "arena-test-" + std::to_string(getpid());
+    Folder() { std::filesystem::create_directories(path); }
+    ~Folder() {
+      std::error_code ignored;
+      std::filesystem::remove_all(path, ignored);
+    }
+  };
+  static const Folder folder;
+  return folder.path + "/" + name;
+}
 
 int run_program(const std::string& arguments, const std::string& errors_to) {
 #ifdef _WIN32

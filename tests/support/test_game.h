@@ -42,7 +42,7 @@ class ArenaGame : public TestGame {
 
 // The packed data file of this build.
 std::string data_file_path();
-// A path for a temporary file that no other test run uses.
+// A path for a temporary file that no other test run uses; gone when the tests end.
 std::string temporary_path(const std::string& name);
 // Runs the program itself to its end; its exit status. What it writes to standard error goes to a file, or nowhere.
 int run_program(const std::string& arguments, const std::string& errors_to = "");
