@@ -112,7 +112,7 @@ void Gpu::draw(const State& state, const Vertex* vertices, std::size_t count) {
   }
   if (!same_state(wanted, state_) || waiting_.size() + count > kLargestBatch) {
     const bool open_batch_takes_texture =
-        state_.texture.value == 0 && wanted.blend == state_.blend && waiting_.size() + count <= kLargestBatch;
+        state_.texture.value == 0 && wanted.blend == state_.blend && wanted.clip == state_.clip && waiting_.size() + count <= kLargestBatch;
     if (!open_batch_takes_texture) flush();
     state_ = wanted;
   }
