@@ -64,8 +64,10 @@ class Draw {
   void rectangle(double x1, double y1, double x2, double y2, const std::uint32_t (&corners)[4], bool outline);
   void ellipse(double x, double y, double radius_x, double radius_y, std::uint32_t inner, std::uint32_t outer, bool outline);
   void line(double x1, double y1, double x2, double y2, double width, std::uint32_t from, std::uint32_t to);
-  // "\n" starts a line. `wrap` in pixels breaks lines at blanks; 0: never. `separation` -1: the font's own.
-  void text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation = -1, double wrap = 0);
+  // "\n" starts a line. `wrap` in pixels breaks lines at blanks; 0: never. `separation` -1: the font's own. `corners`: null for the colour
+  // of the state, or the four of the text's box, clockwise from the top left; glyphs take what lies between.
+  void text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation = -1, double wrap = 0,
+            const std::uint32_t* corners = nullptr);
   struct TextSize {
     double width, height;
   };

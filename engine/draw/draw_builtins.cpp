@@ -1,5 +1,6 @@
 // The drawing functions of scripts. Without a drawing service (a world that nobody looks at) they check their arguments and do nothing.
 #include <algorithm>
+#include <utility>
 
 #include "engine/draw/draw_service.h"
 #include "runtime/instances_loop/instance.h"
@@ -42,7 +43,8 @@ void set_valign(std::int32_t align) { state().vertical = static_cast<VerticalAli
 std::int32_t get_halign() { return static_cast<std::int32_t>(state().horizontal); }
 std::int32_t get_valign() { return static_cast<std::int32_t>(state().vertical); }
 void set_blendmode(std::int32_t mode) { state().blend = static_cast<gpu::Blend>(std::clamp(mode, 0, 3)); }
-void set_circle_precision(std::int32_t sides) { state().circle_precision = std::clamp(sides, 4, 128); }
+// 0 chooses by the size, as at start.
+void set_circle_precision(std::int32_t sides) { state().circle_precision = sides <= 0 ? 0 : std::clamp(sides, 4, 128); }
 
 // Sprites
 void draw_instance(const CInstance& instance) {
@@ -160,12 +162,13 @@ void push_scissor(double x, double y, double width, double height) {
 void pop_scissor() {
   if (service != nullptr) service->pop_clip();
 }
-void draw_text_colour(double x, double y, const RValue& value, double c1, double, double, double, double alpha) {
-  const DrawState before = state();
-  state().color = colour_of(c1);
-  state().alpha = alpha;
-  draw_text(x, y, value);
-  state() = before;
+void draw_text_colour(double x, double y, const RValue& value, double c1, double c2, double c3, double c4, double alpha) {
+  const std::string shown = to_text(value);
+  if (service == nullptr) return;
+  const double before = std::exchange(state().alpha, alpha);
+  const std::uint32_t corners[] = {colour_of(c1), colour_of(c2), colour_of(c3), colour_of(c4)};
+  service->text(x, y, shown, 1, 1, 0, -1, 0, corners);
+  state().alpha = before;
 }
 double string_width(const RValue& value) { return service != nullptr ? service->measure(to_text(value)).width : 0; }
 double string_height(const RValue& value) { return service != nullptr ? service->measure(to_text(value)).height : 0; }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 
+#include "engine/draw/colors.h"
 #include "engine/draw/draw_service.h"
 #include "runtime/arrays_structs/array.h"
 #include "runtime/instances_loop/random.h"
@@ -20,15 +21,6 @@ namespace {
 constexpr double kDegree = elementary::kPi / 180.0;
 
 double pick(const Range& range) { return range.low + game_random().unit() * (range.high - range.low); }
-
-std::uint32_t mixed(std::uint32_t from, std::uint32_t to, float share) {
-  std::uint32_t made = 0;
-  for (int shift = 0; shift < 24; shift += 8) {
-    const float a = static_cast<float>(from >> shift & 255), b = static_cast<float>(to >> shift & 255);
-    made |= static_cast<std::uint32_t>(a + (b - a) * share) << shift;
-  }
-  return made;
-}
 
 }  // namespace
 

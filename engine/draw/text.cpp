@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "arena_generated.h"
+#include "engine/draw/colors.h"
 #include "engine/draw/pictures.h"
 #include "runtime/values/elementary.h"
 
@@ -108,7 +109,8 @@ Draw::TextSize Draw::measure(std::string_view text, double separation, double wr
   return {widest, static_cast<double>(lines.size() - 1) * step + font->line_height * font->size};
 }
 
-void Draw::text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation, double wrap) {
+void Draw::text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation, double wrap,
+                const std::uint32_t* corners) {
   const Font* font = current_font();
   if (font == nullptr) return;
   const std::vector<std::string_view> lines = lines_of(*font, text, wrap);
@@ -118,19 +120,39 @@ void Draw::text(double x, double y, std::string_view text, double xscale, double
   // How many pixels of the target the field reaches: keeps edges one pixel soft at every size.
   const double zoom = elementary::sqrt(std::fabs(a_ * d_ - b_ * c_) * std::fabs(xscale * yscale));
   const float field_pixels = static_cast<float>(std::max(0.5, font->field_range * font->size * zoom));
-  double line_y = state.vertical == VerticalAlign::kTop ? 0 : state.vertical == VerticalAlign::kMiddle ? -height / 2 : -height;
+  const TextSize box = corners != nullptr ? measure(text, separation, wrap) : TextSize{1, 1};
+  const double top_y = state.vertical == VerticalAlign::kTop ? 0 : state.vertical == VerticalAlign::kMiddle ? -height / 2 : -height;
+  const auto start_of = [&](double width) {
+    return state.horizontal == HorizontalAlign::kLeft ? 0 : state.horizontal == HorizontalAlign::kCenter ? -width / 2 : -width;
+  };
+  double line_y = top_y;
   for (std::string_view line : lines) {
-    const double width = line_width(*font, line);
-    double pen = state.horizontal == HorizontalAlign::kLeft ? 0 : state.horizontal == HorizontalAlign::kCenter ? -width / 2 : -width;
+    double pen = start_of(line_width(*font, line));
     while (!line.empty()) {
       const Font::Glyph& glyph = font->glyph(next_code(line));
       if (glyph.picture.width > 0) {
         Picture picture = glyph.picture;
         picture.field_pixels = field_pixels;
-        const double left = (pen + picture.left * font->size) * xscale, top = (line_y + picture.top * font->size) * yscale;
-        const double right = left + picture.width * font->size * xscale, bottom = top + picture.height * font->size * yscale;
-        const auto corner = [&](double dx, double dy) { return to_target(x + dx * c + dy * s, y - dx * s + dy * c); };
-        quad(picture, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}, state.color, state.alpha);
+        const double left = pen + picture.left * font->size, top = line_y + picture.top * font->size;
+        const double right = left + picture.width * font->size, bottom = top + picture.height * font->size;
+        const auto corner = [&](double dx, double dy) {
+          return to_target(x + dx * xscale * c + dy * yscale * s, y - dx * xscale * s + dy * yscale * c);
+        };
+        gpu::Vertex vertices[6];
+        vertices_of(picture, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}, state.color, state.alpha,
+                    vertices);
+        if (corners != nullptr) {
+          const auto tint = [&](double dx, double dy) {
+            const auto share = [](double part, double whole) { return static_cast<float>(std::clamp(part / whole, 0.0, 1.0)); };
+            const float along = share(dx - start_of(box.width), box.width), down = share(dy - top_y, box.height);
+            return packed(mixed(mixed(corners[0], corners[1], along), mixed(corners[3], corners[2], along), down), state.alpha);
+          };
+          vertices[0].color = vertices[3].color = tint(left, top);
+          vertices[1].color = tint(right, top);
+          vertices[2].color = vertices[4].color = tint(right, bottom);
+          vertices[5].color = tint(left, bottom);
+        }
+        gpu_.draw(state_for(picture), vertices, 6);
       }
       pen += glyph.advance * font->size;
     }
