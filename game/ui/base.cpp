@@ -152,3 +152,4 @@ STATIC_METHOD(TuiBase, onWheel, Value) { return false; }
 STATIC_METHOD(TuiBase, onKey, Value) { return false; }
 STATIC_METHOD(TuiBase, onText, Value) { return undefined; }
 STATIC_METHOD(TuiBase, onActivate) { return undefined; }
+STATIC_METHOD(TuiBase, onDestroy) { return undefined; }

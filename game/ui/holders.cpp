@@ -45,6 +45,12 @@ Rect bar_of(const Value& area) {
   return {at.x + at.width - kBarWidth, at.y + share * (at.height - height), kBarWidth, height};
 }
 
+void close_list(const Value& box) {
+  const Value open = box[popup];
+  if (is_widget(open)) open[destroy]();
+  box[popup] = undefined;
+}
+
 }  // namespace
 
 extern const Script<Value(Value, Value)> tui_close_window, tui_choose_tab, tui_choose_option;
@@ -220,12 +226,7 @@ STATIC_METHOD(TuiCombo, onDraw) {
   return undefined;
 }
 STATIC_METHOD(TuiCombo, onActivate) {
-  const Value open = self[popup];
-  if (is_widget(open)) {
-    open[destroy]();
-    self[popup] = undefined;
-    return undefined;
-  }
+  if (is_widget(Value(self[popup]))) return close_list(self), undefined;
   const Rect at = rect_of(self), room = rect_of(root_of(self));
   const Value all = self[options];
   const double row = 28, tall = std::min(row * array_length(all).number() + 8, room.height * 0.5);
@@ -258,14 +259,16 @@ STATIC_METHOD(TuiCombo, onUpdate, Value) {
   // Anything pressed outside closes the list.
   if (!bool(mouse_check_button_pressed(1)) || bool(self[is_hovered])) return undefined;
   if (rect_of(open).contains(to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)))) return undefined;
-  open[destroy]();
-  self[popup] = undefined;
+  close_list(self);
+  return undefined;
+}
+STATIC_METHOD(TuiCombo, onDestroy) {
+  close_list(self);
   return undefined;
 }
 SCRIPT(tui_choose_option, Value option, Value) {
-  const Value box = option[combo], open = box[popup];
-  if (is_widget(open)) open[destroy]();
-  box[popup] = undefined;
+  const Value box = option[combo];
+  close_list(box);
   box[setValue](Value(option[option_number]));
   return undefined;
 }

@@ -86,22 +86,27 @@ void set_focus(const Value& root, const Value& to) {
   }
 }
 
-std::vector<Value> focusable(const Value& root) {
+// What the keyboard may reach now: neither hidden, disabled, nor under a modal layer.
+std::vector<Value> reachable(const Value& root) {
   std::vector<Value> found;
   const Value all = root[order], modal = modal_of(root);
   for (const Value& each : elements(all)) {
-    const bool reachable = is_undefined(modal) || stands_in(each, modal);
-    if (reachable && bool(each[is_focusable]) && bool(each[enabled])) found.push_back(each);
+    if (bool(each[enabled]) && (is_undefined(modal) || stands_in(each, modal))) found.push_back(each);
   }
   return found;
 }
 
+auto place_of(const Value& widget, const std::vector<Value>& among) {
+  return std::find_if(among.begin(), among.end(), [&](const Value& each) { return is_same(each, widget); });
+}
+
 // Tab goes round; an arrow goes to the nearest widget that lies in its direction.
 void move_focus(const Value& root, int key, bool backwards) {
-  const std::vector<Value> all = focusable(root);
+  std::vector<Value> all = reachable(root);
+  std::erase_if(all, [](const Value& each) { return !bool(each[is_focusable]); });
   if (all.empty()) return;
   const Value now = reference(root, focused);
-  const auto here = std::find_if(all.begin(), all.end(), [&](const Value& each) { return is_same(each, now); });
+  const auto here = place_of(now, all);
   if (key == kKeyTab) {
     const std::size_t count = all.size(), place = static_cast<std::size_t>(here - all.begin());
     set_focus(root, all[here == all.end() ? (backwards ? count - 1 : 0) : (place + (backwards ? count - 1 : 1)) % count]);
@@ -182,6 +187,7 @@ void use_keyboard(const Value& root) {
   if (bool(keyboard_check_pressed(kKeyTab))) move_focus(root, kKeyTab, backwards);
   const Value target = reference(root, focused);
   if (!is_widget(target)) return;
+  if (const std::vector<Value> all = reachable(root); place_of(target, all) == all.end()) return set_focus(root, undefined);
   const Value typed = keyboard_text();
   if (typed.is_string() && !text_of(typed).empty()) call_guarded(target, target[onText], {typed});
   for (const int key : kKeysForWidgets) {

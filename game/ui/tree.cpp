@@ -59,6 +59,7 @@ void destroy_tree(const Value& widget) {
   widget[is_destroyed] = true;
   const Value inside = widget[content];
   for (const Value& each : elements(inside)) destroy_tree(each);
+  call_guarded(widget, widget[onDestroy], {});
   raise(widget, "destroy");
 }
 

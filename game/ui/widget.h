@@ -41,6 +41,7 @@ inline const Variable onWheel{"onWheel"};        // (steps) true when it took th
 inline const Variable onKey{"onKey"};            // (key) true when it took the key
 inline const Variable onText{"onText"};          // (text) typed while it has the focus
 inline const Variable onActivate{"onActivate"};  // () Enter or Space while it has the focus
+inline const Variable onDestroy{"onDestroy"};    // () it is about to leave the tree for good
 
 }  // namespace arena::ui
 
