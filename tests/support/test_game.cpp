@@ -6,12 +6,28 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "engine/console/evaluator.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/script.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
 #include "tests/support/probes.h"
+
+namespace arena::test {
+namespace {
+std::string statement_to_draw;
+}
+}  // namespace arena::test
+namespace arena::game {
+extern const Script<Value()> draw_the_statement;
+}
+
+SCRIPT(draw_the_statement) {
+  console::evaluate(test::statement_to_draw, nullptr, nullptr);
+  return undefined;
+}
 
 namespace arena::test {
 
@@ -50,6 +66,9 @@ TestGame::TestGame(const char* room) {
   host::GameOptions options;
   options.data = data::open_data_file(data_file_path(), problem);
   if (options.data != nullptr) {
+    auto backend = std::make_unique<gpu::Recorder>();
+    recorder = backend.get();
+    options.backend = std::move(backend);
     options.room = room;
     options.extra_objects = probe_objects();
     options.has_seed = true;
@@ -86,6 +105,24 @@ void TestGame::step(int frames, double seconds) {
     ASSERT_FALSE(reply.contains("errors")) << reply.dump(1);
     ASSERT_EQ(broken_invariant(), "");
   }
+}
+
+std::vector<TestGame::Drawn> TestGame::drawn(const std::string& statement) {
+  if (eval("instance_exists(oProbe)") == "false") {
+    eval("global.seen = []; global.hooks = {Draw_64: method(undefined, draw_the_statement)}; instance_create_depth(0, 0, 0, oProbe)");
+  }
+  recorder->keeps_vertices = true;
+  std::vector<Drawn> before, now;
+  for (std::vector<Drawn>* const into : {&before, &now}) {
+    statement_to_draw = into == &now ? statement : "0";
+    step();
+    for (const gpu::RecordedDraw& draw : recorder->draws) {
+      for (const gpu::Vertex& vertex : draw.vertices) into->push_back({vertex, draw.texture, draw.state});
+    }
+  }
+  recorder->keeps_vertices = false;
+  now.erase(now.begin(), now.begin() + static_cast<std::ptrdiff_t>(before.size()));  // the GUI is drawn last
+  return now;
 }
 
 void TestGame::key(int code, bool down) { ask({{"key", code}, {"down", down}}); }

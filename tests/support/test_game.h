@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/console/console.h"
+#include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
 
 namespace arena::test {
@@ -31,6 +32,14 @@ class TestGame : public ::testing::Test {
   // Checks every row; all are tried, and a failing one shows its label and both texts.
   void check(const std::vector<Row>& rows);
 
+  // What a statement draws in a Draw GUI event, with its state and texture at each vertex.
+  struct Drawn : gpu::Vertex {
+    std::uint32_t texture;
+    gpu::State state;
+  };
+  std::vector<Drawn> drawn(const std::string& statement);
+
+  gpu::Recorder* recorder = nullptr;  // the game's backend
   std::unique_ptr<host::Game> game;
   std::unique_ptr<console::Console> console;
 };
