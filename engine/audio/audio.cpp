@@ -11,6 +11,7 @@ namespace {
 constexpr std::size_t kMostVoices = 65536;  // handles; beyond, the oldest is forgotten
 constexpr double kSharedFor = 0.05;         // seconds
 constexpr std::size_t kMostRemembered = 4096;
+constexpr double kLowestPitch = 0.01;
 
 bool matches(const Voice& voice, std::int32_t handle_or_sound) {
   return handle_or_sound >= kFirstHandle ? voice.handle == handle_or_sound : voice.sound == handle_or_sound;
@@ -57,6 +58,8 @@ double Audio::loudness(const Voice& voice) const {
 std::int32_t Audio::play(const Voice& voice) {
   voices_.push_back(voice);
   Voice& made = voices_.back();
+  made.pitch = std::max(made.pitch, kLowestPitch);
+  made.offset = std::max(made.offset, 0.0);
   made.handle = made.group = next_handle_++;
   if (!made.loop && made.offset == 0) {
     Start& start = starts_[{made.sound, made.is_positional}];
@@ -113,18 +116,18 @@ void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
   for_matching(handle_or_sound, [&](Voice& voice) { voice.is_paused = paused; });
 }
 void Audio::set_pitch(std::int32_t handle_or_sound, double pitch) {
-  for_matching(handle_or_sound, [&](Voice& voice) { voice.pitch = std::max(pitch, 0.01); });
+  for_matching(handle_or_sound, [&](Voice& voice) { voice.pitch = std::max(pitch, kLowestPitch); });
 }
 
 void Audio::set_gain(std::int32_t handle_or_sound, double gain, double seconds) {
-  for_matching(handle_or_sound, [&](Voice& voice) {
-    fades_.erase(std::remove_if(fades_.begin(), fades_.end(), [&](const Fade& fade) { return fade.handle == voice.handle; }), fades_.end());
-    if (seconds <= 0) {
-      voice.gain = gain;
-    } else {
-      fades_.push_back({voice.handle, gain, (gain - voice.gain) / seconds});
-    }
-  });
+  if (seconds <= 0) {
+    for_matching(handle_or_sound, [&](Voice& voice) { voice.gain = gain; });
+  }
+  for (const Voice& voice : voices_) {
+    if (!matches(voice, handle_or_sound)) continue;
+    std::erase_if(fades_, [&](const Fade& fade) { return fade.handle == voice.handle; });
+    if (seconds > 0) fades_.push_back({voice.handle, gain, (gain - voice.gain) / seconds});
+  }
 }
 
 bool Audio::is_playing(std::int32_t handle_or_sound) const {
@@ -140,12 +143,14 @@ bool Audio::exists(std::int32_t handle_or_sound) const { return has_sound(handle
 
 void Audio::advance(double seconds) {
   clock_ += seconds;
-  for (Fade& fade : fades_) {
-    Voice* voice = at_handle(voices_, fade.handle);
-    if (voice == nullptr) continue;
+  std::erase_if(fades_, [&](const Fade& fade) {
+    Voice* const voice = at_handle(voices_, fade.handle);
+    if (voice == nullptr) return true;
     const double left = fade.target - voice->gain, step = fade.per_second * seconds;
-    voice->gain = std::fabs(step) >= std::fabs(left) ? fade.target : voice->gain + step;
-  }
+    const bool arrives = std::fabs(step) >= std::fabs(left);
+    voice->gain = arrives ? fade.target : voice->gain + step;
+    return arrives;
+  });
   for (Voice& voice : voices_) {
     if (voice.is_paused) continue;
     voice.offset += seconds * voice.pitch;
