@@ -52,7 +52,10 @@ bool convex_overlap(const CollisionShape& a, const CollisionShape& b) {
   if (dot(second, direction) <= 0) return false;
   for (int round = 0; round < 64; ++round) {
     direction = square_towards_origin(first, second);
-    if (direction.x == 0 && direction.y == 0) return true;
+    if (direction.x == 0 && direction.y == 0) {  // the origin lies between the two: is there anything on both sides of it?
+      const Vector left{first.y - second.y, second.x - first.x}, right{-left.x, -left.y};
+      return dot(support_of_difference(a, b, left), left) > 0 && dot(support_of_difference(a, b, right), right) > 0;
+    }
     const Vector third = support_of_difference(a, b, direction);
     if (dot(third, direction) <= 0) return false;
     const auto cross = [](Vector p, Vector q) { return p.x * q.y - p.y * q.x; };
