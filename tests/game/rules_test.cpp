@@ -226,6 +226,26 @@ TEST_F(Rules, DiagonalsAreNoFaster) {
   EXPECT_NEAR(speeds[0], 5000 * kFrame * kept / (1 - kept), 0.01);
 }
 
+TEST_F(Rules, ThePlayerIsPushedAndTheDashFollowsTheWalk) {
+  player(1000, 1000);
+  ask({{"mouse", {1000, 500}}});  // the pointer is elsewhere
+  step();
+  // The push is measured first, decays, and then moves by what is left.
+  eval("oPlayer.knockback_x = 600; oPlayer.x = 1000");
+  const double friction = number("oPlayer.knockback_friction"), kept = std::exp(-friction * kFrame);
+  step();
+  EXPECT_NEAR(number("oPlayer.x"), 1000 + 600 * kept * kFrame, 1e-3);
+  eval("oPlayer.knockback_x = 0.9; oPlayer.knockback_y = 0.3");
+  step();
+  check({{"[oPlayer.knockback_x, oPlayer.knockback_y]", "[0,0]"}});
+  // Thrown faster than it walks it is held to its speed; in a dash it goes where it walked, not where it aims.
+  eval("oPlayer.h_speed = 9000; oPlayer.v_speed = 0");
+  step();
+  EXPECT_NEAR(number("oPlayer.h_speed"), number("oPlayer.move_speed"), 1e-9);
+  eval("oPlayer.h_speed = -30; oPlayer.v_speed = 40; oPlayer.dash_energy = 100; oPlayer.startDash()");
+  check({{"[oPlayer.dash_dir_x * 10, oPlayer.dash_dir_y * 10]", "[-6,8]"}, {"oPlayer.startDash(); oPlayer.dash_energy", "70"}});
+}
+
 TEST_F(Rules, EnemiesTakeDamageByFaction) {
   player(0, 0);
   eval("e = instance_create_layer(500, 500, \"layMobs\", oEnemy)");

@@ -75,5 +75,59 @@ TEST_F(Overlaps, EventsRunForEveryPairOnce) {
   }
 }
 
+// A mask of single pixels against the same pixels as little boxes, one by one, at every angle and scale.
+TEST_F(Overlaps, PreciseMasksAreTheirPixels) {
+  RandomGenerator random(31);
+  eval("global.seen = []; global.hooks = {}");
+  CInstance& instance = *world().create(50, 50, -1, 0, kProbe, nullptr, nullptr);
+  SpriteInfo sprite;
+  sprite.name = "sprPixels";
+  sprite.width = sprite.right = 11;  // not whole bytes
+  sprite.height = sprite.bottom = 7;
+  sprite.origin_x = 3;
+  sprite.origin_y = 5;
+  sprite.mask = MaskKind::kPrecise;
+  sprite.precise.resize(2 * 7);
+  std::vector<std::pair<int, int>> set;
+  for (int row = 0; row < 7; ++row) {
+    for (int column = 0; column < 11; ++column) {
+      if (random.unit() < 0.7) continue;
+      sprite.precise[static_cast<std::size_t>(row * 2 + column / 8)] |= static_cast<std::uint8_t>(1 << column % 8);
+      set.push_back({column, row});
+    }
+  }
+  SpriteInfo pixel = sprite;
+  pixel.mask = MaskKind::kRotatedRectangle;
+  sprite_infos().push_back(sprite);
+  sprite_infos().push_back(pixel);
+  const double precise_index = static_cast<double>(sprite_infos().size() - 2), pixel_index = precise_index + 1;
+  int hits = 0;
+  for (int round = 0; round < 2000; ++round) {
+    instance.image_angle = round % 3 == 0 ? 0 : random.unit() * 360;
+    instance.image_xscale = (random.unit() - 0.5) * 6;
+    instance.image_yscale = (random.unit() - 0.5) * 6;
+    const double x = 20 + random.unit() * 60, y = 20 + random.unit() * 60, size = random.unit() * 8;
+    const CollisionShape others[] = {circle_shape(x, y, size), rectangle_shape(x, y, x + size, y + 1), point_shape(x, y)};
+    for (const CollisionShape& other : others) {
+      bool expected = false;
+      instance.sprite_index = pixel_index;
+      for (const auto& [column, row] : set) {
+        SpriteInfo& one = sprite_infos().back();
+        one.left = column;
+        one.right = column + 1;
+        one.top = row;
+        one.bottom = row + 1;
+        expected = expected || shapes_overlap(shape_of(instance), other);
+      }
+      instance.sprite_index = precise_index;
+      EXPECT_EQ(shapes_overlap(shape_of(instance), other), expected) << "round " << round;
+      EXPECT_EQ(shapes_overlap(other, shape_of(instance)), expected) << "round " << round;
+      hits += expected ? 1 : 0;
+    }
+  }
+  EXPECT_GT(hits, 200);
+  sprite_infos().resize(sprite_infos().size() - 2);
+}
+
 }  // namespace
 }  // namespace arena::test
