@@ -120,7 +120,7 @@ RValue& operate_string(Operator op, RValue& left, const RValue& right) {
       report_error(messages::kNumberToString);
       return left;
     }
-    left = concatenate(left.string, right.string);
+    left = concatenate(left, right);
     return left;
   }
   if (op != Operator::kDivide) return type_error(op, left, right);

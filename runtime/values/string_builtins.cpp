@@ -98,7 +98,8 @@ std::string string_lower(std::string_view text) {
 }
 std::string string_repeat(std::string_view text, std::int32_t count) {
   std::string result;
-  for (std::int32_t i = 0; i < count; ++i) result += text;
+  if (!check_text_length(text.size() * static_cast<std::size_t>(std::max(count, 0)))) return result;
+  for (std::int32_t i = 0; i < count && !text.empty(); ++i) result += text;
   return result;
 }
 std::string string_digits(std::string_view text) {

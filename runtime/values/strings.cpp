@@ -4,6 +4,7 @@
 
 #include "runtime/values/block_pool.h"
 #include "runtime/values/worker_lock.h"
+#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
@@ -36,7 +37,14 @@ std::string_view text_of(const StringRecord* record) {
 
 }  // namespace
 
+bool check_text_length(std::size_t bytes) {
+  if (bytes <= kLongestText) return true;
+  report_error(messages::kTextTooLong, static_cast<std::int32_t>(kLongestText));
+  return false;
+}
+
 RValue make_string(std::string_view text) {
+  if (!check_text_length(text.size())) text = {};
   StringRecord* record = new_record(text.size());
   if (!text.empty()) std::memcpy(const_cast<char*>(record->text), text.data(), text.size());
   return value_of(record);
@@ -51,8 +59,9 @@ RValue make_constant_string(const char* text) {
   return value_of(record);
 }
 
-RValue concatenate(const StringRecord* left, const StringRecord* right) {
+RValue concatenate(const RValue& left, const RValue& right) {
   const std::string_view first = text_of(left), second = text_of(right);
+  if (!check_text_length(first.size() + second.size())) return left;
   StringRecord* record = new_record(first.size() + second.size());
   char* text = const_cast<char*>(record->text);
   if (!first.empty()) std::memcpy(text, first.data(), first.size());

@@ -8,10 +8,16 @@
 
 namespace arena {
 
+inline constexpr std::size_t kLongestText = std::size_t{1} << 26;  // bytes
+// Whether a text of so many bytes may be; reports when not.
+bool check_text_length(std::size_t bytes);
+
+// "" with a report for a text that is too long.
 RValue make_string(std::string_view text);
 // `text` must live as long as the program: the record refers to it and never frees it.
 RValue make_constant_string(const char* text);
-RValue concatenate(const StringRecord* left, const StringRecord* right);
+// The left one with a report when both together are too long.
+RValue concatenate(const RValue& left, const RValue& right);
 
 // The text of a string value; empty for a string without a record and for every other kind.
 std::string_view text_of(const RValue& value);

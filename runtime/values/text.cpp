@@ -15,15 +15,17 @@ namespace arena {
 namespace {
 
 constexpr std::size_t kLongestInMessage = 200;  // bytes of an operand shown in an error
+constexpr std::size_t kDeepest = 200;           // containers within containers; what lies deeper is left out
 RefNamer ref_namer = nullptr;
 
-// Writes one value; remembers the containers it is inside of, so that cycles are cut.
+// Writes one value; remembers the containers it is inside of, so that cycles are cut. Ends early, past `longest` bytes.
 class TextWriter {
  public:
-  explicit TextWriter(bool reports_unset) : reports_unset_(reports_unset) {}
+  TextWriter(bool reports_unset, std::size_t longest) : reports_unset_(reports_unset), longest_(longest) {}
   std::string text;
 
   void write(const RValue& value, bool is_nested) {
+    if (text.size() > longest_) return;
     switch (value.kind()) {
       case kNumber: text += real_to_text(value.real); break;
       case kBool: text += value.real > 0.5 ? "true" : "false"; break;
@@ -67,6 +69,10 @@ class TextWriter {
       text += warning;
       return false;
     }
+    if (inside_.size() >= kDeepest) {
+      text += "...";
+      return false;
+    }
     inside_.push_back(container);
     return true;
   }
@@ -78,7 +84,7 @@ class TextWriter {
     }
     if (!enter(value.array, "\"Warning: recursive array found\"")) return;
     text += '[';
-    for (std::int32_t i = 0; i < value.array->length; ++i) {
+    for (std::int32_t i = 0; i < value.array->length && text.size() <= longest_; ++i) {
       if (i > 0) text += ',';
       write(value.array->elements[i], true);
     }
@@ -126,19 +132,21 @@ class TextWriter {
   }
 
   bool reports_unset_;
+  std::size_t longest_;
   std::vector<const void*> inside_;
 };
 
 }  // namespace
 
 std::string to_text(const RValue& value) {
-  TextWriter writer(true);
+  TextWriter writer(true, kLongestText);
   writer.write(value, false);
+  if (!check_text_length(writer.text.size())) return {};
   return std::move(writer.text);
 }
 
 std::string text_for_message(const RValue& value) {
-  TextWriter writer(false);
+  TextWriter writer(false, kLongestInMessage);
   writer.write(value, false);
   if (writer.text.size() > kLongestInMessage) writer.text.resize(kLongestInMessage);
   return std::move(writer.text);

@@ -66,6 +66,7 @@ inline constexpr Message<> kArrayUnset{"ARRAY argument is unset"};
 
 // Operators and comparison
 inline constexpr Message<> kNumberToString{"unable to add a number to string"};
+inline constexpr Message<Int> kTextTooLong{"a text cannot be longer than %d bytes"};
 inline constexpr Message<Text, Text, Int, Text, Int> kOperatorTypes{"invalid type for %s lhs=%s (type=%d), rhs=%s (type=%d)"};
 inline constexpr Message<> kDivideByZero{"divide by zero"};
 inline constexpr Message<> kModByZero{"unable to mod by 0"};
