@@ -165,6 +165,12 @@ RValue* array_element_for_write(RValue& value, std::int32_t index) {
   return array.elements + index;
 }
 
+bool check_array_length(std::int64_t length) {
+  if (length <= kLongestArray) return true;
+  report_error(messages::kIndexOutOfBounds, static_cast<std::int32_t>(std::min<std::int64_t>(length, INT32_MAX)), kLongestArray);
+  return false;
+}
+
 void array_write(RValue& value, std::int32_t index, const RValue& element) {
   const RValue kept(element);  // may be an element of the very array that grows
   RValue* slot = array_element_for_write(value, index);

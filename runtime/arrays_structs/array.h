@@ -13,7 +13,7 @@ namespace arena {
 
 inline constexpr std::uint8_t kArrayImmutable = 1;
 inline constexpr std::uint8_t kArrayGrowsGeometrically = 2;
-inline constexpr std::int32_t kLongestArray = 1 << 28;  // elements
+inline constexpr std::int32_t kLongestArray = 1 << 24;  // elements
 
 struct ArrayRecord {
   WBObjectBase* owner;  // the collector object that carries this record
@@ -45,6 +45,9 @@ class GCArrayThing final : public WBObjectBase {
  private:
   alignas(RValue) unsigned char inline_storage_[kInlineCapacity * sizeof(RValue)];
 };
+
+// Whether an array of that length may be; reports when it is longer than the longest.
+bool check_array_length(std::int64_t length);
 
 // Process-wide: whether arrays count their references. Off, nothing is ever copied on write.
 inline bool array_counting_is_on = true;

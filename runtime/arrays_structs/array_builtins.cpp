@@ -14,7 +14,7 @@ namespace {
 std::int32_t length_of(const RValue& value) { return value.is_array() && value.array != nullptr ? value.array->length : 0; }
 
 RValue array_create(std::int32_t length, const RValue& fill) {
-  RValue made = make_array(std::clamp(length, 0, kLongestArray));
+  RValue made = make_array(check_array_length(length) ? std::max(length, 0) : 0);
   const RValue content = fill.is_undefined() ? RValue(0.0) : fill;
   for (std::int32_t i = 0; i < made.array->length; ++i) array_store(*made.array, i, content);
   return made;
@@ -29,7 +29,8 @@ RValue array_pop(MutableArray target) {
   return last;
 }
 void array_insert(MutableArray target, std::int32_t at, Rest values) {
-  const std::int32_t place = std::clamp(at < 0 ? at + target.array->length : at, 0, kLongestArray);
+  const std::int32_t place = std::max(at < 0 ? at + target.array->length : at, 0);
+  if (!check_array_length(std::int64_t{std::max(place, target.array->length)} + static_cast<std::int64_t>(values.size()))) return;
   if (place > target.array->length) array_set_length(*target.array, place);  // past the end: zeroes between, as a write there makes
   const std::int32_t count = static_cast<std::int32_t>(values.size()), old_length = target.array->length;
   array_set_length(*target.array, old_length + count);
@@ -45,17 +46,20 @@ void array_delete(MutableArray target, std::int32_t at, std::int32_t count) {
   std::rotate(elements + first, elements + first + removed, elements + length);
   array_set_length(*target.array, length - removed);
 }
-void array_resize(MutableArray target, std::int32_t length) { array_set_length(*target.array, std::clamp(length, 0, kLongestArray)); }
+void array_resize(MutableArray target, std::int32_t length) {
+  if (check_array_length(length)) array_set_length(*target.array, std::max(length, 0));
+}
 RValue array_get(ReadArray source, std::int32_t at) {
   const RValue holder = RValue::of_array(source.array);
   const RValue* element = array_element(holder, at);
   return element != nullptr ? *element : RValue();
 }
 void array_set(MutableArray target, std::int32_t at, const RValue& value) {
-  if (at < 0 || at >= kLongestArray) {
+  if (at < 0) {
     report_error(messages::kIndexNegative);
     return;
   }
+  if (!check_array_length(std::int64_t{at} + 1)) return;
   if (at >= target.array->length) array_set_length(*target.array, at + 1);
   array_store(*target.array, at, value);
 }
@@ -72,8 +76,9 @@ RValue array_concat(Rest arrays) {
   return joined;
 }
 void array_copy_between(MutableArray target, std::int32_t to, ReadArray source, std::int32_t from, std::int32_t count) {
-  if (to < 0 || from < 0 || to >= kLongestArray) return;
-  arena::array_copy_range(*target.array, to, *source.array, from, std::clamp(count, 0, std::max(0, source.array->length - from)));
+  if (to < 0 || from < 0) return;
+  const std::int32_t copied = std::clamp(count, 0, std::max(0, source.array->length - from));
+  if (check_array_length(std::int64_t{to} + copied)) arena::array_copy_range(*target.array, to, *source.array, from, copied);
 }
 bool array_equals(ReadArray a, ReadArray b) {
   if (a.array->length != b.array->length) return false;

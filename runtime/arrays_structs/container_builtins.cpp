@@ -68,8 +68,6 @@ struct Argument<GridArgument> {
 
 namespace {
 
-constexpr std::int32_t kLargestGrid = 1 << 24;  // cells
-
 std::int32_t list_create() { return ds_lists().create(); }
 void list_destroy(ListArgument a) { ds_lists().destroy(a.handle); }
 void list_clear(ListArgument a) { a.list->values.clear(); }
@@ -80,7 +78,7 @@ void list_add(ListArgument a, Rest values) {
 bool list_has(const DsList& list, std::int32_t at) { return at >= 0 && static_cast<std::size_t>(at) < list.values.size(); }
 RValue list_get(ListArgument a, std::int32_t at) { return list_has(*a.list, at) ? a.list->values[static_cast<std::size_t>(at)] : RValue(); }
 void list_set(ListArgument a, std::int32_t at, const RValue& value) {
-  if (at < 0 || at >= kLongestArray) return;
+  if (at < 0 || !check_array_length(std::int64_t{at} + 1)) return;
   if (!list_has(*a.list, at)) a.list->values.resize(static_cast<std::size_t>(at) + 1, RValue(0.0));
   a.list->values[static_cast<std::size_t>(at)] = value;
 }
@@ -126,7 +124,7 @@ RValue map_next(MapArgument a, const RValue& key) {
 }
 
 std::int32_t grid_create(std::int32_t width, std::int32_t height) {
-  const bool fits = width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= kLargestGrid;
+  const bool fits = width > 0 && height > 0 && check_array_length(std::int64_t{width} * height);
   return ds_grids().create(fits ? width : 0, fits ? height : 0);
 }
 void grid_destroy(GridArgument a) { ds_grids().destroy(a.handle); }

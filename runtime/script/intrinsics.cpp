@@ -54,13 +54,14 @@ void array_copy(const Value& target, Real to, const Value& source, Real from, Re
     return;
   }
   const std::int32_t at = saturate_int32(to.number()), first = saturate_int32(from.number());
-  if (at < 0 || first < 0 || at >= kLongestArray) return;
+  if (at < 0 || first < 0) return;
   const std::int32_t copied = std::clamp(saturate_int32(count.number()), 0, std::max(0, source.array->length - first));
-  array_copy_range(*target.array, at, *source.array, first, copied);
+  if (check_array_length(std::int64_t{at} + copied)) array_copy_range(*target.array, at, *source.array, first, copied);
 }
 
 Value array_create(Real length, const Value& fill) {
-  Value made = make_array(std::clamp(saturate_int32(length.number()), 0, kLongestArray));
+  const std::int32_t wanted = saturate_int32(length.number());
+  Value made = make_array(check_array_length(wanted) ? std::max(wanted, 0) : 0);
   for (std::int32_t i = 0; i < made.array->length; ++i) array_store(*made.array, i, fill);
   return made;
 }
