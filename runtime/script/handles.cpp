@@ -11,7 +11,13 @@ Real WorldVariable::number() const {
   return to_real(value);
 }
 
-CInstance* Instance::resolve_or_report(const RValue& value) { return instance_of(require_object(value)); }
+CInstance* Instance::resolve_or_report(const RValue& value) {
+  WBObjectBase* const object = require_object(value);
+  CInstance* const instance = instance_of(object);
+  if (object != nullptr && instance == nullptr)
+    report_error(messages::kInstanceContext, innermost_frame != nullptr ? innermost_frame->function : "");
+  return instance;
+}
 
 CInstance* ObjectName::find_first() const {
   if (CInstance* found = resolve_instance(index_)) return found;

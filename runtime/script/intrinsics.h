@@ -83,6 +83,8 @@ class Grid {
   class Around {
    public:
     Around(DsGrid& grid, int column, int row) {
+      column = std::clamp(column, -2, grid.width + 1);  // what lies far outside is as good as beside
+      row = std::clamp(row, -2, grid.height + 1);
       for (int beside = row - 1; beside <= row + 1; ++beside) {
         for (int along = column - 1; along <= column + 1; ++along) {
           if (!grid.has(along, beside)) continue;
@@ -126,7 +128,8 @@ inline bool instance_exists(const Value& target) {
 // The value's text, as string() gives it.
 inline Value string(const Value& value) { return make_string(to_text(value)); }
 
-// Elements of an array, for `for (const Value& each : elements(list))`. The array may grow meanwhile; the loop ends at its old length.
+// Elements of an array, for `for (const Value& each : elements(list))`. The array may change meanwhile; the loop ends at its old length, or
+// where it ends now when that comes first.
 // The loop holds the array, whatever becomes of the variable it came from.
 class Elements {
  public:
@@ -137,7 +140,7 @@ class Elements {
     std::int32_t at;
     const Value& operator*() const { return static_cast<const Value&>(array->elements[at]); }
     Iterator& operator++() { return ++at, *this; }
-    bool operator!=(const Iterator& other) const { return at != other.at; }
+    bool operator!=(const Iterator& other) const { return at < other.at && at < array->length; }
   };
   Iterator begin() const { return {array_.get(), 0}; }
   Iterator end() const { return {array_.get(), count_}; }
@@ -160,10 +163,10 @@ class Instances {
     Instance operator*() const { return Instance(static_cast<const Value&>(over->array_->elements[at])); }
     Iterator& operator++() {
       ++at;
-      if (at + kAhead <= over->count_) over->fetch(at + kAhead - 1);
+      if (at + kAhead <= std::min(over->count_, over->array_->length)) over->fetch(at + kAhead - 1);
       return *this;
     }
-    bool operator!=(const Iterator& other) const { return at != other.at; }
+    bool operator!=(const Iterator& other) const { return at < other.at && at < over->array_->length; }
   };
   Iterator begin() const { return {this, 0}; }
   Iterator end() const { return {this, count_}; }
