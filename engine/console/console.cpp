@@ -123,9 +123,8 @@ struct Console::State {
     if (!request["eval"].is_string()) throw RequestError{"\"eval\" must be a text"};
     last.value = RValue();
     last.value = evaluate(request["eval"].get<std::string>(), instance_argument(request, "self"), instance_argument(request, "other"));
-    return {{"kind", type_name(last.value)},
-            {"value", value_to_json(last.value)},
-            {"text", last.value.is_unset() ? "unset" : to_text(last.value)}};
+    const std::string text = last.value.is_unset() ? "unset" : to_text(last.value);  // fails for what is too large to show
+    return {{"kind", type_name(last.value)}, {"value", value_to_json(last.value)}, {"text", text}};
   }
 
   json step(const json& request) {

@@ -9,7 +9,8 @@ namespace {
 
 using Type = Node::Type;
 
-constexpr int kDeepest = 200;  // nested expressions
+constexpr int kDeepest = 200;        // nested expressions
+constexpr int kLongestChain = 1000;  // operators, members, elements and calls in a row
 
 struct Token {
   enum class Type { kEnd, kNumber, kText, kName, kSymbol } type = Type::kEnd;
@@ -147,6 +148,10 @@ class Parser {
     advance();
     return true;
   }
+  // Each link of a chain stands below the next one in the tree.
+  static void check_chain(int links) {
+    if (links > kLongestChain) throw ParseError{"the expression is too long"};
+  }
   void expect(const char* symbol) {
     if (!take(symbol)) fail(std::string("'") + symbol + "' was expected");
   }
@@ -187,7 +192,7 @@ class Parser {
     const Depth depth(*this);
     if (level == kLevels.size()) return unary();
     NodePtr left = binary(level + 1);
-    while (true) {
+    for (int links = 0;; check_chain(++links)) {
       const std::string* found = nullptr;
       for (const std::string& symbol : kLevels[level]) {
         if (is(symbol.c_str())) found = &symbol;
@@ -208,7 +213,7 @@ class Parser {
 
   NodePtr postfix() {
     NodePtr node = primary();
-    while (true) {
+    for (int links = 0;; check_chain(++links)) {
       if (take(".")) {
         node = make_with(Type::kMember, expect_name(), std::move(node));
       } else if (take("[")) {

@@ -3,6 +3,7 @@
 #include <bit>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/container_stack.h"
@@ -40,10 +41,10 @@ class Hasher final : public ValueVisitor {
       case kBool: real(value.real); break;
       case kString: text(text_of(value)); break;
       case kArray:
-        if (value.array != nullptr && enter(value.array->owner)) value.array->owner->visit_values(*this);
+        if (value.array != nullptr) enter(value.array->owner);
         break;
       case kObject:
-        if (value.object != nullptr && enter(value.object)) object(*value.object);
+        if (value.object != nullptr) enter(value.object);
         break;
       case kPointer: break;  // an address is no state
       default: number(static_cast<std::uint64_t>(value.i64)); break;
@@ -61,14 +62,25 @@ class Hasher final : public ValueVisitor {
     variables(instance);
   }
 
+  // The content of all containers that were met, in that order.
+  void finish() {
+    for (std::size_t i = 0; i < waiting_.size(); ++i) object(*waiting_[i]);
+    waiting_.clear();
+  }
+
  private:
-  // A container counts once; meeting it again enters its number, so that cycles end and shared parts show.
-  bool enter(const WBObjectBase* object) {
+  // A container counts once; meeting it again enters its number, so that cycles end and shared parts show. Its content comes later, for
+  // containers may stand in one another deeper than the native stack reaches.
+  void enter(WBObjectBase* object) {
     const auto [place, is_new] = seen_.emplace(object, seen_.size());
     number(place->second);
-    return is_new;
+    if (is_new) waiting_.push_back(object);
   }
   void object(WBObjectBase& object) {
+    if (object.object_kind == ObjectKind::kArray) {
+      object.visit_values(*this);
+      return;
+    }
     if (object.object_kind == ObjectKind::kInstance) {
       number(static_cast<std::uint64_t>(static_cast<CInstance&>(object).id));
       return;
@@ -87,6 +99,7 @@ class Hasher final : public ValueVisitor {
     }
   }
   std::unordered_map<const WBObjectBase*, std::size_t> seen_;
+  std::vector<WBObjectBase*> waiting_;
 };
 
 }  // namespace
@@ -101,6 +114,7 @@ std::uint64_t state_hash() {
     if (instance->is_alive) hasher.instance(*instance);
   }
   Holder::visit_game_state(hasher);
+  hasher.finish();
   return hasher.hash;
 }
 

@@ -16,38 +16,50 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-json convert(const RValue& value, std::vector<const void*>& inside);
+constexpr const char* kLeftOut = "...";  // what lies too deep, or comes too late
 
-json convert_array(const ArrayRecord* array, std::vector<const void*>& inside) {
+struct Walk {
+  std::vector<const void*> inside;
+  int left = 1000000;  // values
+  bool is_inside(const void* container) const { return std::find(inside.begin(), inside.end(), container) != inside.end(); }
+  bool goes_on() const { return left > 0 && inside.size() < 200; }
+};
+
+json convert(const RValue& value, Walk& walk);
+
+json convert_array(const ArrayRecord* array, Walk& walk) {
   if (array == nullptr) return json::array();
-  if (std::find(inside.begin(), inside.end(), array) != inside.end()) return "Warning: recursive array found";
-  inside.push_back(array);
+  if (walk.is_inside(array)) return "Warning: recursive array found";
+  if (!walk.goes_on()) return kLeftOut;
+  walk.inside.push_back(array);
   json list = json::array();
-  for (std::int32_t i = 0; i < array->length; ++i) list.push_back(convert(array->elements[i], inside));
-  inside.pop_back();
+  for (std::int32_t i = 0; i < array->length && walk.left > 0; ++i) list.push_back(convert(array->elements[i], walk));
+  walk.inside.pop_back();
   return list;
 }
 
-json convert_object(const RValue& value, std::vector<const void*>& inside) {
+json convert_object(const RValue& value, Walk& walk) {
   if (value.object == nullptr) return nullptr;
   if (const CInstance* instance = instance_of(value.object)) return {{"instance", instance->id}, {"object", object_name_of(*instance)}};
   if (value.object->object_kind == ObjectKind::kMethod || value.object->object_kind == ObjectKind::kScriptRef) return "[[Method]]";
-  if (std::find(inside.begin(), inside.end(), value.object) != inside.end()) return "Warning: recursive struct found";
-  inside.push_back(value.object);
+  if (walk.is_inside(value.object)) return "Warning: recursive struct found";
+  if (!walk.goes_on()) return kLeftOut;
+  walk.inside.push_back(value.object);
   json fields = json::object();
   PropertyObject* object = property_object(value);
-  for (const std::int32_t id : object->variable_ids()) fields[std::string(variable_name(id))] = convert(*object->find_variable(id), inside);
-  inside.pop_back();
+  for (const std::int32_t id : object->variable_ids()) fields[std::string(variable_name(id))] = convert(*object->find_variable(id), walk);
+  walk.inside.pop_back();
   return fields;
 }
 
-json convert(const RValue& value, std::vector<const void*>& inside) {
+json convert(const RValue& value, Walk& walk) {
+  --walk.left;
   switch (value.kind()) {
     case kNumber: return real_to_json(value.real);
     case kBool: return value.real > 0.5;
     case kString: return text_of(value);
-    case kArray: return convert_array(value.array, inside);
-    case kObject: return convert_object(value, inside);
+    case kArray: return convert_array(value.array, walk);
+    case kObject: return convert_object(value, walk);
     case kInt32: return value.i32;
     case kInt64: return value.i64;
     case kRef: return {{"ref", value.ref_type()}, {"index", value.i32}};
@@ -67,8 +79,8 @@ json real_to_json(double number) {
 }
 
 json value_to_json(const RValue& value) {
-  std::vector<const void*> inside;
-  return convert(value, inside);
+  Walk walk;
+  return convert(value, walk);
 }
 
 }  // namespace arena::console
