@@ -2,6 +2,9 @@
 
 #include <cctype>
 #include <map>
+#include <set>
+#include <utility>
+#include <vector>
 
 #include "runtime/script/native.h"
 
@@ -10,37 +13,59 @@ namespace {
 
 const Builtin string_length{"string_length"}, string_char_at{"string_char_at"}, string_pos{"string_pos"};
 
-using Copies = std::map<const void*, Value>;
-
 bool is_struct(const Value& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
 
-Value copy_of(const Value& of, Copies& copies) {
-  if (!is_array(of) && !is_struct(of)) return of;
-  const void* const identity = of.pointer;
-  if (const auto known = copies.find(identity); known != copies.end()) return known->second;
-  if (is_array(of)) {
-    const Value made = array_create(0);
-    copies.emplace(identity, made);
-    for (const Value& each : elements(of)) array_push(made, copy_of(each, copies));
-    return made;
+// Copies containers, however deep and in whatever circles they stand: each once. What is found is filled in later, not by recursion.
+class DeepCopy {
+ public:
+  Value of(const Value& value) {
+    const Value copy = known_or_new(value);
+    while (!pending_.empty()) {
+      const auto [from, into] = pending_.back();
+      pending_.pop_back();
+      fill(from, into);
+    }
+    return copy;
   }
-  const Value made = struct_of({});
-  copies.emplace(identity, made);
-  const Value names = variable_struct_get_names(of);
-  for (const Value& each : elements(names)) variable_struct_set(made, each, copy_of(variable_struct_get(of, each), copies));
-  return made;
-}
 
-void merge(const Value& into, const Value& from, std::map<const void*, bool>& done, Copies& copies) {
-  if (done[from.pointer]) return;
-  done[from.pointer] = true;
-  const Value names = variable_struct_get_names(from);
-  for (const Value& each : elements(names)) {
-    const Value ours = variable_struct_get(into, each), theirs = variable_struct_get(from, each);
-    if (is_struct(ours) && is_struct(theirs)) {
-      merge(ours, theirs, done, copies);
-    } else {
-      variable_struct_set(into, each, copy_of(theirs, copies));
+ private:
+  Value known_or_new(const Value& value) {
+    if (!is_array(value) && !is_struct(value)) return value;
+    const auto [place, is_new] = copies_.try_emplace(value.pointer);
+    if (is_new) {
+      place->second = is_array(value) ? array_create(0) : struct_of({});
+      pending_.emplace_back(value, place->second);
+    }
+    return place->second;
+  }
+  void fill(const Value& from, const Value& into) {
+    if (is_array(from)) {
+      for (const Value& each : elements(from)) array_push(into, known_or_new(each));
+      return;
+    }
+    const Value names = variable_struct_get_names(from);
+    for (const Value& each : elements(names)) variable_struct_set(into, each, known_or_new(variable_struct_get(from, each)));
+  }
+
+  std::map<const void*, Value> copies_;
+  std::vector<std::pair<Value, Value>> pending_;  // from, into
+};
+
+void merge(const Value& whole_into, const Value& whole_from) {
+  DeepCopy copy;
+  std::set<const void*> seen{whole_from.pointer};
+  std::vector<std::pair<Value, Value>> pending{{whole_into, whole_from}};
+  while (!pending.empty()) {
+    const auto [into, from] = pending.back();
+    pending.pop_back();
+    const Value names = variable_struct_get_names(from);
+    for (const Value& each : elements(names)) {
+      const Value ours = variable_struct_get(into, each), theirs = variable_struct_get(from, each);
+      if (!is_struct(ours) || !is_struct(theirs)) {
+        variable_struct_set(into, each, copy.of(theirs));
+      } else if (seen.insert(theirs.pointer).second) {
+        pending.emplace_back(ours, theirs);
+      }
     }
   }
 }
@@ -60,16 +85,11 @@ std::size_t sign_length(const std::string& text, std::size_t at) {
 }  // namespace
 }  // namespace arena::game
 
-SCRIPT(struct_copy_deep, Value of) {
-  Copies copies;
-  return copy_of(of, copies);
-}
+SCRIPT(struct_copy_deep, Value of) { return DeepCopy().of(of); }
 
 SCRIPT(struct_merge, Value into, Value from) {
   if (!is_struct(into) || !is_struct(from)) return into;
-  std::map<const void*, bool> done;
-  Copies copies;
-  merge(into, from, done, copies);
+  merge(into, from);
   return into;
 }
 

@@ -100,11 +100,17 @@ void raise(const Value& widget, std::string_view event, const Value& detail) {
 void apply_settings(const ObjectSelf& widget, const Value& settings) {
   if (is_undefined(settings)) return;
   PropertyObject* const from = property_object(settings);
-  if (from == nullptr || from->object_kind != ObjectKind::kStruct) {
-    ui_error(widget, "new", "settings are to be a struct");
+  if (from == nullptr || from->object_kind != ObjectKind::kStruct || is_widget(settings)) {
+    ui_error(widget, "new", "settings are to be a struct of its own");
     return;
   }
-  for (const std::int32_t id : from->variable_ids()) write(widget, id, *from->find_variable(id));
+  for (const std::int32_t id : from->variable_ids()) {
+    if (id == content.slot || id == parent.slot || id == is_destroyed.slot) {  // the tree's own
+      ui_error(widget, "new", "'" + std::string(variable_name(id)) + "' is no setting");
+    } else {
+      write(widget, id, *from->find_variable(id));
+    }
+  }
 }
 
 }  // namespace arena::game
