@@ -166,5 +166,46 @@ TEST(Replays, TheSameSeedAndInputsGiveTheSameStates) {
   EXPECT_TRUE(outputs[0] == outputs[1]);
 }
 
+std::string repeated(const std::string& part, int times) {
+  std::string text;
+  for (int i = 0; i < times; ++i) text += part;
+  return text;
+}
+
+TEST_F(Console, NothingIsTooDeepOrTooLong) {
+  constexpr int kMany = 100000;
+  for (const char* const part : {"(", "[", "-", "!", "{a:", "with(all){", "1+", "a.b.", "f(1)(1)", "a[0]", "new X(", "\"", "0x"}) {
+    EXPECT_TRUE(ask({{"eval", repeated(part, kMany) + "1"}}).contains("error")) << part;
+  }
+  EXPECT_EQ(eval(repeated("1 + ", 900) + "1"), "901") << "what a person may write is no trouble";
+  for (const char* const part : {"[", "{\"a\":", "{\"eval\":\"", "\\"}) {
+    EXPECT_NE(console->answer(repeated(part, kMany)).find("\"error\""), std::string::npos) << part;
+  }
+  // Containers that stand in one another, far deeper than the native stack reaches.
+  for (const char* const deeper : {"a = {n: a}; 0", "a = [a]; 0"}) {
+    eval("a = 0");
+    for (int i = 0; i < 30000; ++i) eval(deeper);
+    EXPECT_LT(number("string_length(string(a))"), 2000) << "a part of it";
+    EXPECT_TRUE(ask({{"eval", "a"}}).contains("value"));
+    EXPECT_EQ(eval("b = struct_copy_deep(a); struct_merge({c: a}, {c: b}); 1"), "1");
+    const std::string hash = ask({{"hash", true}}).dump();
+    EXPECT_EQ(ask({{"hash", true}}).dump(), hash);
+    eval("b = 0");
+    EXPECT_NE(ask({{"hash", true}}).dump(), hash);
+    step(3);
+    eval("a = 0");
+    step(3);
+  }
+  // Too much to show, or to hold.
+  EXPECT_EQ(eval("a = string_repeat(\"x\", 60000); b = array_create(2000, a); string(b)"), "! a text cannot be longer than 67108864 bytes");
+  EXPECT_EQ(eval("string_repeat(\"text\", 1000000000)"), "! a text cannot be longer than 67108864 bytes");
+  check({{"array_create(1000000000)", "! index out of bounds request 1000000000 maximum size is 16777216"},
+         {"c = []; c[20000000] = 1", "! index out of bounds request 20000000 maximum size is 16777216"},
+         {"array_resize(c, 2000000000)", "! index out of bounds request 2000000000 maximum size is 16777216"},
+         {"array_insert(c, 2000000000, 1)", "! index out of bounds request 2000000001 maximum size is 16777216"},
+         {"array_length(c)", "0"},
+         {"ds_grid_create(100000, 100000)", "! index out of bounds request 2147483647 maximum size is 16777216"}});
+}
+
 }  // namespace
 }  // namespace arena::test

@@ -1,0 +1,109 @@
+// Every built-in function and every script, called with anything: whatever comes in, the answer is a value or an error, and the game
+// goes on.
+#include <cstdlib>
+#include <random>
+#include <set>
+
+#include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/functions.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+class RandomCalls : public ArenaGame {
+ protected:
+  std::string any() { return kValues[random_() % std::size(kValues)]; }
+  void call_often(const std::string& name) {
+    eval(
+        "global.kept = [1, [2], {k: 3}]; global.grid = ds_grid_create(3, 3); global.list = ds_list_create(); global.map = "
+        "ds_map_create()");
+    for (int round = 0; round < rounds_; ++round) {
+      std::string call = name + "(";
+      for (std::uint64_t left = random_() % 9; left-- > 0;) call += any() + (left > 0 ? ", " : "");
+      SCOPED_TRACE(call + ")");
+      if (eval("instance_exists(oPlayer)") == "false") eval("instance_create_depth(0, 0, 0, oPlayer)");
+      const auto reply = ask({{"eval", call + ")"}, {"self", static_cast<int>(number("oPlayer.id"))}});
+      EXPECT_TRUE(reply.contains("text") || reply.contains("error")) << reply.dump();
+      world().ended = false;
+    }
+    ask({{"step", 1}});
+    ASSERT_EQ(broken_invariant(), "") << name;
+    // As at start again, whatever was done to the tables and the interface.
+    eval("game_restart()");
+    ask({{"step", 1}});
+    eval("room_goto(rArena)");
+    ask({{"step", 1}});
+    world().ended = false;
+    ASSERT_EQ(eval("[global.weapons.pistol.name, instance_number(oPlayer), instance_number(oControl)]"), "[\"Pistol\",1,1]") << name;
+  }
+  static std::string short_name(const CompiledFunction& script) {
+    const std::string name = script.name, prefix = "ksl_Script_";
+    return name.rfind(prefix, 0) == 0 ? name.substr(prefix.size()) : name;
+  }
+  // Values of every kind, small, huge and odd; what was made before is used again.
+  static constexpr const char* kValues[] = {"0",
+                                            "1",
+                                            "-1",
+                                            "2",
+                                            "0.5",
+                                            "-4",
+                                            "57",
+                                            "100003",
+                                            "1e9",
+                                            "-1e18",
+                                            "NaN",
+                                            "infinity",
+                                            "int64(7)",
+                                            "true",
+                                            "undefined",
+                                            "\"\"",
+                                            "\"text\"",
+                                            "\"añ€\"",
+                                            "\"12.5\"",
+                                            "[]",
+                                            "[1, 2, 3]",
+                                            "[\"b\", []]",
+                                            "{}",
+                                            "{a: 1}",
+                                            "oPlayer",
+                                            "oEnemy",
+                                            "noone",
+                                            "all",
+                                            "global.kept",
+                                            "oPlayer.id",
+                                            "global.game_ui",
+                                            "global.weapons.pistol",
+                                            "method(undefined, Approach)",
+                                            "\"hp\"",
+                                            "\"layMobs\"",
+                                            "global.grid",
+                                            "global.list",
+                                            "global.map"};
+  static unsigned long from_environment(const char* name, unsigned long otherwise) {
+    const char* const text = std::getenv(name);
+    return text != nullptr ? std::strtoul(text, nullptr, 10) : otherwise;
+  }
+  const int rounds_ = static_cast<int>(from_environment("ARENA_ROUNDS", 25));  // for a longer search
+  std::mt19937_64 random_{from_environment("ARENA_SEED", 2024)};
+};
+
+TEST_F(RandomCalls, OfBuiltInFunctions) {
+  const std::set<std::string> not_here = {"screen_save", "screen_save_numbered"};  // they write files
+  for (std::int32_t i = 0; i < builtin_count(); ++i) {
+    if (not_here.count(builtin_at(i).name) == 0) call_often(builtin_at(i).name);
+    if (HasFatalFailure()) return;
+  }
+}
+
+// Methods are called as if they belonged to the player: they need not know it.
+TEST_F(RandomCalls, OfScriptsMethodsAndConstructors) {
+  for (std::int32_t i = 0; i < script_count(); ++i) {
+    const CompiledFunction& script = script_at(i);
+    call_often(script.is_constructor ? "new " + short_name(script) : short_name(script));
+    if (HasFatalFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace arena::test
