@@ -116,8 +116,10 @@ bool object_is_ancestor(std::int32_t object, std::int32_t ancestor) {
 }
 bool object_exists(std::int32_t object) { return object_types().has(object); }
 void run_inherited() { run_inherited_event(); }
-// The user events 0 to 15 are the "other" events 10 to 25.
-void run_user_event(SelfInstance self, std::int32_t number) { run_event(*self.instance, self.instance, {EventKind::kOther, number + 10}); }
+// The user events 0 to 15 are the "other" events 10 to 25; there are no more.
+void run_user_event(SelfInstance self, std::int32_t number) {
+  if (number >= 0 && number < 16) run_event(*self.instance, self.instance, {EventKind::kOther, number + 10});
+}
 
 // Layers
 RValue layer_get_id(std::string_view name) {

@@ -56,7 +56,7 @@ class World {
   bool restart_wanted = false;
 
   CInstance* find(std::int32_t id) const {
-    const std::uint32_t place = static_cast<std::uint32_t>(id - kFirstId);
+    const std::uint32_t place = static_cast<std::uint32_t>(id) - static_cast<std::uint32_t>(kFirstId);
     if (place / kPageSlots >= pages_.size() || pages_[place / kPageSlots] == nullptr) return nullptr;
     return pages_[place / kPageSlots]->slots[place % kPageSlots];
   }

@@ -32,7 +32,7 @@ class Instance {
 
  private:
   static CInstance* resolve(const RValue& value) {
-    if (value.kind_bits == kNumber && value.real >= kFirstInstanceId) {
+    if (value.kind_bits == kNumber && value.real >= kFirstInstanceId && value.real <= INT32_MAX) {
       if (CInstance* found = world().find(static_cast<std::int32_t>(value.real))) return found;
     }
     return resolve_or_report(value);
