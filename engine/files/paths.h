@@ -6,11 +6,9 @@
 
 namespace arena::files {
 
-inline std::filesystem::path path_of(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
-inline std::string utf8_of(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
+// On Windows a path near the old limit of 260 characters becomes the kind that has none, and loses that mark again in texts.
+std::filesystem::path path_of(std::string_view utf8);
+std::string utf8_of(const std::filesystem::path& path);
 
 // The running program; empty when the system does not tell.
 std::filesystem::path program_file();

@@ -5,8 +5,7 @@
 #include <windows.h>
 
 #include <cstring>
-
-#include "engine/files/paths.h"
+#include <filesystem>
 #else
 #include <SDL.h>
 #endif
@@ -17,6 +16,8 @@ namespace arena::platform {
 namespace {
 
 std::wstring shown_text;
+
+std::wstring wide(const std::string& text) { return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring(); }
 
 void copy_shown_text() {
   const std::size_t bytes = (shown_text.size() + 1) * sizeof(wchar_t);
@@ -41,9 +42,9 @@ LRESULT CALLBACK see_message(int code, WPARAM unused, LPARAM about) {
 }  // namespace
 
 void show_error_dialog(const std::string& title, const std::string& text) {
-  shown_text = files::path_of(text).wstring();
+  shown_text = wide(text);
   const HHOOK hook = SetWindowsHookExW(WH_MSGFILTER, see_message, nullptr, GetCurrentThreadId());
-  MessageBoxW(nullptr, shown_text.c_str(), files::path_of(title).c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+  MessageBoxW(nullptr, shown_text.c_str(), wide(title).c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
   if (hook != nullptr) UnhookWindowsHookEx(hook);
 }
 #else

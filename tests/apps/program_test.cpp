@@ -67,18 +67,23 @@ TEST(Program, EndsWithTheStatusOfWhatHappened) {
 }
 
 TEST(Paths, AnyNameWorks) {
-  const std::string folder = temporary_path("Игра & play é ünï"), text = folder + "/x/наконец.png";
-  EXPECT_EQ(files::utf8_of(files::path_of(text)), text);
-  EXPECT_TRUE(files::can_write_in(files::path_of(folder) / "x"));
-  EXPECT_TRUE(std::filesystem::is_empty(files::path_of(folder) / "x")) << "it leaves nothing there";
-  // The data file is found in such a folder, too, and a picture can be written there.
-  const std::filesystem::path copy = files::path_of(folder) / files::path_of("данные.dat");
-  std::filesystem::copy_file(data_file_path(), copy);
-  std::string problem;
-  EXPECT_NE(data::open_data_file(files::utf8_of(copy), problem), nullptr) << problem;
-  std::ofstream(files::path_of(folder) / "file") << "in the way";
-  EXPECT_FALSE(files::can_write_in(files::path_of(folder) / "file"));
-  std::filesystem::remove_all(files::path_of(folder));
+  for (const int levels : {0, 12}) {  // the deep one is far longer than 260 characters
+    const std::string outermost = temporary_path("Игра & play é ünï");
+    std::string folder = outermost;
+    for (int i = 0; i < levels; ++i) folder += "/Довольно длинное имя папки";
+    const std::filesystem::path named = files::path_of(folder + "/x/наконец.png");
+    EXPECT_EQ(files::path_of(files::utf8_of(named)), named);
+    EXPECT_TRUE(files::can_write_in(files::path_of(folder) / "x"));
+    EXPECT_TRUE(std::filesystem::is_empty(files::path_of(folder) / "x")) << "it leaves nothing there";
+    // The data file is found in such a folder, too, and a picture can be written there.
+    const std::filesystem::path copy = files::path_of(folder) / files::path_of("данные.dat");
+    std::filesystem::copy_file(data_file_path(), copy);
+    std::string problem;
+    EXPECT_NE(data::open_data_file(files::utf8_of(copy), problem), nullptr) << problem;
+    std::ofstream(files::path_of(folder) / "file") << "in the way";
+    EXPECT_FALSE(files::can_write_in(files::path_of(folder) / "file"));
+    std::filesystem::remove_all(files::path_of(outermost));
+  }
 }
 
 #ifdef _WIN32
