@@ -11,6 +11,7 @@
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/elementary.h"
+#include "runtime/values/number_text.h"
 
 namespace arena::draw {
 namespace {
@@ -144,7 +145,7 @@ void Draw::push_clip(double x, double y, double width, double height) {
     right = std::max(left, std::min<double>(right, outer.x + outer.width));
     bottom = std::max(top, std::min<double>(bottom, outer.y + outer.height));
   }
-  clips_.push_back({static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left), static_cast<int>(bottom - top)});
+  clips_.push_back({saturate_int32(left), saturate_int32(top), saturate_int32(right - left), saturate_int32(bottom - top)});
 }
 
 void Draw::pop_clip() {

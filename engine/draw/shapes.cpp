@@ -4,6 +4,7 @@
 
 #include "engine/draw/pictures.h"
 #include "runtime/values/elementary.h"
+#include "runtime/values/number_text.h"
 
 namespace arena::draw {
 
@@ -41,7 +42,7 @@ void Draw::ellipse(double x, double y, double radius_x, double radius_y, std::ui
   const double pixels = std::max(std::fabs(radius_x), std::fabs(radius_y)) * zoom;
   // Enough sides that a chord stays within a quarter of a pixel of the arc.
   const int sides =
-      state.circle_precision > 0 ? state.circle_precision : std::clamp(static_cast<int>(4.5 * elementary::sqrt(pixels)), 12, 128);
+      state.circle_precision > 0 ? state.circle_precision : std::clamp(saturate_int32(4.5 * elementary::sqrt(pixels)), 12, 128);
   const auto on_rim = [&](int side) {
     const double angle = 2 * elementary::kPi * side / sides;
     return Corner{x + elementary::cos(angle) * radius_x, y + elementary::sin(angle) * radius_y};

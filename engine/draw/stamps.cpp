@@ -26,7 +26,7 @@ std::int32_t next_handle = 1;
 void StampLayer::add(const Draw::Stamp& stamp) {
   if (!std::isfinite(stamp.at.x) || !std::isfinite(stamp.at.y) || capacity_ == 0) return;
   if (count_ >= capacity_) make_room();
-  const auto cell = [](double at) { return static_cast<std::int32_t>(std::clamp(std::floor(at / kRegionSize), -1e6, 1e6)); };
+  const auto cell = [](double at) { return std::clamp(saturate_int32(std::floor(at / kRegionSize)), -1000000, 1000000); };
   Region& region = regions_[{cell(stamp.at.x), cell(stamp.at.y)}];
   const SpriteInfo* info = find_sprite(stamp.sprite);
   const double reach =

@@ -9,7 +9,7 @@ constexpr int kSteps = 64;  // of a whole turn
 // Between two rings, from one share of a turn to another.
 void draw_arc(Real x, Real y, Real inside, Real outside, Real from, Real to, Real colour) {
   draw_set_colour(colour);
-  const int steps = std::max(1, static_cast<int>(std::ceil((to - from).number() * kSteps)));
+  const int steps = std::clamp(saturate_int32(std::ceil((to - from).number() * kSteps)), 1, kSteps);
   for (int i = 0; i < steps; ++i) {
     const Real one = 90 - (from + (to - from) * i / steps) * 360, two = 90 - (from + (to - from) * (i + 1) / steps) * 360;
     const Real x1 = x + lengthdir_x(outside, one), y1 = y + lengthdir_y(outside, one), x2 = x + lengthdir_x(outside, two),

@@ -94,7 +94,7 @@ class Arrangement {
 
  private:
   static int whole(const Value& widget, const Variable& field, int otherwise) {
-    return static_cast<int>(number_or(widget, field, otherwise));
+    return saturate_int32(number_or(widget, field, otherwise));
   }
 
   layout::Style style_for(const Value& widget) {

@@ -33,7 +33,7 @@ void paint_focus(const Value& widget) {
 
 int own_color_or(const Value& widget, const Variable& from_style) {
   const RValue* own = optional_field(widget, color);
-  return own != nullptr ? static_cast<int>(to_real(*own)) : style_color(widget, from_style);
+  return own != nullptr ? saturate_int32(to_real(*own)) : style_color(widget, from_style);
 }
 
 // A colour made lighter (above 1) or darker.
@@ -79,7 +79,7 @@ STATIC_METHOD(TuiButton, onDraw) {
   const bool works = bool(self[enabled]);
   const Rect at = rect_of(self);
   const double light = works && bool(self[is_pressed]) ? 0.78 : 1;
-  paint_panel(static_cast<int>(number_or(style_of(self), sprite_button, -1)), at, shaded(own_color_or(self, color_button), light),
+  paint_panel(saturate_int32(number_or(style_of(self), sprite_button, -1)), at, shaded(own_color_or(self, color_button), light),
               opacity_of(self));
   if (works && bool(self[is_hovered]) && light == 1) paint_rectangle({at.x + 3, at.y + 3, at.width - 6, at.height - 6}, c_white, 0.1);
   paint_focus(self);
@@ -178,10 +178,10 @@ STATIC_METHOD(TuiProgressBar, onDraw) {
   const Rect at = rect_of(self);
   const Value look = style_of(self);
   const double share = share_of(self);
-  paint_panel(static_cast<int>(number_or(look, sprite_bar_back, -1)), at, style_color(self, color_field), opacity_of(self));
+  paint_panel(saturate_int32(number_or(look, sprite_bar_back, -1)), at, style_color(self, color_field), opacity_of(self));
   const double filled = share * at.width;
   if (filled > 0.5)
-    paint_panel(static_cast<int>(number_or(look, sprite_bar_fill, -1)), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent),
+    paint_panel(saturate_int32(number_or(look, sprite_bar_fill, -1)), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent),
                 opacity_of(self));
   paint_shadowed_text(self, shown_text(self), at);
   return undefined;
@@ -205,7 +205,7 @@ STATIC_METHOD(TuiProgressRing, onDraw) {
   const auto arc = [&](double share, int tint) {
     draw_set_colour(tint);
     draw_set_alpha(opacity_of(self));
-    const int steps = std::max(1, static_cast<int>(std::ceil(share * kRingSteps)));
+    const int steps = std::max(1, saturate_int32(std::ceil(share * kRingSteps)));
     const auto place = [&](double along, double out, double& to_x, double& to_y) {
       const Real turn = 90 - along * 360;
       to_x = centre_x + lengthdir_x(out, turn).number();

@@ -153,7 +153,7 @@ STATIC_METHOD(TuiInput, onText, Value typed) {
 }
 
 STATIC_METHOD(TuiInput, onKey, Value key) {
-  const int code = static_cast<int>(to_real(key));
+  const int code = saturate_int32(to_real(key));
   const bool extends = bool(keyboard_check(kShift)), control = bool(keyboard_check(kControl));
   const std::string all = text_in(self);
   const std::size_t at = place(self, caret, all);

@@ -208,8 +208,7 @@ void draw_tooltip(const Value& root) {
   const double down = text_height(shown, font_of(root), wrap) + 10;
   const double left = std::clamp(number_or(root, pointer_x, 0) + 14, 0.0, std::max(0.0, room_width - across));
   const double top = std::clamp(number_or(root, pointer_y, 0) + 18, 0.0, std::max(0.0, room_height - down));
-  paint_panel(static_cast<int>(number_or(style_of(root), sprite_panel, -1)), {left, top, across, down}, style_color(root, color_field),
-              0.96);
+  paint_panel(saturate_int32(number_or(style_of(root), sprite_panel, -1)), {left, top, across, down}, style_color(root, color_field), 0.96);
   paint_text(root, shown, {left + 8, top + 5, wrap, down - 10}, 0, 0, tui::kOverflowWrap, style_color(root, color_text), 1);
 }
 
