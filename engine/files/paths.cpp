@@ -18,9 +18,6 @@ std::filesystem::path made(const std::filesystem::path& folder) {
 }
 
 #ifdef _WIN32
-constexpr std::wstring_view kWithoutLimit = L"\\\\?\\";
-constexpr std::size_t kNearTheLimit = 200;  // names are still to be added
-
 std::filesystem::path known_folder(const KNOWNFOLDERID& which) {
   wchar_t* text = nullptr;
   std::filesystem::path folder;
@@ -60,23 +57,10 @@ std::filesystem::path named_by_desktop(const std::string& variable) {
 
 }  // namespace
 
-std::filesystem::path path_of(std::string_view utf8) {
-  const std::filesystem::path path = std::u8string(utf8.begin(), utf8.end());
-#ifdef _WIN32
-  if (path.native().size() >= kNearTheLimit) {
-    std::error_code failure;
-    const std::wstring whole = std::filesystem::absolute(path, failure).lexically_normal().make_preferred().native();
-    if (!failure && !whole.starts_with(L"\\\\")) return std::wstring(kWithoutLimit) + whole;
-  }
-#endif
-  return path;
-}
+std::filesystem::path path_of(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
 
 std::string utf8_of(const std::filesystem::path& path) {
-  std::u8string text = path.u8string();
-#ifdef _WIN32
-  if (path.native().starts_with(kWithoutLimit)) text.erase(0, kWithoutLimit.size());
-#endif
+  const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
 }
 

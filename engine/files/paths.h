@@ -6,7 +6,6 @@
 
 namespace arena::files {
 
-// On Windows a path near the old limit of 260 characters becomes the kind that has none, and loses that mark again in texts.
 std::filesystem::path path_of(std::string_view utf8);
 std::string utf8_of(const std::filesystem::path& path);
 
