@@ -156,8 +156,8 @@ void Autoplayer::walk(const CInstance& player, const CInstance* goal) {
   double least = 1e18;
   for (int direction = 0; direction <= 8; ++direction) {
     const double angle = (direction - 1) * 0.7853981633974483, reach = direction == 0 ? 0 : kAhead;
-    const double danger =
-        danger_at({player.x + reach * elementary::cos(angle), player.y - reach * elementary::sin(angle)}, goal) - (direction == direction_ ? 0.12 : 0);
+    const double danger = danger_at({player.x + reach * elementary::cos(angle), player.y - reach * elementary::sin(angle)}, goal) -
+                          (direction == direction_ ? 0.12 : 0);
     if (danger >= least) continue;
     least = danger;
     best = direction;

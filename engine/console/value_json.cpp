@@ -22,7 +22,7 @@ struct Walk {
   std::vector<const void*> inside;
   int left = 1000000;  // values
   bool is_inside(const void* container) const { return std::find(inside.begin(), inside.end(), container) != inside.end(); }
-  bool goes_on() const { return left > 0 && inside.size() < 200; }
+  bool goes_on() const { return left > 0 && inside.size() < kDeepestShown; }
 };
 
 json convert(const RValue& value, Walk& walk);

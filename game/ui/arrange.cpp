@@ -93,10 +93,6 @@ class Arrangement {
   }
 
  private:
-  static int whole(const Value& widget, const Variable& field, int otherwise) {
-    return saturate_int32(number_or(widget, field, otherwise));
-  }
-
   layout::Style style_for(const Value& widget) {
     layout::Style made;
     const auto edge = [&](const Variable& field, Length& into) {
@@ -104,14 +100,14 @@ class Arrangement {
     };
     made.direction = static_cast<layout::Direction>(
         std::array{layout::Direction::kColumn, layout::Direction::kColumnReverse, layout::Direction::kRow,
-                   layout::Direction::kRowReverse}[static_cast<std::size_t>(std::clamp(whole(widget, flex_direction, 0), 0, 3))]);
-    made.wrap = static_cast<layout::Wrap>(std::clamp(whole(widget, flex_wrap, 0), 0, 2));
-    made.justify = justify_of(whole(widget, justify_content, 0));
-    made.align_items = align_of(whole(widget, align_items, tui::kStretch));
-    made.align_self = align_of(whole(widget, align_self, tui::kAuto));
-    made.align_content = align_of(whole(widget, align_content, tui::kStretch));
-    made.position = whole(widget, is_absolute, 0) > 0 ? layout::Position::kAbsolute : layout::Position::kRelative;
-    made.clips = whole(widget, clips, 0) > 0;
+                   layout::Direction::kRowReverse}[static_cast<std::size_t>(std::clamp(whole_or(widget, flex_direction, 0), 0, 3))]);
+    made.wrap = static_cast<layout::Wrap>(std::clamp(whole_or(widget, flex_wrap, 0), 0, 2));
+    made.justify = justify_of(whole_or(widget, justify_content, 0));
+    made.align_items = align_of(whole_or(widget, align_items, tui::kStretch));
+    made.align_self = align_of(whole_or(widget, align_self, tui::kAuto));
+    made.align_content = align_of(whole_or(widget, align_content, tui::kStretch));
+    made.position = whole_or(widget, is_absolute, 0) > 0 ? layout::Position::kAbsolute : layout::Position::kRelative;
+    made.clips = whole_or(widget, clips, 0) > 0;
     made.grow = std::max(0.0, number_or(widget, flex_grow, 0));
     made.shrink = std::max(0.0, number_or(widget, flex_shrink, 1));
     made.aspect_ratio = std::max(0.0, number_or(widget, aspect_ratio, 0));
@@ -138,16 +134,16 @@ class Arrangement {
   }
 
   const layout::Content* content_for(const Value& widget, layout::Style& made) {
-    const int kind = whole(widget, measures, kMeasuresNothing);
+    const int kind = whole_or(widget, measures, kMeasuresNothing);
     if (kind == kMeasuresText) {
-      const bool wraps = whole(widget, overflow, 0) == tui::kOverflowWrap;
-      if (whole(widget, overflow, 0) >= tui::kOverflowClip) made.clips = true;
+      const bool wraps = whole_or(widget, overflow, 0) == tui::kOverflowWrap;
+      if (whole_or(widget, overflow, 0) >= tui::kOverflowClip) made.clips = true;
       return &texts_.emplace_back(shown_text(widget), font_of(widget), number_or(widget, text_scale, 1), wraps);
     }
     if (kind == kMeasuresSprite) {
-      const int sprite = whole(widget, value, -1);
+      const int sprite = whole_or(widget, value, -1);
       const double across = sprite_width_of(sprite), down = sprite_height_of(sprite);
-      if (whole(widget, maintain_aspect, 0) > 0 && down > 0 && made.aspect_ratio == 0) made.aspect_ratio = across / down;
+      if (whole_or(widget, maintain_aspect, 0) > 0 && down > 0 && made.aspect_ratio == 0) made.aspect_ratio = across / down;
       return &sprites_.emplace_back(across, down);
     }
     return nullptr;

@@ -38,7 +38,7 @@ CONSTRUCTOR(TuiPanel, Value settings) {
 }
 STATIC_METHOD(TuiPanel, onDraw) {
   const RValue* own = optional_field(self, color);
-  paint_panel(saturate_int32(number_or(style_of(self), sprite_panel, -1)), rect_of(self),
+  paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self),
               own != nullptr ? saturate_int32(to_real(*own)) : style_color(self, color_panel), opacity_of(self));
   return undefined;
 }
@@ -54,11 +54,11 @@ CONSTRUCTOR(TuiImage, Value settings) {
   apply_settings(self, settings);
 }
 STATIC_METHOD(TuiImage, onDraw) {
-  const int sprite = saturate_int32(number_or(self, value, -1));
+  const int sprite = whole_or(self, value, -1);
   const double across = sprite_width_of(sprite), down = sprite_height_of(sprite);
   if (across <= 0 || down <= 0) return undefined;
   Rect at = rect_of(self);
-  const int tint = saturate_int32(number_or(self, color, c_white));
+  const int tint = whole_or(self, color, c_white);
   if (array_length(self[content]) > 0 || number_or(self, padding_left, 0) > 0) {
     paint_panel(sprite, at, tint, opacity_of(self));
     return undefined;
@@ -85,7 +85,7 @@ CONSTRUCTOR(TuiText, Value settings) {
 STATIC_METHOD(TuiText, onDraw) {
   const RValue* own = optional_field(self, color);
   const int tint = own != nullptr ? saturate_int32(to_real(*own)) : style_color(self, color_text);
-  paint_text(self, shown_text(self), inner_rect(self), saturate_int32(number_or(self, text_halign, 0)),
-             saturate_int32(number_or(self, text_valign, 1)), saturate_int32(number_or(self, overflow, 0)), tint, opacity_of(self));
+  paint_text(self, shown_text(self), inner_rect(self), whole_or(self, text_halign, 0), whole_or(self, text_valign, 1),
+             whole_or(self, overflow, 0), tint, opacity_of(self));
   return undefined;
 }

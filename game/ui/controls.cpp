@@ -79,8 +79,7 @@ STATIC_METHOD(TuiButton, onDraw) {
   const bool works = bool(self[enabled]);
   const Rect at = rect_of(self);
   const double light = works && bool(self[is_pressed]) ? 0.78 : 1;
-  paint_panel(saturate_int32(number_or(style_of(self), sprite_button, -1)), at, shaded(own_color_or(self, color_button), light),
-              opacity_of(self));
+  paint_panel(whole_or(style_of(self), sprite_button, -1), at, shaded(own_color_or(self, color_button), light), opacity_of(self));
   if (works && bool(self[is_hovered]) && light == 1) paint_rectangle({at.x + 3, at.y + 3, at.width - 6, at.height - 6}, c_white, 0.1);
   paint_focus(self);
   return undefined;
@@ -178,11 +177,10 @@ STATIC_METHOD(TuiProgressBar, onDraw) {
   const Rect at = rect_of(self);
   const Value look = style_of(self);
   const double share = share_of(self);
-  paint_panel(saturate_int32(number_or(look, sprite_bar_back, -1)), at, style_color(self, color_field), opacity_of(self));
+  paint_panel(whole_or(look, sprite_bar_back, -1), at, style_color(self, color_field), opacity_of(self));
   const double filled = share * at.width;
   if (filled > 0.5)
-    paint_panel(saturate_int32(number_or(look, sprite_bar_fill, -1)), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent),
-                opacity_of(self));
+    paint_panel(whole_or(look, sprite_bar_fill, -1), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent), opacity_of(self));
   paint_shadowed_text(self, shown_text(self), at);
   return undefined;
 }

@@ -128,7 +128,7 @@ SCRIPT(tui_close_window, Value button, Value) {
 }
 STATIC_METHOD(TuiWindow, onDraw) {
   const Rect at = rect_of(self);
-  paint_panel(saturate_int32(number_or(style_of(self), sprite_panel, -1)), at, style_color(self, color_panel), opacity_of(self));
+  paint_panel(whole_or(style_of(self), sprite_panel, -1), at, style_color(self, color_panel), opacity_of(self));
   paint_rectangle({at.x + 3, at.y + kTitleHeight, at.width - 6, 1}, style_color(self, color_faint), 0.6);
   const Value plain_font = number_or(style_of(self), font_title, -1);
   self[font] = plain_font;

@@ -14,7 +14,7 @@ const Variable field_name{"field"}, from_value{"from"}, to_value{"to"}, seconds{
 void follow_binding(const Value& widget) {
   const RValue* target = optional_field(widget, bind_target);
   if (target == nullptr) return;
-  const RValue* found = peek(Value(RValue(*target)), saturate_int32(number_or(widget, bind_name, -1)));
+  const RValue* found = peek(Value(RValue(*target)), whole_or(widget, bind_name, -1));
   const RValue* shown = object_of(widget)->find_variable(value.slot);
   if (found == nullptr || (shown != nullptr && values_match(*found, *shown) && found->kind() == shown->kind())) return;
   const bool is_measured = number_or(widget, measures, 0) > 0;

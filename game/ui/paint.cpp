@@ -15,7 +15,7 @@ constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is s
 int font_of(const Value& widget) {
   if (const RValue* own = optional_field(widget, font)) return saturate_int32(to_real(*own));
   const bool is_caption = number_or(widget, caption_of_button, 0) > 0;
-  return saturate_int32(number_or(style_of(widget), is_caption ? font_button : font_text, -1));
+  return whole_or(style_of(widget), is_caption ? font_button : font_text, -1);
 }
 
 double text_width(std::string_view text, int with_font) {
@@ -50,7 +50,7 @@ std::string shown_text(const Value& widget) {
   return text;
 }
 
-int style_color(const Value& widget, const Variable& field) { return saturate_int32(number_or(style_of(widget), field, c_white)); }
+int style_color(const Value& widget, const Variable& field) { return whole_or(style_of(widget), field, c_white); }
 
 void paint_rectangle(const Rect& at, int tint, double opacity) {
   if (at.width <= 0 || at.height <= 0) return;

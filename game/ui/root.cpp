@@ -86,27 +86,34 @@ void set_focus(const Value& root, const Value& to) {
   }
 }
 
-// What the keyboard may reach now: neither hidden, disabled, nor under a modal layer.
-std::vector<Value> reachable(const Value& root) {
+// Whether the keyboard may have a widget that is shown: it is neither disabled nor under a modal layer.
+bool takes_keyboard(const Value& widget, const Value& modal) {
+  return bool(widget[enabled]) && (is_undefined(modal) || stands_in(widget, modal));
+}
+
+bool is_shown(const Value& root, const Value& widget) {
+  const Value all = root[order];
+  for (const Value& each : elements(all)) {
+    if (is_same(each, widget)) return true;
+  }
+  return false;
+}
+
+std::vector<Value> focusable(const Value& root) {
   std::vector<Value> found;
   const Value all = root[order], modal = modal_of(root);
   for (const Value& each : elements(all)) {
-    if (bool(each[enabled]) && (is_undefined(modal) || stands_in(each, modal))) found.push_back(each);
+    if (bool(each[is_focusable]) && takes_keyboard(each, modal)) found.push_back(each);
   }
   return found;
 }
 
-auto place_of(const Value& widget, const std::vector<Value>& among) {
-  return std::find_if(among.begin(), among.end(), [&](const Value& each) { return is_same(each, widget); });
-}
-
 // Tab goes round; an arrow goes to the nearest widget that lies in its direction.
 void move_focus(const Value& root, int key, bool backwards) {
-  std::vector<Value> all = reachable(root);
-  std::erase_if(all, [](const Value& each) { return !bool(each[is_focusable]); });
+  const std::vector<Value> all = focusable(root);
   if (all.empty()) return;
   const Value now = reference(root, focused);
-  const auto here = place_of(now, all);
+  const auto here = std::find_if(all.begin(), all.end(), [&](const Value& each) { return is_same(each, now); });
   if (key == kKeyTab) {
     const std::size_t count = all.size(), place = static_cast<std::size_t>(here - all.begin());
     set_focus(root, all[here == all.end() ? (backwards ? count - 1 : 0) : (place + (backwards ? count - 1 : 1)) % count]);
@@ -187,7 +194,7 @@ void use_keyboard(const Value& root) {
   if (bool(keyboard_check_pressed(kKeyTab))) move_focus(root, kKeyTab, backwards);
   const Value target = reference(root, focused);
   if (!is_widget(target)) return;
-  if (const std::vector<Value> all = reachable(root); place_of(target, all) == all.end()) return set_focus(root, undefined);
+  if (!is_shown(root, target) || !takes_keyboard(target, modal_of(root))) return set_focus(root, undefined);
   const Value typed = keyboard_text();
   if (typed.is_string() && !text_of(typed).empty()) call_guarded(target, target[onText], {typed});
   for (const int key : kKeysForWidgets) {
@@ -208,7 +215,7 @@ void draw_tooltip(const Value& root) {
   const double down = text_height(shown, font_of(root), wrap) + 10;
   const double left = std::clamp(number_or(root, pointer_x, 0) + 14, 0.0, std::max(0.0, room_width - across));
   const double top = std::clamp(number_or(root, pointer_y, 0) + 18, 0.0, std::max(0.0, room_height - down));
-  paint_panel(saturate_int32(number_or(style_of(root), sprite_panel, -1)), {left, top, across, down}, style_color(root, color_field), 0.96);
+  paint_panel(whole_or(style_of(root), sprite_panel, -1), {left, top, across, down}, style_color(root, color_field), 0.96);
   paint_text(root, shown, {left + 8, top + 5, wrap, down - 10}, 0, 0, tui::kOverflowWrap, style_color(root, color_text), 1);
 }
 

@@ -68,6 +68,9 @@ inline double number_or(const Value& widget, const Variable& field, double other
   const RValue* found = optional_field(widget, field);
   return found != nullptr && is_numeric(*found) ? to_real(*found) : otherwise;
 }
+inline int whole_or(const Value& widget, const Variable& field, int otherwise) {
+  return saturate_int32(number_or(widget, field, otherwise));
+}
 inline Rect rect_of(const Value& widget) {
   return {number_or(widget, rect_x, 0), number_or(widget, rect_y, 0), number_or(widget, rect_width, 0), number_or(widget, rect_height, 0)};
 }

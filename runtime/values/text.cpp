@@ -15,7 +15,6 @@ namespace arena {
 namespace {
 
 constexpr std::size_t kLongestInMessage = 200;  // bytes of an operand shown in an error
-constexpr std::size_t kDeepest = 200;           // containers within containers; what lies deeper is left out
 RefNamer ref_namer = nullptr;
 
 // Writes one value; remembers the containers it is inside of, so that cycles are cut. Ends early, past `longest` bytes.
@@ -69,7 +68,7 @@ class TextWriter {
       text += warning;
       return false;
     }
-    if (inside_.size() >= kDeepest) {
+    if (inside_.size() >= kDeepestShown) {
       text += "...";
       return false;
     }
