@@ -13,8 +13,9 @@ const Variable field_name{"field"}, from_value{"from"}, to_value{"to"}, seconds{
 
 void follow_binding(const Value& widget) {
   const RValue* target = optional_field(widget, bind_target);
-  if (target == nullptr) return;
-  const RValue* found = peek(Value(RValue(*target)), whole_or(widget, bind_name, -1));
+  const RValue* variable = optional_field(widget, bind_name);
+  if (target == nullptr || variable == nullptr || !variable->is_string()) return;
+  const RValue* found = peek(Value(RValue(*target)), id_of_variable(text_of(*variable)));
   const RValue* shown = object_of(widget)->find_variable(value.slot);
   if (found == nullptr || (shown != nullptr && values_match(*found, *shown) && found->kind() == shown->kind())) return;
   const bool is_measured = number_or(widget, measures, 0) > 0;
@@ -48,7 +49,7 @@ void advance_tweens(const Value& widget, double dt) {
 // is there the last value stays.
 STATIC_METHOD(TuiBase, bindVariable, Value target, Value variable) {
   self[bind_target] = target;
-  self[bind_name] = id_of_variable(to_text(variable));
+  self[bind_name] = string(variable);  // the name, for ids are the program's own and no part of a game
   follow_binding(self);
   return self;
 }
