@@ -52,9 +52,11 @@ void before_handler(const CInstance&, EventKey key) {
 }
 
 bool screenshot_wanted = false;
+bool run_began = false;  // in this frame, by a restart
 
 // What belongs to one run of the game and is forgotten by a restart.
 void forget_run() {
+  run_began = true;
   audio::audio().reset();
   draw::reset_draw_state();
   draw::reset_stamp_layers();
@@ -140,8 +142,10 @@ Game::~Game() {
 }
 
 void Game::run_frame(std::int64_t microseconds) {
+  run_began = false;
   arena::run_frame(microseconds);
-  audio::audio().advance(static_cast<double>(microseconds) / 1e6);
+  // What a new run plays from its start is heard from its first frame on, as after a first start.
+  if (!run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
   if (std::exchange(screenshot_wanted, false)) take_screenshot();
 }

@@ -8,7 +8,8 @@
 namespace arena {
 namespace {
 std::optional<std::uint64_t> fixed_seed;
-}
+constexpr std::uint64_t kVisualSeed = 1;
+}  // namespace
 
 void RandomGenerator::reseed(std::uint64_t seed) {
   seed_ = seed;
@@ -52,13 +53,18 @@ RandomGenerator& game_random() {
 }
 
 RandomGenerator& visual_random() {
-  static RandomGenerator generator(1);
+  static RandomGenerator generator(kVisualSeed);
   return generator;
 }
 
 void fix_random_seed(std::uint64_t seed) {
   fixed_seed = seed;
   game_random().reseed(seed);
+}
+
+void reset_random() {
+  game_random().reseed(fixed_seed.value_or(0));
+  visual_random().reseed(kVisualSeed);
 }
 
 std::uint64_t randomize() {

@@ -25,5 +25,7 @@ RandomGenerator& visual_random();
 // What randomize() uses: the command line's seed, or the clock's when none was given.
 void fix_random_seed(std::uint64_t seed);
 std::uint64_t randomize();
+// Both generators as at start.
+void reset_random();
 
 }  // namespace arena

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/struct.h"
@@ -152,13 +153,24 @@ void World::run_for_all(EventKey key) {
   }
 }
 
-void World::leave_room() {
-  run_for_all({EventKind::kOther, kOtherRoomEnd});
-  const std::vector<CInstance*> snapshot = all_;
-  for (CInstance* instance : snapshot) {
-    if (instance->is_alive && instance->persistent < 0.5) destroy(*instance, false);
+// What a Clean Up handler makes goes with the rest; the bound only breaks endless circles.
+void World::end_instances(bool persistent_too) {
+  const auto goes = [&](const CInstance* instance) { return instance->is_alive && (persistent_too || instance->persistent < 0.5); };
+  for (int round = 0; round < 100; ++round) {
+    std::vector<CInstance*> leaving;
+    std::copy_if(all_.begin(), all_.end(), std::back_inserter(leaving), goes);
+    if (leaving.empty()) break;
+    for (CInstance* instance : leaving) destroy(*instance, false);
+  }
+  for (CInstance* instance : all_) {
+    if (goes(instance)) unlist(*instance);
   }
   forget_dead();
+}
+
+void World::leave_room() {
+  run_for_all({EventKind::kOther, kOtherRoomEnd});
+  end_instances(false);
 }
 
 void World::enter_room(std::int32_t next) {
@@ -202,10 +214,9 @@ void World::start_game(std::int32_t starting_room) {
 void World::restart_game() {
   run_for_all({EventKind::kOther, kOtherRoomEnd});
   run_for_all({EventKind::kOther, kOtherGameEnd});
-  const std::vector<CInstance*> snapshot = all_;
-  for (CInstance* instance : snapshot) destroy(*instance, false);
-  forget_dead();
+  end_instances(true);
   forget_run();
+  game_clock.frame_microseconds = GameClock().frame_microseconds;  // no frame of the new run has passed
   start_game(first_room);
 }
 
@@ -214,7 +225,10 @@ void World::forget_run() {
   global_object()->clear_variables();
   reset_statics();
   reset_input();
+  reset_random();
   room_wanted = -1;
+  layers.clear();
+  next_layer_id_ = 0;
 }
 
 void World::shut_down() {
@@ -229,7 +243,6 @@ void World::shut_down() {
   // The next game of this process is the same as the first of another one.
   pages_.clear();
   next_id_ = kFirstId;
-  next_layer_id_ = 0;
   game_clock = {};
 }
 

@@ -72,6 +72,7 @@ class World {
   // Room and game.
   void start_game(std::int32_t starting_room);
   void enter_room(std::int32_t next);
+  // Everything from the beginning, as a first start does it; only the clock and the ids of instances go on.
   void restart_game();
   // Forgets everything without running an event: the host is done with this game.
   void shut_down();
@@ -92,6 +93,7 @@ class World {
  private:
   void unlist(CInstance& instance);
   void leave_room();
+  void end_instances(bool persistent_too);
   void forget_run();
   void run_for_all(EventKey key);
 

@@ -1,8 +1,10 @@
 // From the preparation room through waves and rewards, by keys and pointer.
 #include <algorithm>
 #include <cstdlib>
+#include <sstream>
 
 #include "engine/audio/audio.h"
+#include "engine/console/state_hash.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
@@ -157,6 +159,65 @@ TEST_F(Waves, DeathShowsTheKills) {
   key(32, true);
   step();
   check({{"instance_exists(oDeathScreen)", "false"}, {"global.statistics.kills", "0"}});
+}
+
+// Line by line, so that a failure names the values that differ.
+void expect_same_state(const std::string& first, const std::string& again, const std::string& when) {
+  std::istringstream one(first), two(again);
+  std::string left, right, before;
+  for (int line = 1; std::getline(one, left) && std::getline(two, right); before = left, ++line) {
+    if (left != right) {
+      ADD_FAILURE() << when << ", line " << line << " after '" << before << "': " << left << ", but after the restart " << right;
+      return;
+    }
+  }
+  EXPECT_EQ(first.size(), again.size()) << when;
+}
+
+// From both rooms, after a fight with frames of another length, and by Space on the death screen as well as by the built-in.
+TEST(Restart, LeadsToTheStateOfAFirstStart) {
+  struct Played : TestGame {
+    explicit Played(const char* room) : TestGame(room) {}
+    void TestBody() override {}
+    using TestGame::eval, TestGame::key, TestGame::step, TestGame::ask;
+    // At the start of a run, and after some of its frames.
+    std::vector<std::string> run() {
+      std::vector<std::string> states{console::describe_state()};
+      for (const int frames : {1, 2, 400}) step(frames), states.push_back(console::describe_state());
+      return states;
+    }
+    void fight() {
+      key('D', true);
+      ask({{"mouse", {900, 500}}});
+      ask({{"button", 1}, {"down", true}});
+      eval("layer_create(5, \"mine\"); random(5); global.another = {a: [1]}; ds_list_create(); audio_play_sound(1, 1, true)");
+      eval("if_any = instance_exists(oLevel1); with (oLevel1) { wave_count = 6; wave_timer = 0 } 1");
+      eval("with (oPlayer) { takeGun(createGunPickup(x, y, global.weapons.shotgun)) } 1");
+      step(150, 0.02);
+      eval("with (oEnemy) { takeDamage(500, 0, 0, 50) } 1");
+      step(100, 0.02);
+    }
+  };
+  for (const char* room : {"rPrepare", "rArena"}) {
+    Played game(room);
+    const std::vector<std::string> first = game.run();
+    for (const bool by_space : {false, true}) {
+      game.fight();
+      game.ask({{"mouse", {0, 0}}, {"gui", true}});
+      if (by_space) {
+        game.eval("with (oPlayer) { invulnerable = false; takeDamage(1000, 0, 0) } 1");
+        game.step(1, 0.02);
+        game.key(32, true);
+      } else {
+        game.eval("game_restart()");
+      }
+      game.step(1, 0.02);
+      const std::vector<std::string> again = game.run();
+      for (std::size_t i = 0; i < first.size(); ++i) {
+        expect_same_state(first[i], again[i], std::string(room) + (by_space ? ", Space" : "") + ", moment " + std::to_string(i));
+      }
+    }
+  }
 }
 
 // A device that takes note of what it should play.
