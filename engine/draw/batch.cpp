@@ -26,7 +26,7 @@ void Draw::corners_of(const Picture& picture, const SpriteInfo& info, const Plac
 }
 
 std::unique_ptr<Draw::Batch> Draw::make_batch(std::span<const Stamp> stamps) {
-  std::map<std::uint32_t, std::vector<gpu::Vertex>> by_texture;
+  std::map<std::uint64_t, std::vector<gpu::Vertex>> by_texture;
   for (const Stamp& stamp : stamps) {
     const Picture* picture = find_picture(stamp.sprite, stamp.frame);
     const SpriteInfo* info = find_sprite(stamp.sprite);

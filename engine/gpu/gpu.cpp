@@ -7,9 +7,6 @@ namespace {
 
 constexpr std::size_t kLargestBatch = 60000;  // vertices
 
-// An id is the slot's place below and the slot's serial number above, so that a stale id is told from its slot's next owner.
-constexpr std::uint32_t kPlaceBits = 14;
-
 bool same_state(const State& a, const State& b) {
   return a.texture.value == b.texture.value && a.blend == b.blend && a.field_pixels == b.field_pixels && a.clip == b.clip;
 }
@@ -19,42 +16,40 @@ bool same_state(const State& a, const State& b) {
 Gpu::Gpu(std::unique_ptr<Backend> backend) : backend_(std::move(backend)), textures_(1), meshes_(1) { waiting_.reserve(kLargestBatch); }
 Gpu::~Gpu() = default;
 
-// A free place, taken; null when there is none.
-Gpu::Slot* Gpu::take_slot(std::vector<Slot>& slots) {
+// A free place, taken. Good until the next one is taken.
+Gpu::Slot& Gpu::take_slot(std::vector<Slot>& slots) {
   std::size_t place = 1;
   while (place < slots.size() && slots[place].serial % 2 == 1) ++place;
-  if (place >> kPlaceBits != 0) return nullptr;
   if (place == slots.size()) slots.emplace_back();
   ++slots[place].serial;
-  return &slots[place];
+  return slots[place];
 }
 
 // 0 when the backend could not make what stands there: the place is free again. While the device is lost nothing can be made, yet the id
 // is good: restoring makes it.
-std::uint32_t Gpu::id_of(std::vector<Slot>& slots, Slot& slot) {
+std::uint64_t Gpu::id_of(std::vector<Slot>& slots, Slot& slot) {
   if (slot.backend_id == 0 && !backend_->is_lost()) {
     ++slot.serial;
     return 0;
   }
-  return slot.serial << kPlaceBits | static_cast<std::uint32_t>(&slot - slots.data());
+  return static_cast<std::uint64_t>(slot.serial) << 32 | static_cast<std::uint32_t>(&slot - slots.data());
 }
 
-Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint32_t id) {
-  const std::size_t place = id & ((1u << kPlaceBits) - 1);
-  if (place == 0 || place >= slots.size() || slots[place].serial != id >> kPlaceBits) return nullptr;
+Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint64_t id) {
+  const std::size_t place = id & 0xFFFFFFFFu;
+  if (place == 0 || place >= slots.size() || slots[place].serial != id >> 32) return nullptr;
   return &slots[place];
 }
 
 TextureId Gpu::create_texture(int width, int height, const std::uint8_t* pixels) {
-  Slot* const slot = take_slot(textures_);
-  if (slot == nullptr) return {};
-  slot->backend_id = backend_->create_texture(width, height, pixels);
+  Slot& slot = take_slot(textures_);
+  slot.backend_id = backend_->create_texture(width, height, pixels);
   if (backend_->can_be_lost()) {
-    slot->width = width;
-    slot->height = height;
-    slot->pixels.assign(pixels, pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+    slot.width = width;
+    slot.height = height;
+    slot.pixels.assign(pixels, pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
   }
-  return {id_of(textures_, *slot)};
+  return {id_of(textures_, slot)};
 }
 
 void Gpu::destroy_texture(TextureId texture) {
@@ -71,11 +66,10 @@ std::uint32_t Gpu::backend_texture(TextureId texture) {
 }
 
 MeshId Gpu::create_mesh(const Vertex* vertices, std::size_t count) {
-  Slot* const slot = take_slot(meshes_);
-  if (slot == nullptr) return {};
-  slot->backend_id = backend_->create_mesh(vertices, count);
-  if (backend_->can_be_lost()) slot->vertices.assign(vertices, vertices + count);
-  return {id_of(meshes_, *slot)};
+  Slot& slot = take_slot(meshes_);
+  slot.backend_id = backend_->create_mesh(vertices, count);
+  if (backend_->can_be_lost()) slot.vertices.assign(vertices, vertices + count);
+  return {id_of(meshes_, slot)};
 }
 
 void Gpu::destroy_mesh(MeshId mesh) {

@@ -14,7 +14,7 @@ class Backend;
 
 // 0 is "none"; an id of a destroyed texture is detected and draws nothing.
 struct TextureId {
-  std::uint32_t value = 0;
+  std::uint64_t value = 0;
 };
 
 enum class Blend : std::uint8_t { kNormal, kAdd, kSubtract, kMultiply };
@@ -49,7 +49,7 @@ struct Transform {
 
 // Vertices that stay with the backend; 0 is "none", an id of a destroyed mesh draws nothing.
 struct MeshId {
-  std::uint32_t value = 0;
+  std::uint64_t value = 0;
 };
 
 struct FrameStatistics {
@@ -91,7 +91,8 @@ class Gpu {
   const FrameStatistics& statistics() const { return last_; }
 
  private:
-  // Ids are a place and a serial number, so that a stale one is noticed.
+  // An id is the slot's place in its low half and the slot's whole serial number in its high one, so that a stale id is told from its
+  // slot's next owner.
   struct Slot {
     std::uint32_t backend_id = 0;
     std::uint32_t serial = 0;  // even: free
@@ -100,10 +101,10 @@ class Gpu {
     std::vector<std::uint8_t> pixels;
     std::vector<Vertex> vertices;
   };
-  static Slot* take_slot(std::vector<Slot>& slots);
-  std::uint32_t id_of(std::vector<Slot>& slots, Slot& slot);
+  static Slot& take_slot(std::vector<Slot>& slots);
+  std::uint64_t id_of(std::vector<Slot>& slots, Slot& slot);
   void restore_device();
-  static Slot* find_slot(std::vector<Slot>& slots, std::uint32_t id);
+  static Slot* find_slot(std::vector<Slot>& slots, std::uint64_t id);
   std::uint32_t backend_texture(TextureId texture);
 
   std::unique_ptr<Backend> backend_;

@@ -130,6 +130,29 @@ TEST_F(DeviceLoss, WhatTheCardCannotMakeHasNoId) {
   EXPECT_EQ(drawn(fine), 7);
 }
 
+// A long evening bakes and frees hundreds of thousands of meshes, all in the same few places.
+TEST_F(DeviceLoss, WhatIsAliveIsFoundHoweverManyCameBefore) {
+  const gpu::Vertex vertices[3] = {};
+  gpu::MeshId first_mesh, mesh;
+  gpu::TextureId first_texture, last_texture;
+  for (int made = 0; made < 300000; ++made) {
+    mesh = on.create_mesh(vertices, 3);
+    last_texture = texture(9);
+    if (made == 0) first_mesh = mesh, first_texture = last_texture;
+    if (made == 299999) break;
+    on.destroy_mesh(mesh);
+    on.destroy_texture(last_texture);
+  }
+  EXPECT_EQ(drawn(last_texture), 9);
+  EXPECT_EQ(drawn(first_texture), -1);
+  card.drawn_meshes.clear();
+  on.begin_frame(8, 8, 0);
+  on.draw_mesh({last_texture, gpu::Blend::kNormal, 1, {}}, mesh, {});
+  on.draw_mesh({last_texture, gpu::Blend::kNormal, 1, {}}, first_mesh, {});
+  on.end_frame();
+  EXPECT_EQ(card.drawn_meshes.size(), 1u);
+}
+
 TEST_F(DeviceLoss, StaleIdsNeverReachTheNextOwnerOfTheirPlace) {
   std::vector<gpu::TextureId> stale;
   for (int round = 0; round < 50; ++round) {
