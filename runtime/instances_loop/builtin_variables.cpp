@@ -89,7 +89,7 @@ const Truth<&CInstance::persistent> persistent{"persistent"};
 
 const BuiltinVariable depth{"depth", true, get_field<&CInstance::depth>, [](CInstance* self, std::int32_t, const RValue& value) {
                               const double before = self->depth;
-                              self->depth = to_real(value);
+                              self->depth = orderly_depth(to_real(value));
                               if (self->is_alive && self->depth != before) world().depth_changed(*self, before);
                             }};
 const BuiltinVariable layer{"layer", true, get_field<&CInstance::layer>, [](CInstance* self, std::int32_t, const RValue& value) {

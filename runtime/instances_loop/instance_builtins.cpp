@@ -37,14 +37,15 @@ PropertyObject* optional_fields(const CallContext& call, int at) {
   return argument_at(call, at).is_undefined() ? nullptr : check_struct(call, at, true);
 }
 
+RValue id_of(const CInstance* created) { return RValue(created != nullptr ? created->id : kNoone); }
 RValue create_on_layer(const CallContext& call, double x, double y, const RValue&, std::int32_t object) {
   const Layer* layer = require_layer(call, 2);
   if (layer == nullptr || !require_object_type(4, object)) return RValue(kNoone);
-  return RValue(world().create(x, y, layer->id, 0, object, optional_fields(call, 4), call.self)->id);
+  return id_of(world().create(x, y, layer->id, 0, object, optional_fields(call, 4), call.self));
 }
 RValue create_at_depth(const CallContext& call, double x, double y, double depth, std::int32_t object) {
   if (!require_object_type(4, object)) return RValue(kNoone);
-  return RValue(world().create(x, y, -1, depth, object, optional_fields(call, 4), call.self)->id);
+  return id_of(world().create(x, y, -1, depth, object, optional_fields(call, 4), call.self));
 }
 
 void destroy_one(CInstance* instance, bool runs_event) {

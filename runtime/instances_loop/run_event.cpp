@@ -54,15 +54,16 @@ const bool installed = (set_event_describer(describe_running_event), true);
 
 void set_script_error_sink(ScriptErrorSink sink) { error_sink = sink; }
 
-void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
+bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
   const HandlerScope scope(&self, other, &event, 1);
   CInstance* const other_instance = instance_or(other, &self);
   if (error_sink == nullptr) {
     event.function->handler(&self, other_instance);
-    return;
+    return true;
   }
   try {
     event.function->handler(&self, other_instance);
+    return true;
   } catch (const WBKSLException& error) {
     if (innermost_frame != nullptr) throw;  // the script that caused the event ends too
     error_sink(error);
@@ -71,6 +72,7 @@ void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) 
     } catch (const WBKSLException& second) {
       error_sink(second);
     }
+    return false;
   }
 }
 

@@ -50,42 +50,65 @@ World& make_world() {
 
 CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
                          WBObjectBase* creator) {
+  if (live_count_ >= kMostInstances) {
+    report_error(messages::kWorldFull, kMostInstances);
+    return nullptr;
+  }
   ObjectType& type = object_types().at(object);
   CInstance* instance = new CInstance;
-  instance->is_root = true;
-  instance->id = next_id_++;
+  instance->is_alive = false;  // until it is listed: a field that cannot be written leaves nothing behind
   instance->type = &type;
   instance->x = instance->xprevious = instance->xstart = x;
   instance->y = instance->yprevious = instance->ystart = y;
   instance->layer = layer;
   const Layer* on = find_layer(layer);
-  instance->depth = on != nullptr ? on->depth : depth;
+  instance->depth = on != nullptr ? on->depth : orderly_depth(depth);
   instance->sprite_index = type.definition.sprite;
   instance->mask_index = type.definition.mask;
   instance->visible = type.definition.visible;
   instance->solid = type.definition.solid;
   instance->persistent = type.definition.persistent;
   instance->reserve_row(type.typical_row);
-
-  const std::uint32_t place = static_cast<std::uint32_t>(instance->id - kFirstInstanceId);
-  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
-  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
-  pages_[place / kPageSlots]->slots[place % kPageSlots] = instance;
-  ++pages_[place / kPageSlots]->used;
-  all_.push_back(instance);
-  ++live_count_;
-  for (const std::int32_t ancestor : type.lineage) {
-    object_types().at(ancestor).instances.push_back(instance);
-    ++object_types().at(ancestor).live_count;
-  }
-  for (const EventSubscription& subscription : type.subscriptions) subscription.list->push_back({instance, subscription.event});
-  by_depth_[instance->depth].push_back(instance);
-
   if (fields != nullptr) write_fields(*instance, *fields);
-  run_event(*instance, creator, {EventKind::kPreCreate, 0});
-  if (instance->is_alive) run_event(*instance, creator, {EventKind::kCreate, 0});
+  list(*instance);
+  if (!runs_to_its_end(*instance, creator, EventKind::kPreCreate) || !runs_to_its_end(*instance, creator, EventKind::kCreate)) {
+    if (instance->is_alive) unlist(*instance);
+    return instance;
+  }
   type.typical_row = std::max(type.typical_row, std::min(instance->variable_count(), kLongestRow));
   return instance;
+}
+
+// Whether the handler, if there is one, ran without an error; an error that ends the caller's script, too, takes the instance with it.
+bool World::runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKind kind) {
+  if (!instance.is_alive) return true;
+  const BoundEvent* event = instance.type->find_event({kind, 0});
+  try {
+    return event == nullptr || run_handler(instance, creator, *event);
+  } catch (...) {
+    if (instance.is_alive) unlist(instance);
+    throw;
+  }
+}
+
+// Gives the instance its id and a place in every list.
+void World::list(CInstance& instance) {
+  instance.id = next_id_++;
+  instance.is_alive = true;
+  instance.is_root = true;
+  const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
+  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
+  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
+  pages_[place / kPageSlots]->slots[place % kPageSlots] = &instance;
+  ++pages_[place / kPageSlots]->used;
+  all_.push_back(&instance);
+  ++live_count_;
+  for (const std::int32_t ancestor : instance.type->lineage) {
+    object_types().at(ancestor).instances.push_back(&instance);
+    ++object_types().at(ancestor).live_count;
+  }
+  for (const EventSubscription& subscription : instance.type->subscriptions) subscription.list->push_back({&instance, subscription.event});
+  by_depth_[instance.depth].push_back(&instance);
 }
 
 void World::unlist(CInstance& instance) {
@@ -121,6 +144,7 @@ Layer* World::find_layer(std::int32_t id) {
 std::int32_t World::add_layer(const Layer& layer) {
   layers.push_back(layer);
   layers.back().id = next_layer_id_++;
+  layers.back().depth = orderly_depth(layer.depth);
   return layers.back().id;
 }
 
@@ -196,6 +220,7 @@ void World::enter_room(std::int32_t next) {
     if (type.definition.persistent && type.live_count > 0) continue;
     CInstance* made =
         create(placed.x, placed.y, has_layer ? layer_ids[static_cast<std::size_t>(placed.layer)] : -1, 0, placed.object, nullptr, nullptr);
+    if (made == nullptr) continue;
     made->image_angle += placed.angle;
     made->image_xscale *= placed.xscale;
     made->image_yscale *= placed.yscale;

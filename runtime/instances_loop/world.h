@@ -1,5 +1,6 @@
 #pragma once
 // The world that scripts live in: rooms and layers, the instances alive, and what happens to them at the frame's seams.
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -60,7 +61,12 @@ class World {
     if (place / kPageSlots >= pages_.size() || pages_[place / kPageSlots] == nullptr) return nullptr;
     return pages_[place / kPageSlots]->slots[place % kPageSlots];
   }
-  // Creates on a layer (or at a depth, with layer -1), writes `fields` before Create, runs Create. Never null.
+  // At most so many live at once. One more is an error of the script that wants it.
+  static constexpr std::int32_t kMostInstances = 200000;
+  // Creates on a layer (or at a depth, with layer -1), writes `fields` before Create, runs Create. All or nothing: where a field cannot be
+  // written no instance came to be, and an error of its Create (or PreCreate) takes it back at once, without a Destroy or Clean Up event,
+  // which would find it half made; what that handler did elsewhere stays. Either error ends the script that creates; an instance that a
+  // room places is dead on return. Null only where errors are suppressed and the world is full.
   CInstance* create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
                     WBObjectBase* creator);
   // Runs Destroy (when asked to) and Clean Up; from here on nothing finds the instance. Destroying twice is harmless.
@@ -91,6 +97,8 @@ class World {
   std::vector<void (*)()> restart_hooks;
 
  private:
+  void list(CInstance& instance);
+  bool runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKind kind);
   void unlist(CInstance& instance);
   void leave_room();
   void end_instances(bool persistent_too);
@@ -117,8 +125,12 @@ World& make_world();
 inline World* the_world = nullptr;
 inline World& world() { return the_world != nullptr ? *the_world : make_world(); }
 
-// Runs one handler for an instance, with the event named in reports and inherited handlers within reach.
-void run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event);
+// Depths order what is drawn: what is no number counts as 0.
+inline double orderly_depth(double depth) { return std::isnan(depth) ? 0 : depth; }
+
+// Runs one handler for an instance, with the event named in reports and inherited handlers within reach. False when it ended by an error
+// that went to the sink.
+bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event);
 // Runs the handler that the instance's type has for the event; false when there is none.
 bool run_event(CInstance& self, WBObjectBase* other, EventKey key);
 // What runs now: the innermost handler; null outside of handlers.

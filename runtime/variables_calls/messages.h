@@ -125,6 +125,9 @@ inline constexpr Message<Text, Int, Text, Int, Int> kArgumentResource{"%s argume
 inline constexpr Message<Text, Int, Text, Int> kArgumentHandle{"%s argument %d invalid reference to (%s) - requested %d"};
 inline constexpr Message<Text> kInstanceContext{"%s() must be called in an instance context"};
 
+// Instances
+inline constexpr Message<Int> kWorldFull{"cannot create another instance: the world holds %d already"};
+
 // Iteration over instances
 inline constexpr Message<> kWithGlobal{"Cannot use global in with statement"};
 inline constexpr Message<> kWithLocal{"Cannot use local in with statement"};

@@ -103,8 +103,10 @@ TEST_F(World, LayersOrderWhatStandsOnThem) {
        "[true,true,-77,-77]"},
       {"[layer_exists(\"none\"), layer_get_id(\"none\"), layer_exists(undefined)]", "[false,-1,false]"},
       {"global.a.layer = l; [global.a.depth, global.a.layer == l]", "[-77,true]"},
-      {"global.a.layer = 12345; global.a.depth", "-77"},  // no such layer: it stays
-      {"global.a.depth = 5; global.a.depth", "5"},
+      {"global.a.layer = 12345; global.a.depth", "-77"},                    // no such layer: it stays
+      {"global.a.depth = NaN; global.a.depth = NaN; global.a.depth", "0"},  // listed once all the same
+      {"n = instance_create_depth(0, 0, NaN, oProbe); [n.depth, layer_get_depth(layer_create(NaN))]", "[0,0]"},
+      {"instance_destroy(n); global.a.depth = 5; global.a.depth", "5"},
       {"instance_create_layer(0, 0, \"none\", oProbe)",
        "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
       {"instance_create_layer(0, 0, 12345, oProbe)", "! instance_create_layer argument 3 invalid reference to (layer) - requested 12345"},

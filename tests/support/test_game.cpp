@@ -144,6 +144,9 @@ std::string broken_invariant() {
     last_id = instance->id;
     ++alive;
   }
+  int ordered = 0;
+  for (const auto& [depth, instances] : world().by_depth()) ordered += static_cast<int>(instances.size());
+  if (ordered != alive) return "an instance is listed twice by its depth, or not at all";
   return alive == world().live_count() ? "" : "the count of instances is wrong";
 }
 
