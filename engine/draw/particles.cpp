@@ -20,7 +20,7 @@ namespace {
 
 constexpr double kDegree = elementary::kPi / 180.0;
 
-double pick(const Range& range) { return range.low + game_random().unit() * (range.high - range.low); }
+double pick(const Range& range) { return range.low + visual_random().unit() * (range.high - range.low); }
 
 }  // namespace
 
@@ -46,15 +46,15 @@ void ParticleSystem::emit(const std::vector<ParticleType>& types, std::int32_t t
   for (std::size_t i = 0; i < std::min(room, static_cast<std::size_t>(std::max(0, count))); ++i) {
     double x = x1, y = y1;
     if (shape == EmitShape::kLine) {
-      const double along = game_random().unit();
+      const double along = visual_random().unit();
       x = x1 + (x2 - x1) * along;
       y = y1 + (y2 - y1) * along;
     } else if (shape == EmitShape::kRectangle) {
-      x = x1 + (x2 - x1) * game_random().unit();
-      y = y1 + (y2 - y1) * game_random().unit();
+      x = x1 + (x2 - x1) * visual_random().unit();
+      y = y1 + (y2 - y1) * visual_random().unit();
     } else if (shape == EmitShape::kEllipse) {
       // Evenly over the area: the root of the share of it.
-      const double around = game_random().unit() * 2 * elementary::kPi, out = elementary::sqrt(game_random().unit());
+      const double around = visual_random().unit() * 2 * elementary::kPi, out = elementary::sqrt(visual_random().unit());
       x = (x1 + x2) / 2 + elementary::cos(around) * out * (x2 - x1) / 2;
       y = (y1 + y2) / 2 + elementary::sin(around) * out * (y2 - y1) / 2;
     }
@@ -190,13 +190,14 @@ std::int32_t part_type_create() {
   return static_cast<std::int32_t>(types.size()) - 1;
 }
 
-// A field of the struct: a number, or for ranges and courses an array of two or three.
+// A field of the struct: a number, or for ranges and courses an array of two or three. An array that never was one counts as left out.
 class Fields {
  public:
   explicit Fields(PropertyObject* from) : from_(from) {}
   const RValue* find(const char* name) const {
     const RValue* found = from_->find_variable(variable_id(name));
-    return found != nullptr && !found->is_unset() && !found->is_undefined() ? found : nullptr;
+    if (found == nullptr || found->is_unset() || found->is_undefined()) return nullptr;
+    return found->is_array() && found->array == nullptr ? nullptr : found;
   }
   void read(const char* name, double& into) const {
     if (const RValue* found = find(name)) into = to_real(*found);

@@ -1,6 +1,6 @@
 #pragma once
 // Particles: many small short-lived pictures that fly, fade, turn and end, some leaving others behind. Updated and drawn natively; types
-// and emitters are described by scripts. All chance comes from the game's generator, so that the same seed gives the same particles.
+// and emitters are described by scripts. All chance comes from the generator for visual effects: whether and how much is drawn changes nothing in the game.
 #include <cstdint>
 #include <vector>
 

@@ -21,7 +21,8 @@ const CInstance* excluded(const CallContext& call, bool not_me) { return not_me 
 std::vector<CInstance*> find_all(const CollisionShape& shape, const RValue& targets, bool precise, const CInstance* except) {
   if (!targets.is_array()) return overlapping(shape, to_int32(targets), precise, except);
   std::vector<CInstance*> found;
-  for (std::int32_t i = 0; i < targets.array->length; ++i) {
+  const std::int32_t count = targets.array != nullptr ? targets.array->length : 0;
+  for (std::int32_t i = 0; i < count; ++i) {
     const std::vector<CInstance*> some = overlapping(shape, to_int32(targets.array->elements[i]), precise, except);
     found.insert(found.end(), some.begin(), some.end());
   }

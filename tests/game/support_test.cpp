@@ -61,6 +61,17 @@ TEST_F(Support, TheSameSeedGivesTheSameParticles) {
   EXPECT_EQ(eval(run), first);
 }
 
+TEST_F(Support, ParticlesDrawNothingFromTheGamesChance) {
+  eval("global.dt_steady = 0.1; global.t = new advanced_part_type({sprite: 33, life: [1, 9]}); global.s = new advanced_part_system()");
+  const std::string without = eval("random_set_seed(4); random(1000)");
+  EXPECT_EQ(eval("random_set_seed(4); global.s.burst(global.t, 500, 0, 0); global.s.update(); random(1000)"), without);
+  // However many are wanted, so many there are at most.
+  check({{"global.s.burst(global.t, 1e12, 0, 0); global.s.count()", "100000"},
+         {"global.t.set({trail_type: global.t, trail_rate: 1e300, end_type: global.t, end_count: 1e300, life: 0.01}); 1", "1"},
+         {"global.s.update(); global.s.update(); global.s.count() <= 200000", "true"},
+         {"part_type_set(global.t.handle, {life: kind(2), color: kind(2), alpha: kind(2)})", "undefined"}});
+}
+
 TEST_F(Support, TheResolutionFollowsTheWindowInHalfSteps) {
   struct Case {
     int width, height;
