@@ -96,10 +96,10 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
     for (int burst = 0; i % 10 == 9 && burst < 3; ++burst) lua_times.push_back(lua.step());
     if (i == 60) memory = allocated_bytes();
     if (i < 60) continue;  // settled: caches, shapes, generations
-    logic.push_back((times.begin_step + times.step) / 1000);
-    frame.push_back(times.total / 1000);
+    logic.push_back(times[Stage::kHandleStep] / 1000);
+    frame.push_back(times[Stage::kMainloopProcess] / 1000);
     plain_times.push_back(plain_time);
-    pauses.push_back(times.collect / 1000);
+    pauses.push_back(times.collection / 1000);
   }
   const double growth = static_cast<double>(allocated_bytes()) / static_cast<double>(memory);
   return {median(logic),  median(frame), median(plain_times), median(lua_times), *std::max_element(pauses.begin(), pauses.end()),

@@ -12,6 +12,7 @@
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/text.h"
@@ -106,6 +107,12 @@ json instances_json(const json& request) {
   return {{"instances", std::move(ids)}};
 }
 
+json stages_json() {
+  json stages = json::object();
+  for (int stage = 0; stage < kStages; ++stage) stages[kStageNames[stage]] = real_to_json(last_stage_times().stages[stage]);
+  return {{"stages", std::move(stages)}};
+}
+
 std::string hex(std::uint64_t number) {
   std::string digits;
   for (int shift = 60; shift >= 0; shift -= 4) digits += "0123456789abcdef"[number >> shift & 15];
@@ -164,8 +171,9 @@ struct Console::State {
     if (request.contains("sounds")) return sounds_json();
     if (request.contains("log")) return {{"log", take_log()}};
     if (request.contains("hash")) return {{"hash", hex(state_hash())}};
+    if (request.contains("stages")) return stages_json();
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
-    throw RequestError{"unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, quit"};
+    throw RequestError{"unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, stages, quit"};
   }
 };
 

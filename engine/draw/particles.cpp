@@ -10,6 +10,7 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
 #include "runtime/variables_calls/arguments.h"
@@ -170,7 +171,9 @@ std::int32_t part_system_count(std::int32_t handle) {
 }
 void part_system_update(std::int32_t handle, double seconds) {
   ParticleSystem* system = require_system(handle);
-  if (system != nullptr && seconds > 0) system->update(types, std::min(seconds, 1.0));
+  if (system == nullptr || !(seconds > 0)) return;
+  const StageTimer timer(Stage::kParticleSystemUpdate);
+  system->update(types, std::min(seconds, 1.0));
 }
 void part_system_draw(std::int32_t handle) {
   const ParticleSystem* system = require_system(handle);

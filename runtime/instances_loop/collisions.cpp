@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/access.h"
 
@@ -99,6 +100,7 @@ void collide(const Participant& participant, CInstance& target) {
   const double dx = owner.x - target.x, dy = owner.y - target.y;
   if (dx * dx + dy * dy > reach * reach) return;
   if (!shapes_overlap(shape_of(owner), shape_of(target))) return;
+  const StageTimer timer(Stage::kCollisionInstance);
   run_handler(owner, &target, *participant.event);
 }
 

@@ -1,6 +1,7 @@
 #include "runtime/instances_loop/events.h"
 
 #include <charconv>
+#include <iterator>
 
 #include "runtime/instances_loop/resolve.h"
 
@@ -28,6 +29,9 @@ constexpr KindName kKinds[] = {
     {EventKind::kDraw, "Draw", "Draw Event"},
 };
 
+// What the asynchronous events tell of; the place is the sub-number.
+constexpr std::string_view kAsyncNames[] = {"Audio Playback", "Dialog", "File", "HTTP", "Networking", "System"};
+
 const KindName* find_kind(EventKind kind) {
   for (const KindName& entry : kKinds) {
     if (entry.kind == kind) return &entry;
@@ -50,8 +54,10 @@ std::string event_text(const EventKey& key) {
   std::string text(entry->text);
   switch (key.kind) {
     case EventKind::kStep:
-    case EventKind::kAlarm:
-    case EventKind::kAsync: return text + std::to_string(key.number);
+    case EventKind::kAlarm: return text + std::to_string(key.number);
+    case EventKind::kAsync:
+      return key.number >= 0 && key.number < std::ssize(kAsyncNames) ? text.append(kAsyncNames[key.number])
+                                                                     : text + std::to_string(key.number);
     case EventKind::kKeyboard:
     case EventKind::kKeyPress:
     case EventKind::kKeyRelease:

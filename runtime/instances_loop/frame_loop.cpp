@@ -1,7 +1,6 @@
 #include "runtime/instances_loop/frame_loop.h"
 
 #include <algorithm>
-#include <chrono>
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/instances_loop/cameras.h"
@@ -10,29 +9,13 @@
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/motion.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/values/number_text.h"
 
 namespace arena {
 namespace {
 
 DrawHooks draw_hooks;
-StageTimes stages{};
-
-using Clock = std::chrono::steady_clock;
-
-class Stopwatch {
- public:
-  // Microseconds since the last lap.
-  double lap() {
-    const Clock::time_point now = Clock::now();
-    const double passed = std::chrono::duration<double, std::micro>(now - last_).count();
-    last_ = now;
-    return passed;
-  }
-
- private:
-  Clock::time_point last_ = Clock::now();
-};
 
 // The instances of a long pass lie all over the memory: those that come next are fetched while this one runs (a quarter of a crowd's
 // step was waiting).
@@ -197,16 +180,48 @@ void draw_world() {
   draw_backgrounds_above(-1e300);
 }
 
+template <class Work>
+void timed(Stage stage, Work work) {
+  const StageTimer timer(stage);
+  work();
+}
+
+// Everything of a frame before its drawing.
+void do_a_step(std::int64_t microseconds) {
+  begin_input_frame();
+  game_clock.frame_microseconds = microseconds;
+  game_clock.total_microseconds += microseconds;
+  ++game_clock.frame;
+  timed(Stage::kHandleInstanceMovement, remember_positions);
+  timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepBegin}); });
+  timed(Stage::kHandleAlarm, run_alarms);
+  timed(Stage::kHandleMouse, [] {
+    run_key_events();
+    run_mouse_events();
+  });
+  timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepNormal}); });
+  timed(Stage::kHandleInstanceMovement, move_all);
+  timed(Stage::kHandleCollision, run_collision_events);
+  timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepEnd}); });
+  timed(Stage::kHandleOther, [] {
+    animate_all();
+    world().carry_out_requests();
+  });
+}
+
 }  // namespace
 
 void set_draw_hooks(const DrawHooks& hooks) { draw_hooks = hooks; }
-const StageTimes& last_stage_times() { return stages; }
 
 void draw_frame() {
+  const StageTimer timer(Stage::kDrawRoom);
   if (draw_hooks.begin_world != nullptr) draw_hooks.begin_world();
-  run_pass({EventKind::kDraw, kDrawBegin}, true);
-  draw_world();
-  run_pass({EventKind::kDraw, kDrawEnd}, true);
+  {
+    const StageTimer in_room(Stage::kDrawTheRoom);
+    run_pass({EventKind::kDraw, kDrawBegin}, true);
+    draw_world();
+    run_pass({EventKind::kDraw, kDrawEnd}, true);
+  }
   if (draw_hooks.begin_gui != nullptr) draw_hooks.begin_gui();
   run_pass({EventKind::kDraw, kDrawGuiBegin}, true);
   run_pass({EventKind::kDraw, kDrawGui}, true);
@@ -216,35 +231,18 @@ void draw_frame() {
 
 void run_frame(std::int64_t microseconds) {
   if (world().ended) return;
-  Stopwatch whole, watch;
-  begin_input_frame();
-  game_clock.frame_microseconds = microseconds;
-  game_clock.total_microseconds += microseconds;
-  ++game_clock.frame;
-  remember_positions();
-  watch.lap();
-  run_pass({EventKind::kStep, kStepBegin});
-  stages.begin_step = watch.lap();
-  run_alarms();
-  run_key_events();
-  run_mouse_events();
-  stages.alarms_input = watch.lap();
-  run_pass({EventKind::kStep, kStepNormal});
-  stages.step = watch.lap();
-  move_all();
-  stages.movement = watch.lap();
-  run_collision_events();
-  stages.collision = watch.lap();
-  run_pass({EventKind::kStep, kStepEnd});
-  animate_all();
-  world().carry_out_requests();
-  stages.end_step = watch.lap();
-  draw_frame();
-  stages.draw = watch.lap();
-  world().forget_dead();
-  collect_at_safe_point();
-  stages.collect = watch.lap();
-  stages.total = whole.lap();
+  begin_stage_times();
+  double collection = 0;
+  {
+    const StageTimer whole(Stage::kMainloopProcess);
+    timed(Stage::kDoAStep, [&] { do_a_step(microseconds); });
+    draw_frame();
+    timed(Stage::kUpdateActiveLists, [] { world().forget_dead(); });
+    const double before = whole.microseconds();
+    collect_at_safe_point();
+    collection = whole.microseconds() - before;
+  }
+  end_stage_times(collection);
 }
 
 }  // namespace arena

@@ -22,12 +22,6 @@ struct DrawHooks {
 };
 void set_draw_hooks(const DrawHooks& hooks);
 
-// Microseconds that the last frame spent in each stage, for the profiler and the benches.
-struct StageTimes {
-  double begin_step, step, movement, collision, alarms_input, end_step, draw, collect, total;
-};
-const StageTimes& last_stage_times();
-
 // Runs one frame that stands for so much time. Nothing happens once the game has ended.
 void run_frame(std::int64_t microseconds);
 // The drawing pass alone, as for a screenshot of a still world.

@@ -116,5 +116,52 @@ TEST_F(FrameOrder, UserEventsRunAtOnce) {
   EXPECT_EQ(seen(), "[\"a:Other_10\"]");
 }
 
+TEST_F(FrameOrder, WhatIsMadeInACleanUpGoesWithItsRoomAndItsRun) {
+  for (const char* leaves : {"room_goto(rPrepare)", "game_restart()"}) {
+    eval("global.seen = []; global.hooks = {CleanUp_0: method(undefined, probe_makes_one)}");
+    make("a");
+    make("b");
+    eval(leaves);
+    step();
+    EXPECT_EQ(eval("instance_number(oProbe)"), "0") << leaves;
+    eval("room_goto(rTest)");
+    step();
+  }
+}
+
+TEST_F(FrameOrder, StagesAreTimedByTheirNames) {
+  make("a");
+  eval("global.s = new advanced_part_system(); global.t = new advanced_part_type({life: 9}); global.s.burst(global.t, 5000, 0, 0)");
+  eval("global.hooks.Step_0 = method(global.s, global.s.update)");
+  step(2);
+  const auto stages = ask({{"stages", true}})["stages"];
+  const std::vector<std::string> names = {"HandleCollision",    "Collision_Instance",
+                                          "HandleStep",         "HandleInstanceMovement",
+                                          "PhysicsWorldUpdate", "UpdateActiveLists",
+                                          "HandleAlarm",        "HandleMouse",
+                                          "HandleOther",        "ParticleSystem_UpdateAll",
+                                          "DrawRoom",           "DrawTheRoom",
+                                          "Mainloop_Process",   "DoAStep"};
+  ASSERT_EQ(stages.size(), names.size());
+  std::size_t at = 0;
+  for (const auto& [name, microseconds] : stages.items()) EXPECT_EQ(name, names[at++]);
+  EXPECT_EQ(stages["PhysicsWorldUpdate"], 0);
+  EXPECT_GT(stages["ParticleSystem_UpdateAll"], 0);
+  const char* const within[][2] = {{"ParticleSystem_UpdateAll", "HandleStep"},
+                                   {"HandleStep", "DoAStep"},
+                                   {"DrawTheRoom", "DrawRoom"},
+                                   {"DoAStep", "Mainloop_Process"},
+                                   {"DrawRoom", "Mainloop_Process"}};
+  for (const auto& [part, whole] : within) EXPECT_LE(stages[part], stages[whole]) << part;
+  check({{"array_length(variable_struct_get_names(frame_stage_times()))", "14"},
+         {"variable_struct_get_names(frame_stage_times())[0]", "HandleCollision"},
+         {"frame_stage_times().HandleStep > 0", "true"}});
+}
+
+TEST(EventTexts, AsyncEventsNameWhatTheyTellOf) {
+  EXPECT_EQ(event_text({EventKind::kAsync, 3}), "Async Event: HTTP");
+  EXPECT_EQ(event_text({EventKind::kAsync, 99}), "Async Event: 99");
+}
+
 }  // namespace
 }  // namespace arena::test
