@@ -93,7 +93,7 @@ Draw::Corner Draw::to_target(double x, double y) const { return {a_ * x + b_ * y
 
 // A script's colour already has red in its low byte.
 std::uint32_t Draw::packed(std::uint32_t color, double alpha) const {
-  const double opaque = std::clamp(alpha, 0.0, 1.0) * 255.0;
+  const double opaque = (alpha > 0 ? std::min(alpha, 1.0) : 0.0) * 255.0;  // what is no number is not seen
   return (color & 0xFFFFFF) | static_cast<std::uint32_t>(opaque + 0.5) << 24;
 }
 

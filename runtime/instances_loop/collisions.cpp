@@ -40,35 +40,55 @@ void visit_overlaps(const CollisionShape& shape, std::int32_t object_or_id, bool
 
 // Buckets the targets of one kind of collision by position, so that an owner looks only around itself.
 //   cells are squares of the largest target's diameter (at least 96 px), hashed into a power of two of buckets
+// Targets of outlandish size stand on a list of their own, which every owner looks at: the cells stay small. Those whose place or size is
+// no number overlap nothing.
 class BroadPhase {
  public:
   BroadPhase(const std::vector<CInstance*>& targets) {
     double largest = 16;
-    for (const CInstance* target : targets) {
-      if (target->is_alive) largest = std::max(largest, bounding_radius(*target));
+    std::vector<CInstance*> placed;
+    placed.reserve(targets.size());
+    for (CInstance* target : targets) {
+      const double radius = bounding_radius(*target);
+      if (std::isnan(target->x) || std::isnan(target->y) || std::isnan(radius)) continue;
+      if (radius > kOutlandish) {
+        everywhere_.push_back(target);
+        continue;
+      }
+      placed.push_back(target);
+      if (target->is_alive) largest = std::max(largest, radius);
     }
     largest_ = largest;
     cell_ = std::max(largest * 2, 96.0);
     std::size_t buckets = 16;
-    while (buckets < targets.size()) buckets *= 2;
+    while (buckets < placed.size()) buckets *= 2;
     mask_ = buckets - 1;
     starts_.assign(buckets + 1, 0);
-    std::vector<std::size_t> bucket_of(targets.size());
-    for (std::size_t i = 0; i < targets.size(); ++i) {
-      bucket_of[i] = bucket(cell(targets[i]->x), cell(targets[i]->y));
+    std::vector<std::size_t> bucket_of(placed.size());
+    for (std::size_t i = 0; i < placed.size(); ++i) {
+      bucket_of[i] = bucket(cell(placed[i]->x), cell(placed[i]->y));
       ++starts_[bucket_of[i] + 1];
     }
     for (std::size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
-    entries_.resize(targets.size());
+    entries_.resize(placed.size());
     std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
-    for (std::size_t i = 0; i < targets.size(); ++i) entries_[next[bucket_of[i]]++] = targets[i];
+    for (std::size_t i = 0; i < placed.size(); ++i) entries_[next[bucket_of[i]]++] = placed[i];
   }
 
   // Everything that may overlap a box, in order of creation.
   void query(const Box& box, std::vector<CInstance*>& found) const {
     found.clear();
+    if (std::isnan(box.left) || std::isnan(box.right) || std::isnan(box.top) || std::isnan(box.bottom)) return;
+    found = everywhere_;
     const std::int64_t left = cell(box.left - largest_), right = cell(box.right + largest_), top = cell(box.top - largest_),
                        bottom = cell(box.bottom + largest_);
+    // A box over more cells than there are targets is as good as everywhere.
+    const double cells = (static_cast<double>(right - left) + 1) * (static_cast<double>(bottom - top) + 1);
+    if (cells > std::max(kManyCells, static_cast<double>(entries_.size()))) {
+      found.insert(found.end(), entries_.begin(), entries_.end());
+      std::sort(found.begin(), found.end(), was_made_before);
+      return;
+    }
     for (std::int64_t row = top; row <= bottom; ++row) {
       for (std::int64_t column = left; column <= right; ++column) {
         const std::size_t b = bucket(column, row);
@@ -78,10 +98,13 @@ class BroadPhase {
         }
       }
     }
-    std::sort(found.begin(), found.end(), [](const CInstance* a, const CInstance* b) { return a->id < b->id; });
+    std::sort(found.begin(), found.end(), was_made_before);
   }
 
  private:
+  static constexpr double kOutlandish = 1024;  // pixels: larger than any sprite at its own size
+  static constexpr double kManyCells = 256;
+  static bool was_made_before(const CInstance* a, const CInstance* b) { return a->id < b->id; }
   std::int64_t cell(double coordinate) const { return static_cast<std::int64_t>(std::floor(std::clamp(coordinate, -1e12, 1e12) / cell_)); }
   std::size_t bucket(std::int64_t column, std::int64_t row) const {
     return (static_cast<std::uint64_t>(column) * 0x9E3779B97F4A7C15u ^ static_cast<std::uint64_t>(row) * 0xC2B2AE3D27D4EB4Fu) >> 20 & mask_;
@@ -90,7 +113,7 @@ class BroadPhase {
   double largest_ = 0, cell_ = 1;
   std::size_t mask_ = 0;
   std::vector<std::uint32_t> starts_;
-  std::vector<CInstance*> entries_;
+  std::vector<CInstance*> entries_, everywhere_;
 };
 
 void collide(const Participant& participant, CInstance& target) {
@@ -98,7 +121,7 @@ void collide(const Participant& participant, CInstance& target) {
   if (&owner == &target || !owner.is_alive || !target.is_alive) return;
   const double reach = bounding_radius(owner) + bounding_radius(target);
   const double dx = owner.x - target.x, dy = owner.y - target.y;
-  if (dx * dx + dy * dy > reach * reach) return;
+  if (!(dx * dx + dy * dy <= reach * reach)) return;  // nor where either is no number
   if (!shapes_overlap(shape_of(owner), shape_of(target))) return;
   const StageTimer timer(Stage::kCollisionInstance);
   run_handler(owner, &target, *participant.event);

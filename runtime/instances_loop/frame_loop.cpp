@@ -1,6 +1,8 @@
 #include "runtime/instances_loop/frame_loop.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/instances_loop/cameras.h"
@@ -111,17 +113,13 @@ void animate(CInstance& instance) {
   if (sprite == nullptr || sprite->frames <= 1) return;
   const double seconds = static_cast<double>(game_clock.frame_microseconds) / 1e6;
   const double speed = sprite->frames_per_second > 0 ? sprite->frames_per_second * seconds : 1;
-  instance.image_index += instance.image_speed * speed;
-  bool wrapped = false;
-  while (instance.image_index >= sprite->frames) {
-    instance.image_index -= sprite->frames;
-    wrapped = true;
-  }
-  while (instance.image_index < 0) {
-    instance.image_index += sprite->frames;
-    wrapped = true;
-  }
-  if (wrapped) run_event(instance, &instance, {EventKind::kOther, kOtherAnimationEnd});
+  const double frames = sprite->frames, next = instance.image_index + instance.image_speed * speed;
+  instance.image_index = std::isfinite(next) ? next : 0;  // what is no number of a picture starts anew
+  if (instance.image_index >= 0 && instance.image_index < frames) return;
+  // However many turns lie in between, the animation has ended once.
+  const double rest = std::fmod(next, frames), index = rest < 0 ? rest + frames : rest;
+  instance.image_index = index < frames ? index : 0;
+  run_event(instance, &instance, {EventKind::kOther, kOtherAnimationEnd});
 }
 
 void animate_all() {
@@ -156,7 +154,7 @@ struct DrawList {
     std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return a.depth > b.depth; });
     for (const auto& [depth, bucket] : world().by_depth()) {
       for (CInstance* instance : bucket) {
-        const Layer* layer = instance->layer >= 0 ? world().find_layer(static_cast<std::int32_t>(instance->layer)) : nullptr;
+        const Layer* layer = instance->layer >= 0 ? world().find_layer(saturate_int32(instance->layer)) : nullptr;
         if (layer == nullptr || layer->visible) instances.push_back(instance);
       }
     }
@@ -177,7 +175,7 @@ void draw_world() {
     draw_backgrounds_above(instance->depth);
     if (instance->is_alive && instance->visible > 0.5) draw_one(*instance);
   }
-  draw_backgrounds_above(-1e300);
+  draw_backgrounds_above(-std::numeric_limits<double>::infinity());
 }
 
 template <class Work>

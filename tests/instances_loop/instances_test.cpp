@@ -167,5 +167,51 @@ TEST(Shapes, OverlapAgreesWithSampledPoints) {
   EXPECT_GT(overlapping, 500);
 }
 
+TEST_F(Instances, AnimationsEndInEveryFrameWhateverTheirSpeed) {
+  struct {
+    const char* start;
+    double index;
+  } const rows[] = {{"image_index = 5; image_speed = 2.5", 1.5},
+                    {"image_index = 0.5; image_speed = -1", 5.5},
+                    {"image_index = 0; image_speed = 600001", 1},
+                    {"image_index = 0; image_speed = infinity", 0},
+                    {"image_index = 0; image_speed = NaN", 0},
+                    {"image_index = infinity; image_speed = 1", 0},
+                    {"image_index = NaN; image_speed = 1", 0},
+                    {"image_index = 6e300; image_speed = 1", std::fmod(6e300, 6)},
+                    {"image_index = 0; image_speed = -1e300", 6 + std::fmod(-1e300, 6)}};
+  create("oBullet");
+  for (const auto& row : rows) {
+    eval(std::string("with (oBullet) { sprite_index = 13; ") + row.start + " }");
+    ASSERT_EQ(number("oBullet.image_number"), 6);
+    step();
+    EXPECT_EQ(number("oBullet.image_index"), row.index) << row.start;
+  }
+}
+
+TEST_F(Instances, AreMadeWholeOrNotAtAll) {
+  eval("global.seen = []; global.hooks = {}");
+  const std::string before = eval("instance_count");
+  check({{"instance_create_layer(0, 0, \"layMobs\", oProbe, {mark: \"a\", id: 5})", "! unable to set built in variable id\n"},
+         {"instance_create_depth(0, 0, 7, oProbe, {depth: [], mark: \"a\"})", "! REAL argument incorrect type array"},
+         {"global.seen", "[]"},
+         {"instance_exists(oProbe)", "false"}});
+  eval("global.hooks.Create_0 = method(undefined, grid_insert)");
+  EXPECT_EQ(eval("instance_create_layer(0, 0, \"layMobs\", oProbe)").substr(0, 1), "!");
+  check({{"global.seen", "[\"?:Create_0\"]"}, {"instance_exists(oProbe)", "false"}});
+  step();
+  EXPECT_EQ(eval("instance_count"), before);
+  EXPECT_EQ(eval("global.seen"), "[\"?:Create_0\"]") << "no event finds what failed";
+}
+
+TEST_F(Instances, TheWorldHolds200000) {
+  const std::int32_t kind = object_types().find("oBullet");
+  const int first = create("oBullet");
+  while (world().live_count() < 200000) world().create(0, 0, -1, 0, kind, nullptr, nullptr);
+  check({{"instance_create_depth(0, 0, 0, oBullet)", "! cannot create another instance: the world holds 200000 already"},
+         {"instance_count", "200000"},
+         {("instance_destroy(" + std::to_string(first) + "); instance_exists(instance_create_depth(0, 0, 0, oBullet))").c_str(), "true"}});
+}
+
 }  // namespace
 }  // namespace arena::test

@@ -1,4 +1,5 @@
 // Finding overlaps in a crowd: every query and every collision event against a plain test of all pairs.
+#include <cmath>
 #include <set>
 
 #include "runtime/instances_loop/collisions.h"
@@ -127,6 +128,31 @@ TEST_F(Overlaps, PreciseMasksAreTheirPixels) {
   }
   EXPECT_GT(hits, 200);
   sprite_infos().resize(sprite_infos().size() - 2);
+}
+
+// What is huge overlaps everybody, what is nowhere nobody; neither costs the others their buckets.
+TEST_F(Overlaps, WhatIsHugeOrNowhereHidesNobody) {
+  eval("global.seen = []; global.hooks = {}");
+  RandomGenerator random(4);
+  std::vector<CInstance*> owners = scatter(150, kProbeChild, random), others = scatter(150, kProbe, random);
+  owners.insert(owners.end(), others.begin(), others.end());
+  const double odd[] = {1e9, NAN, INFINITY, -1e300};
+  for (std::size_t i = 0; i < owners.size(); i += 30) {
+    owners[i]->image_xscale = odd[i / 30 % 4];
+    owners[i + 1]->x = odd[i / 30 % 4];
+    owners[i + 2]->image_yscale = odd[i / 30 % 4];
+    owners[i + 3]->y = -odd[i / 30 % 4];
+  }
+  std::size_t expected = 0;
+  for (CInstance* owner : owners) {
+    if (owner->type->index != kProbeChild) continue;
+    for (CInstance* other : owners) expected += owner != other && shapes_overlap(shape_of(*owner), shape_of(*other)) ? 1 : 0;
+  }
+  eval("global.seen = []");
+  run_collision_events();
+  EXPECT_EQ(number("array_length(global.seen)"), static_cast<double>(expected));
+  EXPECT_GT(expected, 500u);
+  check({{"ds = ds_list_create(); collision_circle_list(0, 0, 5, kind(2), false, true, ds, false)", "0"}});
 }
 
 }  // namespace
