@@ -1,11 +1,17 @@
 #include "game/combat/damage.h"
 
 #include "game/combat/names.h"
+#include "game/support/warnings.h"
 
 namespace arena::game {
 namespace {
 const Builtin audio_play_sound_at{"audio_play_sound_at"};
-}
+const Variable warned_of_droplets{"warned_of_droplets"};
+constexpr int kMostDroplets = 20000;  // alive at once: each is an instance with a Step of its own
+}  // namespace
+
+// One more than fit, so that the last one is missed.
+Real droplets_of(Real wanted) { return min(floor(max(1, wanted)), kMostDroplets + 1); }
 
 Value play_varied(const Value& handle) {
   if (audio_exists(handle)) audio_sound_pitch(handle, random_range(0.8, 1.2));
@@ -20,6 +26,10 @@ SCRIPT(canDamageTarget, Value attacker_faction, Value target_faction, Value may_
 }
 
 SCRIPT(createBlood, Real at_x, Real at_y, Real launch_speed, Real towards, Value colour) {
+  if (instance_number(oBlood) >= kMostDroplets) {
+    warn_once(warned_of_droplets, "20000 droplets of blood fly already: more are left out");
+    return undefined;
+  }
   const Instance droplet = instance_create_layer(at_x, at_y, "layBlood", oBlood);
   droplet[h_speed] = lengthdir_x(launch_speed, towards);
   droplet[v_speed] = lengthdir_y(launch_speed, towards);

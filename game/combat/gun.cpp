@@ -2,18 +2,22 @@
 #include "game/combat/damage.h"
 #include "game/combat/weapon.h"
 #include "game/support/camera.h"
+#include "game/support/drawing.h"
+#include "game/support/warnings.h"
 
 namespace arena::game {
 namespace {
 
 const Variable offset_distance{"offset_distance"}, offset_angle_offset{"offset_angle_offset"}, follow_speed{"follow_speed"};
 const Variable muzzle_distance{"muzzle_distance"}, flash_time{"flash_time"};
+const Variable warned_of_bullets{"warned_of_bullets"};
 const Variable start_x{"start_x"}, start_y{"start_y"}, end_x{"end_x"}, end_y{"end_y"};
 
 constexpr Real kShakePixels = 6, kShakeSeconds = 0.1;  // each shot is felt, a volley does not blur
 constexpr Real kFlashRadius = 9;                       // pixels: seen, but smaller than the gun
 constexpr int kFlashColour = 0x80E8FF;                 // warm white
 constexpr Real kGrenadeThrow = 0.25;                   // of the bullet speed
+constexpr Real kMostBullets = 1000;                    // in one shot: three for each degree around
 constexpr Real kShotPriority = 5;                      // above blood (0), below music
 
 struct Statistic {
@@ -210,7 +214,8 @@ METHOD(oGun, fireWeapon) {
   const Real muzzle_y = self[y] + lengthdir_y(self[muzzle_distance], aim);
   const Real fan = self[multishot_angle], spread = self[bullet_spread];
   const Real first_angle = aim - (self[bullet_count] - 1) * fan / 2;
-  for (Real i = 0; i < self[bullet_count]; i += 1) {
+  if (self[bullet_count] > kMostBullets) warn_once(warned_of_bullets, "a shot has at most 1000 bullets: the rest stay in the gun");
+  for (Real i = 0; i < min(self[bullet_count], kMostBullets); i += 1) {
     play_varied(shoot(self, muzzle_x, muzzle_y, first_angle + i * fan + random_range(-spread, spread)));
   }
   self[createMuzzleFlash]();

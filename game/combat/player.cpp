@@ -48,7 +48,7 @@ METHOD(oPlayer, takeDamage, Value amount, Value source_x, Value source_y, Value 
   // Blood sprays away from the source; less of it as health runs low.
   const Real spray = point_direction(source_x, source_y, self[x], self[y]) - 15 + random(30);
   const Real spray_speed = random_range(1, 15);
-  const Real drops = floor(max(1, min(amount / 2, self[hp] / 10)));
+  const Real drops = droplets_of(min(amount / 2, self[hp] / 10));
   for (Real i = 0; i < drops; i += 1) {
     const Real drop_x = self[x] - 16 + irandom(32), drop_y = self[y] - 16 + irandom(32);
     createBlood(drop_x, drop_y, spray_speed, spray);

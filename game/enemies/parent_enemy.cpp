@@ -17,7 +17,7 @@ METHOD(oParentEnemy, takeDamage, Value amount, Value from_x, Value from_y, Value
   // The direction is a single-precision number before its jitter.
   const Real away = static_cast<float>(point_direction(source_x, source_y, self[x], self[y]).number());
   const Real dir = away - 15 + random(30);
-  const Real drops = floor(max(1, min(amount / 2, hp_before)));
+  const Real drops = droplets_of(min(amount / 2, hp_before));
   for (Real i = 0; i < drops; i += 1) {
     const Real drop_x = self[x] - 16 + irandom(32), drop_y = self[y] - 16 + irandom(32);
     const Real launch = random_range(100, 1500);

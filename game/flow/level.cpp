@@ -3,17 +3,20 @@
 #include "game/enemies/pickups.h"
 #include "game/flow/reward.h"
 #include "game/support/camera.h"
+#include "game/support/warnings.h"
 
 namespace arena::game {
 extern const Script<void(Value at_x, Value at_y, Value object)> spawnMob;
 namespace {
 
 const Variable wave_timer{"wave_timer"}, wave_time{"wave_time"}, wave_count{"wave_count"}, omega_cannon{"omega_cannon"};
+const Variable warned_of_mobs{"warned_of_mobs"};
 
 constexpr Real kBreath = 5;          // seconds: the first wave comes so late, and each one whose predecessor was cleared early
 constexpr Real kFirstWave = 60;      // seconds that a wave is given
 constexpr Real kLongerBy = 10;       // and how many more the next one gets
 constexpr Real kMobsPerWave = 4;     // times the number of the wave
+constexpr Real kMostMobs = 20000;    // in one wave: a tenth of what the world holds
 constexpr int kBossEvery = 10;       // waves
 constexpr Real kWavesPerRarity = 2;  // the rarity of rewards rises by one in so many waves
 constexpr Real kGreatestRarity = 5;
@@ -57,7 +60,9 @@ EVENT(oLevel1, Step_0) {
   if (self[wave_count] % kBossEvery == 0) {
     spawn(oEnemyBoss);
   } else {
-    for (Real i = 0; i < self[wave_count] * kMobsPerWave; i += 1) spawn(oEnemy);
+    const Real mobs = self[wave_count] * kMobsPerWave;
+    if (mobs > kMostMobs) warn_once(warned_of_mobs, "a wave brings at most 20000 enemies: the rest stay away");
+    for (Real i = 0; i < min(mobs, kMostMobs); i += 1) spawn(oEnemy);
   }
   self[wave_timer] = self[wave_time];
   self[wave_time] += kLongerBy;

@@ -93,6 +93,18 @@ TEST_F(Waves, GrowByFourAndEveryTenthIsABoss) {
   EXPECT_GT(number("hi"), 3472) << "all of the room's width, also downwards";
 }
 
+TEST_F(Waves, HaveAnEndWhateverTheirNumber) {
+  eval("oLevel1.wave_count = 1e12; oLevel1.wave_timer = 0");
+  step();
+  EXPECT_EQ(number("instance_number(oEnemy)"), 20000);
+  kill_all();
+  eval("oLevel1.wave_count = NaN; oLevel1.wave_timer = 0");
+  step();
+  eval("oLevel1.wave_count = -infinity; oLevel1.wave_timer = 0");
+  step();
+  EXPECT_EQ(number("instance_number(oEnemy)"), 0);
+}
+
 TEST_F(Waves, AClearedWaveOffersOneOfTwoCards) {
   start_wave(3);
   kill_all();

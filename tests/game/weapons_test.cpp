@@ -178,5 +178,47 @@ TEST_F(Weapons, ChanceOffersWhatWasAskedFor) {
          {"getColorByRarity(0) == 8421504 && getColorByRarity(7) == 8421504 && getColorByRarity(int64(2)) == 65310", "true"}});
 }
 
+TEST_F(Weapons, NumbersWithoutMeasureHaveAnEnd) {
+  const auto warnings = [&] {
+    int count = 0;
+    const auto log = ask({{"log", true}})["log"];
+    for (const auto& line : log) count += line.get<std::string>().starts_with("WARNING: ");
+    return count;
+  };
+  warnings();
+  arm(0);
+  eval("g.base_bullet_count = 1e12");
+  check({{"g.fireWeapon()", "true"}, {"g.fireWeapon()", "true"}, {"instance_number(oBulletProjectile)", "2000"}});
+  EXPECT_EQ(warnings(), 1);
+  enemy(540, 500);
+  eval("e.hp = 1e15; with (oBullet) { instance_destroy() } 1");
+  for (int hit = 0; hit < 3; ++hit) eval("e.takeDamage(1e12, 0, 0, 5)");
+  EXPECT_EQ(number("instance_number(oBlood)"), 20000);
+  EXPECT_EQ(warnings(), 1);
+  eval("instance_destroy(oBlood); p = instance_create_layer(900, 900, \"layPlayer\", oPlayer); p.hp = 1e15; p.takeDamage(1e12, 0, 0)");
+  EXPECT_EQ(number("instance_number(oBlood)"), 20000);
+  step(2);
+}
+
+// A hit of any strength, in a frame of any length: the world stays whole.
+TEST_F(Weapons, HitsOfNoMeasureBreakNothing) {
+  eval("p = instance_create_layer(900, 900, \"layPlayer\", oPlayer); p.takeGun(createGunPickup(0, 0, global.weapons.omega_cannon))");
+  const char* const odd[] = {"NaN", "infinity", "-infinity", "-1e12", "0", "1e300"};
+  for (const char* amount : odd) {
+    for (const char* push : odd) {
+      enemy(540, 500);
+      const std::string call = std::string("takeDamage(") + amount + ", " + push + ", 0, " + push + ")";
+      EXPECT_EQ(eval("e." + call), "undefined") << call;
+      EXPECT_EQ(eval("p.invulnerable = false; p." + call), "undefined") << call;
+      eval("instance_destroy(oBlood); instance_destroy(oDeathScreen)");
+    }
+  }
+  eval("b = instance_create_layer(900, 900, \"layMobs\", oEnemyBoss); instance_create_layer(540, 500, \"layMobs\", oEnemy)");
+  eval("w = instance_create_layer(900, 900, \"layBullets\", oExplosion); w.radius = NaN; w.explode()");
+  for (const double seconds : {0.0, 3600.0, 3600.0, 1e-6, 0.0}) step(1, seconds);
+  eval("p.is_dead = false; p.hp = 100; p.invulnerable = false");
+  for (const double seconds : {0.0, 3600.0, 3600.0, 1e-6, 0.0}) step(1, seconds);
+}
+
 }  // namespace
 }  // namespace arena::test
