@@ -93,6 +93,8 @@ inline const Builtin draw_text_transformed{"draw_text_transformed"};
 inline const Builtin draw_set_font{"draw_set_font"};
 inline const Builtin draw_set_halign{"draw_set_halign"};
 inline const Builtin draw_set_valign{"draw_set_valign"};
+inline const Builtin gpu_set_blendmode{"gpu_set_blendmode"};
+inline const Builtin gpu_get_blendmode{"gpu_get_blendmode"};
 inline const Builtin display_get_gui_width{"display_get_gui_width"};
 inline const Builtin display_get_gui_height{"display_get_gui_height"};
 inline const Builtin audio_exists{"audio_exists"};

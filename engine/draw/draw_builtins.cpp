@@ -43,6 +43,7 @@ void set_valign(std::int32_t align) { state().vertical = static_cast<VerticalAli
 std::int32_t get_halign() { return static_cast<std::int32_t>(state().horizontal); }
 std::int32_t get_valign() { return static_cast<std::int32_t>(state().vertical); }
 void set_blendmode(std::int32_t mode) { state().blend = static_cast<gpu::Blend>(std::clamp(mode, 0, 3)); }
+std::int32_t get_blendmode() { return static_cast<std::int32_t>(state().blend); }
 // 0 chooses by the size, as at start.
 void set_circle_precision(std::int32_t sides) { state().circle_precision = sides <= 0 ? 0 : std::clamp(sides, 4, 128); }
 
@@ -186,6 +187,7 @@ const BuiltinEntry kEntries[] = {
     {"draw_get_halign", builtin<get_halign>},
     {"draw_get_valign", builtin<get_valign>},
     {"gpu_set_blendmode", builtin<set_blendmode>},
+    {"gpu_get_blendmode", builtin<get_blendmode>},
     {"draw_set_circle_precision", builtin<set_circle_precision>},
     {"draw_self", builtin<draw_self>},
     {"draw_sprite", builtin<draw_sprite>},

@@ -9,8 +9,7 @@ namespace {
 const Variable radius{"radius"}, expand_speed{"expand_speed"}, current_radius{"current_radius"}, max_radius{"max_radius"};
 const Variable has_exploded{"has_exploded"};
 
-const Builtin gpu_set_blendmode{"gpu_set_blendmode"};
-constexpr int kNormalBlend = 0, kAdditiveBlend = 1;
+constexpr int kAdditiveBlend = 1;
 constexpr int kOrange = 0x40A0FF, kYellow = 65535;
 constexpr Real kOuterAlpha = 0.5, kInnerAlpha = 0.3, kInnerShare = 0.7;
 
@@ -65,6 +64,7 @@ EVENT(oExplosion, Step_0) {
 
 EVENT(oExplosion, Draw_0) {
   const Real fading = 1 - self[life_timer] / self[lifetime];
+  const Value blend_before = gpu_get_blendmode();
   gpu_set_blendmode(kAdditiveBlend);  // light: it brightens what lies under it and hides nothing
   draw_set_alpha(fading * kOuterAlpha);
   draw_set_colour(kOrange);
@@ -73,5 +73,5 @@ EVENT(oExplosion, Draw_0) {
   draw_set_colour(kYellow);
   draw_circle(self[x], self[y], self[current_radius] * kInnerShare, false);
   draw_set_alpha(1);
-  gpu_set_blendmode(kNormalBlend);
+  gpu_set_blendmode(blend_before);
 }

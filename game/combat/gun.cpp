@@ -293,6 +293,8 @@ EVENT(oGun, Draw_0) {
   draw_sprite_ext(sprGun, self[gun_picture], self[x], self[y], 1, points_left ? -1 : 1, aim, self[image_blend], 1);
   if (self[flash_time] > 0) {
     self[flash_time] = 0;
+    const KeptDrawState kept;
+    draw_set_alpha(1);
     draw_set_colour(kFlashColour);
     draw_circle(self[x] + lengthdir_x(self[muzzle_distance], aim), self[y] + lengthdir_y(self[muzzle_distance], aim), kFlashRadius, false);
   }

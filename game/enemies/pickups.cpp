@@ -1,6 +1,7 @@
 #include "game/enemies/pickups.h"
 
 #include "game/combat/weapon.h"
+#include "game/support/drawing.h"
 #include "game/support/motion.h"
 
 namespace arena::game {
@@ -29,12 +30,11 @@ void draw_pickup(Instance self, const std::function<void()>& picture) {
   draw_circle(self[x], self[y], kHaloRadius, false);
   draw_set_alpha(1);
   picture();
+  const KeptDrawState kept;
   draw_set_font(fntUi);
   draw_set_halign(fa_center);
   draw_set_valign(fa_bottom);
   draw_text(self[x], self[y] - kHintHeight, self[pickup_hint]);
-  draw_set_halign(fa_left);
-  draw_set_valign(fa_top);
 }
 
 void hand_over_gun(Instance taker, Instance pickup) {

@@ -1,5 +1,7 @@
 #include "game/flow/death_screen.h"
 
+#include "game/support/drawing.h"
+
 namespace arena::game {
 namespace {
 const Variable text{"text"};
@@ -20,8 +22,9 @@ EVENT(oDeathScreen, Step_0) {
   if (keyboard_check_pressed(kKeySpace)) game_restart();
 }
 
-// A veil over the arena, so that the message is read; the alignment and the font are those of the interface's titles.
+// A veil over the arena, so that the message is read, in the middle and in the font of the interface's titles.
 EVENT(oDeathScreen, Draw_64) {
+  const KeptDrawState kept;
   draw_set_colour(kVeilColour);
   draw_set_alpha(kVeilAlpha);
   draw_rectangle(0, 0, display_get_gui_width(), display_get_gui_height(), false);

@@ -49,6 +49,7 @@ EVENT(oPrepare1, Step_0) {
 }
 
 EVENT(oPrepare1, Draw_64) {
+  const KeptDrawState kept;
   draw_set_font(fntTitle);
   draw_set_halign(fa_center);
   draw_set_valign(fa_middle);
@@ -58,8 +59,6 @@ EVENT(oPrepare1, Draw_64) {
   write(0.77, 1, kTextColour, "E  pick up      Q  drop gun      Esc  quit");
   const Value call = self[start_timer_on] ? string_of("The arena opens in {0} s", ceil(self[start_timer])) : Value("Press any key");
   write(0.88, 1.25, kTitleColour, call);
-  draw_set_halign(fa_left);
-  draw_set_valign(fa_top);
 }
 
 EVENT(oPrepare1, KeyPress_27) { game_end(); }

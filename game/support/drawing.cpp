@@ -4,6 +4,8 @@ namespace arena::game {
 namespace {
 const Builtin draw_triangle{"draw_triangle"}, draw_sprite_part_ext{"draw_sprite_part_ext"}, screen_save_numbered{"screen_save_numbered"};
 const Builtin sprite_get_width{"sprite_get_width"}, sprite_get_height{"sprite_get_height"};
+const Builtin draw_get_colour{"draw_get_colour"}, draw_get_alpha{"draw_get_alpha"}, draw_get_font{"draw_get_font"};
+const Builtin draw_get_halign{"draw_get_halign"}, draw_get_valign{"draw_get_valign"};
 constexpr int kSteps = 64;  // of a whole turn
 
 // Between two rings, from one share of a turn to another.
@@ -21,6 +23,24 @@ void draw_arc(Real x, Real y, Real inside, Real outside, Real from, Real to, Rea
   }
 }
 }  // namespace
+
+KeptDrawState::KeptDrawState()
+    : colour_(draw_get_colour()),
+      alpha_(draw_get_alpha()),
+      font_(draw_get_font()),
+      halign_(draw_get_halign()),
+      valign_(draw_get_valign()),
+      blend_(gpu_get_blendmode()) {}
+
+KeptDrawState::~KeptDrawState() {
+  draw_set_colour(colour_);
+  draw_set_alpha(alpha_);
+  draw_set_font(font_);
+  draw_set_halign(halign_);
+  draw_set_valign(valign_);
+  gpu_set_blendmode(blend_);
+}
+
 }  // namespace arena::game
 
 SCRIPT(draw_text_outlined, Real at_x, Real at_y, Value text, Real inner, Real outer, Real thickness) {

@@ -4,6 +4,18 @@
 
 namespace arena::game {
 
+// Colour, alpha, font, alignment and blend mode as they are now, put back at the end of the block.
+class KeptDrawState {
+ public:
+  KeptDrawState();
+  ~KeptDrawState();
+  KeptDrawState(const KeptDrawState&) = delete;
+  KeptDrawState& operator=(const KeptDrawState&) = delete;
+
+ private:
+  Value colour_, alpha_, font_, halign_, valign_, blend_;
+};
+
 // The text in `inner` with an edge of `thickness` pixels in `outer`.
 extern const Script<void(Real x, Real y, Value text, Real inner, Real outer, Real thickness)> draw_text_outlined;
 // With a shadow `distance` pixels to the lower right.

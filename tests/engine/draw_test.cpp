@@ -213,5 +213,33 @@ TEST_F(Drawing, ParticlesAreDrawnOverTheirLives) {
   EXPECT_TRUE(high - low <= 100 && high - low > 50) << low << " " << high;
 }
 
+TEST_F(Drawing, WhatIsNoNumberIsNotSeen) {
+  const std::vector<Drawn> faint = drawn("draw_sprite_ext(13, NaN, 100, 100, 1, 1, 0, NaN, NaN)");
+  ASSERT_FALSE(faint.empty());
+  EXPECT_EQ(faint[0].color, 0u);
+  for (const char* statement : {"draw_set_alpha(NaN); draw_circle(100, 100, NaN, false); draw_set_alpha(1)",
+                                "draw_text_colour(100, 100, \" \", NaN, infinity, -1, 1e300, NaN)", "draw_line(NaN, 0, infinity, 5)",
+                                "draw_sprite_stretched_ext(13, infinity, 0, 0, 1e300, NaN, -infinity, 2)"}) {
+    for (const Drawn& each : drawn(statement)) EXPECT_TRUE(each.state.blend == gpu::Blend::kNormal) << statement;
+    EXPECT_EQ(eval("1"), "1");
+  }
+}
+
+// What was current before a handler that needs a look of its own is current after it.
+TEST_F(Drawing, HandlersPutBackWhatTheyChange) {
+  const std::string state = "[draw_get_colour(), draw_get_alpha(), draw_get_font(), draw_get_halign(), draw_get_valign()]";
+  for (const char* object : {"oDeathScreen", "oPrepare1"}) {
+    eval(std::string("global.i = instance_create_layer(0, 0, \"layMobs\", ") + object + ", {start_timer_on: true})");
+    eval("draw_set_colour(77); draw_set_alpha(0.25); draw_set_font(3); draw_set_halign(2); draw_set_valign(1); gpu_set_blendmode(3)");
+    ask({{"step", 1}});
+    EXPECT_EQ(eval(state), "[77,0.25,3,2,1]") << object;
+    EXPECT_EQ(eval("gpu_get_blendmode()"), "3") << object;
+    eval("instance_destroy(global.i)");
+  }
+  eval("instance_create_layer(0, 0, \"layMobs\", oExplosion); gpu_set_blendmode(2)");
+  step();
+  EXPECT_EQ(eval("gpu_get_blendmode()"), "2");
+}
+
 }  // namespace
 }  // namespace arena::test
