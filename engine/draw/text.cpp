@@ -82,12 +82,15 @@ std::vector<std::string_view> Draw::lines_of(const Font& font, std::string_view 
   for (std::size_t from = 0; from <= text.size();) {
     const std::size_t end = std::min(text.find('\n', from), text.size());
     std::string_view line = text.substr(from, end - from);
-    while (wrap > 0 && line_width(font, line) > wrap) {
+    while (wrap > 0) {
+      // The last blank before which everything fits; each character is looked at until the line is full, not to its end.
       std::size_t fits = 0;
-      for (std::size_t blank = line.find(' '); blank != std::string_view::npos; blank = line.find(' ', blank + 1)) {
-        if (line_width(font, line.substr(0, blank)) > wrap) break;
-        fits = blank;
+      double width = 0;
+      std::string_view rest = line;
+      for (; !rest.empty() && width * font.size <= wrap; width += font.glyph(next_code(rest)).advance) {
+        if (rest.front() == ' ') fits = line.size() - rest.size();
       }
+      if (width * font.size <= wrap) break;
       if (fits == 0) fits = line.find(' ');  // a word wider than the line stands alone
       if (fits == std::string_view::npos) break;
       lines.push_back(line.substr(0, fits));

@@ -225,6 +225,13 @@ TEST_F(Drawing, WhatIsNoNumberIsNotSeen) {
   }
 }
 
+TEST_F(Drawing, LongTextsAreBrokenInOneGo) {
+  eval("line = string_height(\"a\"); wide = string_width(\"word word\")");
+  check({{"string_height_ext(string_repeat(\"word \", 100000), line, wide + 1) == 50001 * line", "true"},
+         {"string_height_ext(string_repeat(\"word \", 100000), line, 1) == 100001 * line", "true"},
+         {"string_height_ext(string_repeat(\"w\", 500000), line, 1) == line", "true"}});
+}
+
 // What was current before a handler that needs a look of its own is current after it.
 TEST_F(Drawing, HandlersPutBackWhatTheyChange) {
   const std::string state = "[draw_get_colour(), draw_get_alpha(), draw_get_font(), draw_get_halign(), draw_get_valign()]";
