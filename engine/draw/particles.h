@@ -1,6 +1,7 @@
 #pragma once
 // Particles: many small short-lived pictures that fly, fade, turn and end, some leaving others behind. Updated and drawn natively; types
-// and emitters are described by scripts. All chance comes from the generator for visual effects: whether and how much is drawn changes nothing in the game.
+// and emitters are described by scripts. All chance comes from the generator for visual effects: whether and how much is drawn changes
+// nothing in the game.
 #include <cstdint>
 #include <vector>
 
