@@ -9,15 +9,46 @@
 
 namespace arena::apps {
 
+namespace {
+
+constexpr std::size_t kLargestLog = 8 << 20;  // bytes
+
+// arena.log; when it is full, or another run's, it becomes arena-1.log in place of an older one.
+class LogFile {
+ public:
+  explicit LogFile(std::filesystem::path folder) : folder_(std::move(folder)) { begin(); }
+  void write(std::string_view line) {
+    if (written_ + line.size() + 1 > kLargestLog) begin();
+    stream_ << line << "\n" << std::flush;
+    written_ += line.size() + 1;
+  }
+
+ private:
+  void begin() {
+    stream_.close();
+    stream_.clear();
+    written_ = 0;
+    if (folder_.empty()) return;
+    std::error_code ignored;  // what cannot be kept is written over
+    std::filesystem::rename(folder_ / "arena.log", folder_ / "arena-1.log", ignored);
+    stream_.open(folder_ / "arena.log");
+  }
+
+  std::filesystem::path folder_;
+  std::ofstream stream_;
+  std::size_t written_ = 0;
+};
+
+}  // namespace
+
 void start_log() {
-  const std::filesystem::path folder = files::user_data_folder();
-  auto file = std::make_shared<std::ofstream>();
-  if (!folder.empty()) file->open(folder / "arena.log");
-  set_log_sink([file](std::string_view line) {
-    std::cerr << line << "\n";
-    if (file->is_open()) *file << line << "\n" << std::flush;
+  set_log_sink([file = std::make_shared<LogFile>(files::user_data_folder())](std::string_view line, bool is_note) {
+    if (!is_note) std::cerr << line << "\n";
+    file->write(line);
   });
 }
+
+void end_log() { set_log_sink({}); }
 
 std::filesystem::path crash_report_file() {
   const std::filesystem::path folder = files::user_data_folder();

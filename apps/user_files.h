@@ -5,8 +5,11 @@
 
 namespace arena::apps {
 
-// From now on messages go to standard error and to arena.log in the user's data folder.
+// From now on messages go to standard error and, with notes, to arena.log in the user's data folder. The log has 8 MiB at most; what came
+// before, in this run or another, is kept as arena-1.log.
 void start_log();
+// Writes what the log still owes and closes it.
+void end_log();
 // crash-report.txt beside the log; empty when there is no such folder.
 std::filesystem::path crash_report_file();
 // Writes it; its path, or "" when that fails.
