@@ -1,9 +1,11 @@
 #include "engine/console/console.h"
 
-#include <nlohmann/json.hpp>
+#include <limits>
 
 #include "engine/audio/audio.h"
+#include "engine/console/draw_calls.h"
 #include "engine/console/evaluator.h"
+#include "engine/console/request.h"
 #include "engine/console/state_hash.h"
 #include "engine/console/value_json.h"
 #include "engine/draw/draw_service.h"
@@ -22,16 +24,10 @@
 namespace arena::console {
 namespace {
 
-using json = nlohmann::ordered_json;
-
-constexpr std::size_t kMostDraws = 200000;
-constexpr double kDefaultFrame = 1.0 / 60;
-constexpr std::int64_t kMostFrames = 10000000;  // in one request
-
-// A request that asks for something impossible.
-struct RequestError {
-  std::string message;
-};
+constexpr double kDefaultFrame = 1.0 / 60, kLongestFrame = 3600;  // seconds
+constexpr std::int64_t kMostFrames = 10000000;                    // in one request
+constexpr std::size_t kMostErrors = 1000;                         // shown of one step
+constexpr std::size_t kLongestComplaint = 1000;                   // bytes of what is said about a line: it may quote all of it
 
 // The console's last value lives on until the next one.
 class LastValue final : public Holder {
@@ -41,45 +37,32 @@ class LastValue final : public Holder {
   RValue value;
 };
 
-json draws = json::array();
-json frame_errors = json::array();
-
-void observe(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) {
-  const std::string_view name = entry.name;
-  RunningHandler running{};
-  if (!(name.starts_with("draw_") || name.starts_with("gpu_set_")) || !running_handler(running)) return;
-  if (running.key.kind != EventKind::kDraw || draws.size() >= kMostDraws) return;
-  json values = json::array();
-  for (std::int32_t i = 0; i < argc; ++i) values.push_back(value_to_json(args[i]));
-  draws.push_back({{"object", object_name_of(*running.self)},
-                   {"instance", running.self->id},
-                   {"event", event_suffix(running.key)},
-                   {"call", name},
-                   {"args", std::move(values)}});
-}
+struct StepErrors {
+  json shown = json::array();
+  std::int64_t more = 0;
+};
+StepErrors step_errors;
 
 void keep_error(const WBKSLException& error) {
   draw::restore_draw_state();
   log_message("ERROR: " + error.message());
-  frame_errors.push_back({{"error", error.message()}, {"report", error.report()}});
+  if (step_errors.shown.size() >= kMostErrors) {
+    ++step_errors.more;
+  } else {
+    step_errors.shown.push_back({{"error", error.message()}, {"report", error.report()}});
+  }
+}
+
+std::int32_t whole_number(const json& request, const char* key) {
+  return static_cast<std::int32_t>(
+      whole(request, key, "a whole number", std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
 WBObjectBase* instance_argument(const json& request, const char* key) {
   if (!request.contains(key) || request[key].is_null()) return nullptr;
-  if (!request[key].is_number()) throw RequestError{std::string("\"") + key + "\" must be an instance id"};
-  CInstance* found = resolve_instance(saturate_int32(request[key].get<double>()));
+  CInstance* found = resolve_instance(whole_number(request, key));
   if (found == nullptr) throw RequestError{std::string("\"") + key + "\" names no instance: " + request[key].dump()};
   return found;
-}
-
-int whole(const json& request, const char* key) {
-  if (!request.at(key).is_number()) throw RequestError{std::string("\"") + key + "\" must be a number"};
-  return saturate_int32(request.at(key).get<double>());
-}
-
-bool down(const json& request) {
-  if (!request.contains("down") || !request["down"].is_boolean()) throw RequestError{"\"down\" must be true or false"};
-  return request["down"].get<bool>();
 }
 
 json sounds_json() {
@@ -98,7 +81,7 @@ json sounds_json() {
 
 json instances_json(const json& request) {
   const json& named = request["instances"];
-  const std::int32_t object = named.is_string() ? object_types().find(named.get<std::string>()) : whole(request, "instances");
+  const std::int32_t object = named.is_string() ? object_types().find(named.get<std::string>()) : whole_number(request, "instances");
   if (!object_types().has(object)) throw RequestError{"there is no object " + named.dump()};
   json ids = json::array();
   for (const CInstance* instance : object_types().at(object).instances) {
@@ -123,6 +106,7 @@ std::string hex(std::uint64_t number) {
 
 struct Console::State {
   host::Game& game;
+  StepHooks hooks;
   LastValue last;
   bool quit = false;
 
@@ -135,18 +119,19 @@ struct Console::State {
   }
 
   json step(const json& request) {
-    const std::int64_t frames = whole(request, "step");
-    const double seconds = request.contains("dt") && request["dt"].is_number() ? request["dt"].get<double>() : kDefaultFrame;
-    if (frames < 0 || frames > kMostFrames) throw RequestError{"\"step\" is out of range"};
-    if (!(seconds >= 0) || seconds > 3600) throw RequestError{"\"dt\" is out of range"};
-    frame_errors = json::array();
-    for (std::int64_t i = 0; i < frames && !world().ended; ++i) {
-      draws = json::array();
+    const std::int64_t frames = whole(request, "step", "a whole number of frames", 0, kMostFrames);
+    const double seconds = request.contains("dt") ? number(request, "dt", "a number of seconds", 0, kLongestFrame) : kDefaultFrame;
+    step_errors = {};
+    for (std::int64_t left = frames; left > 0 && !world().ended; --left) {
+      if (hooks.must_end && hooks.must_end()) break;
+      if (hooks.before_frame) hooks.before_frame();
+      const FrameDrawCalls kept(left == 1);
       game.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
     }
     json reply = {
         {"frame", game_clock.frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
-    if (!frame_errors.empty()) reply["errors"] = frame_errors;
+    if (!step_errors.shown.empty()) reply["errors"] = step_errors.shown;
+    if (step_errors.more > 0) reply["more_errors"] = step_errors.more;
     return reply;
   }
 
@@ -154,20 +139,19 @@ struct Console::State {
     const json& place = request["mouse"];
     if (!place.is_array() || place.size() != 2 || !place[0].is_number() || !place[1].is_number())
       throw RequestError{"\"mouse\" must be [x, y]"};
-    const bool gui = request.contains("gui") && request["gui"].is_boolean() && request["gui"].get<bool>();
+    const bool gui = request.contains("gui") && flag(request, "gui");
     push_pointer(gui ? PointerSpace::kGui : PointerSpace::kRoom, place[0].get<double>(), place[1].get<double>());
     return {{"ok", true}};
   }
 
   json perform(const json& request) {
-    if (!request.is_object()) throw RequestError{"a request is a JSON object"};
     if (request.contains("eval")) return eval(request);
     if (request.contains("step")) return step(request);
-    if (request.contains("key")) return push_key(whole(request, "key"), down(request)), json{{"ok", true}};
+    if (request.contains("key")) return push_key(whole_number(request, "key"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("mouse")) return pointer(request);
-    if (request.contains("button")) return push_button(whole(request, "button"), down(request)), json{{"ok", true}};
+    if (request.contains("button")) return push_button(whole_number(request, "button"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("instances")) return instances_json(request);
-    if (request.contains("draws")) return {{"draws", draws}};
+    if (request.contains("draws")) return draw_calls_json();
     if (request.contains("sounds")) return sounds_json();
     if (request.contains("log")) return {{"log", take_log()}};
     if (request.contains("hash")) return {{"hash", hex(state_hash())}};
@@ -177,32 +161,31 @@ struct Console::State {
   }
 };
 
-Console::Console(host::Game& game) : state_(new State{game, {}, false}) {
+Console::Console(host::Game& game, StepHooks hooks) : state_(new State{game, std::move(hooks), {}, false}) {
   set_script_error_sink(keep_error);
-  builtin_observer = observe;
 }
 
-Console::~Console() {
-  set_script_error_sink(nullptr);
-  builtin_observer = nullptr;
-}
+Console::~Console() { set_script_error_sink(nullptr); }
 
 bool Console::has_quit() const { return state_->quit; }
 
 std::string Console::answer(const std::string& line) {
-  const auto failure = [](const std::string& message, const std::string& report) {
-    return json{{"error", message}, {"report", report}}.dump(-1, ' ', false, json::error_handler_t::replace);
+  const auto written = [](const json& reply) { return reply.dump(-1, ' ', false, json::error_handler_t::replace); };
+  const auto complaint = [&](const std::string& about) {
+    return written({{"error", about.size() > kLongestComplaint ? about.substr(0, kLongestComplaint) + "..." : about}, {"report", ""}});
   };
   try {
-    return state_->perform(json::parse(line)).dump(-1, ' ', false, json::error_handler_t::replace);
+    return written(state_->perform(parse_request(line)));
   } catch (const WBKSLException& error) {
-    return failure(error.message(), error.report());
+    return written({{"error", error.message()}, {"report", error.report()}});
   } catch (const ParseError& error) {
-    return failure(error.message, "");
+    return complaint(error.message);
   } catch (const RequestError& error) {
-    return failure(error.message, "");
+    return complaint(error.message);
+  } catch (const std::bad_alloc&) {
+    return complaint("the memory has run out");
   } catch (const std::exception& error) {
-    return failure(error.what(), "");
+    return complaint(error.what());
   }
 }
 

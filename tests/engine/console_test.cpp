@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "runtime/instances_loop/random.h"
+#include "runtime/variables_calls/log.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -21,6 +22,7 @@ TEST_F(Console, GarbageGetsAnErrorReply) {
                                           "{\"eval\": 5}",
                                           "{\"step\": \"x\"}",
                                           "{\"step\": -1}",
+                                          "{\"step\": true}",
                                           "{\"step\": 1, \"dt\": -1}",
                                           "{\"key\": 65}",
                                           "{\"key\": \"a\", \"down\": true}",
@@ -49,6 +51,102 @@ TEST_F(Console, GarbageGetsAnErrorReply) {
     EXPECT_TRUE(reply.contains("report"));
   }
   EXPECT_EQ(eval("1 + 1"), "2");
+}
+
+TEST_F(Console, NumbersOutOfRangeAreRefusedAndNothingRuns) {
+  const std::string step = "\"step\" must be a whole number of frames from 0 to 10000000";
+  const std::string dt = "\"dt\" must be a number of seconds from 0 to 3600";
+  const std::string key = "\"key\" must be a whole number from -2147483648 to 2147483647";
+  const struct {
+    const char* line;
+    std::string error;
+  } rows[] = {{R"({"step": 1.5})", step},
+              {R"({"step": -1})", step},
+              {R"({"step": 1e300})", step},
+              {R"({"step": 10000001})", step},
+              {R"({"step": "1"})", step},
+              {R"({"step": [1]})", step},
+              {R"({"step": null})", step},
+              {R"({"step": 1, "dt": "NaN"})", dt},
+              {R"({"step": 1, "dt": -0.1})", dt},
+              {R"({"step": 1, "dt": "inf"})", dt},
+              {R"({"step": 1, "dt": 1e300})", dt},
+              {R"({"step": 1, "dt": null})", dt},
+              {R"({"key": 65.5, "down": true})", key},
+              {R"({"key": 1e10, "down": true})", key},
+              {R"({"key": 65, "down": 1})", "\"down\" must be true or false"},
+              {R"({"mouse": [1, 2], "gui": 1})", "\"gui\" must be true or false"},
+              {R"({"eval": "1", "self": 100000.5})", "\"self\" must be a whole number from -2147483648 to 2147483647"}};
+  const std::string hash = ask({{"hash", true}}).dump();
+  for (const auto& row : rows) {
+    const auto reply = nlohmann::json::parse(console->answer(row.line));
+    EXPECT_EQ(reply.value("error", ""), row.error) << row.line;
+  }
+  EXPECT_TRUE(nlohmann::json::parse(console->answer(R"({"step": 1, "dt": 1e999})")).contains("error"));
+  EXPECT_EQ(ask({{"hash", true}}).dump(), hash);
+  EXPECT_EQ(ask({{"step", 2.0}, {"dt", 0.5}}).dump(), R"({"frame":2,"room":"rTest","ended":false})");
+}
+
+TEST_F(Console, DrawsAreThoseOfTheLastFrame) {
+  const auto texts = [&] {
+    std::string all;
+    const auto reply = ask({{"draws", true}});
+    for (const auto& call : reply["draws"]) {
+      if (call["call"] == "draw_text")
+        all += call["object"].get<std::string>() + " " + call["event"].get<std::string>() + call["args"].dump();
+    }
+    return all;
+  };
+  EXPECT_EQ(texts(), "");
+  drawn("a = [1]; draw_text(1, 2, a)");
+  eval("a[0] = 2");
+  EXPECT_EQ(texts(), "oProbe Draw_64[1,2,[1]]") << "what was drawn then";
+  const std::string last = "oProbe Draw_64[1,2,[1]]";
+  for (const int frames : {1, 7}) {
+    ask({{"step", frames}});
+    EXPECT_EQ(texts(), last) << frames;
+    EXPECT_EQ(texts(), last) << "asked again";
+  }
+  ask({{"step", 0}});
+  EXPECT_EQ(texts(), last) << "no frame ran";
+  ask({{"step", 1.5}});
+  EXPECT_EQ(texts(), last) << "no frame ran";
+  eval("variable_struct_set(global.hooks, \"Step_0\", game_end)");
+  EXPECT_EQ(ask({{"step", 50}})["ended"], true);
+  EXPECT_EQ(texts(), last) << "of the frame that ended the game, although more were wanted";
+}
+
+// Every handler of 300 instances fails in every frame: what is said about it stays small, and is still told.
+TEST_F(Console, AFloodOfErrorsIsCounted) {
+  ask({{"log", true}});
+  eval("global.seen = []; global.hooks = {Step_0: method(undefined, fail_in_builtin)}");
+  for (int i = 0; i < 300; ++i) eval("instance_create_depth(0, 0, 0, oProbe)");
+  const auto reply = ask({{"step", 60}});
+  EXPECT_EQ(reply["errors"].size(), 1000U);
+  EXPECT_EQ(reply["more_errors"], 300 * 60 - 1000);
+  log_message("something else");
+  const auto log = ask({{"log", true}})["log"];
+  ASSERT_EQ(log.size(), 12U) << log.dump(1);
+  EXPECT_EQ(log[0].get<std::string>().find("ERROR: "), 0U);
+  EXPECT_EQ(log[10], "(the last message came 17990 more times)");
+  EXPECT_EQ(log[11], "something else");
+  EXPECT_FALSE(ask({{"step", 0}}).contains("errors"));
+  // Different ones are bounded, too: by their number, their length and all of them together.
+  for (int i = 0; i < 20000; ++i) log_message(std::to_string(i));
+  EXPECT_EQ(ask({{"log", true}})["log"].size(), 10000U);
+  log_message(std::string(100000, 'x'));
+  EXPECT_LT(ask({{"log", true}})["log"][0].get<std::string>().size(), 66000U);
+  for (int i = 0; i < 300; ++i) log_message(std::to_string(i) + std::string(60000, 'x'));
+  EXPECT_LT(ask({{"log", true}}).dump().size(), std::size_t{9} << 20);
+}
+
+TEST_F(Console, StepsTakeOthersAlongAndCanBeEnded) {
+  int frames = 0;
+  console.reset();  // one at a time
+  console::Console with_hooks(*game, {[&] { ++frames; }, [&] { return frames == 5; }});
+  EXPECT_EQ(with_hooks.answer(R"({"step": 3})"), R"({"frame":3,"room":"rTest","ended":false})");
+  EXPECT_EQ(with_hooks.answer(R"({"step": 10000000})"), R"({"frame":5,"room":"rTest","ended":false})");
+  EXPECT_EQ(frames, 5);
 }
 
 TEST_F(Console, RandomStatementsNeverTakeTheGameDown) {
@@ -178,9 +276,14 @@ TEST_F(Console, NothingIsTooDeepOrTooLong) {
     EXPECT_TRUE(ask({{"eval", repeated(part, kMany) + "1"}}).contains("error")) << part;
   }
   EXPECT_EQ(eval(repeated("1 + ", 900) + "1"), "901") << "what a person may write is no trouble";
-  for (const char* const part : {"[", "{\"a\":", "{\"eval\":\"", "\\"}) {
-    EXPECT_NE(console->answer(repeated(part, kMany)).find("\"error\""), std::string::npos) << part;
+  for (const char* const part : {"[", "{\"a\":", "{\"eval\":\"", "\\", "a"}) {
+    const std::string reply = console->answer(repeated(part, kMany));
+    EXPECT_EQ(reply.find("{\"error\""), 0U) << part;
+    EXPECT_LT(reply.size(), 2000U) << "it does not quote all of it";
   }
+  EXPECT_NE(console->answer("{\"instances\": " + repeated("[", kMany) + repeated("]", kMany) + "}").find("at most 100 deep"),
+            std::string::npos);
+  EXPECT_NE(console->answer(std::string(17 << 20, ' ')).find("a request has at most 16777216 bytes"), std::string::npos);
   // Containers that stand in one another, far deeper than the native stack reaches.
   for (const char* const deeper : {"a = {n: a}; 0", "a = [a]; 0"}) {
     eval("a = 0");
