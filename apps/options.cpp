@@ -4,6 +4,8 @@
 #include <functional>
 #include <map>
 
+#include "engine/files/paths.h"
+
 namespace arena::apps {
 namespace {
 
@@ -12,6 +14,13 @@ bool read_number(const std::string& text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size();
 }
+
+bool take_text(const std::string& value, std::string& text) {
+  text = value;
+  return !value.empty();
+}
+
+std::string quoted(const std::string& argument) { return "'" + files::on_one_line(argument) + "'"; }
 
 }  // namespace
 
@@ -25,10 +34,10 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
                                                                  {"--help", [&] { options.shows_help = true; }},
                                                                  {"--version", [&] { options.shows_version = true; }}};
   const std::map<std::string, std::function<bool(const std::string&)>> settings = {
-      {"--data", [&](const std::string& value) { return options.data = value, true; }},
-      {"--room", [&](const std::string& value) { return options.room = value, true; }},
-      {"--hashes", [&](const std::string& value) { return options.hashes = value, true; }},
-      {"--screenshot", [&](const std::string& value) { return options.screenshot = value, true; }},
+      {"--data", [&](const std::string& value) { return take_text(value, options.data); }},
+      {"--room", [&](const std::string& value) { return take_text(value, options.room); }},
+      {"--hashes", [&](const std::string& value) { return take_text(value, options.hashes); }},
+      {"--screenshot", [&](const std::string& value) { return take_text(value, options.screenshot); }},
       {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
       {"--frames", [&](const std::string& value) { return read_number(value, options.frames) && options.frames >= 0; }}};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -39,7 +48,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
     }
     const auto found = settings.find(name);
     if (found == settings.end()) {
-      problem = "unknown option '" + name + "'; --help lists them";
+      problem = "unknown option " + quoted(name) + "; --help lists them";
       return false;
     }
     if (i + 1 >= arguments.size()) {
@@ -47,7 +56,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       return false;
     }
     if (!found->second(arguments[++i])) {
-      problem = "option '" + name + "' cannot take '" + arguments[i] + "'";
+      problem = "option '" + name + "' cannot take " + quoted(arguments[i]);
       return false;
     }
   }

@@ -64,6 +64,13 @@ std::string utf8_of(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+std::string on_one_line(std::string text) {
+  for (char& each : text) {
+    if (static_cast<unsigned char>(each) < ' ' || each == 127) each = '?';
+  }
+  return text;
+}
+
 std::filesystem::path program_file() {
 #ifdef _WIN32
   std::wstring text(32768, L'\0');  // the longest path there is

@@ -9,6 +9,9 @@ namespace arena::files {
 std::filesystem::path path_of(std::string_view utf8);
 std::string utf8_of(const std::filesystem::path& path);
 
+// A name as messages show it: control characters, which could break the line, as '?'.
+std::string on_one_line(std::string text);
+
 // The running program; empty when the system does not tell.
 std::filesystem::path program_file();
 // Where this user's logs and reports go: %LOCALAPPDATA%\arena, or arena in the XDG data folder. Made on demand; empty when it cannot be.

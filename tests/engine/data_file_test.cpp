@@ -3,6 +3,7 @@
 
 #include <flatbuffers/flatbuffers.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,6 +55,18 @@ TEST(DataFile, EveryKindOfDamageHasItsLine) {
   std::string problem;
   EXPECT_EQ(data::open_data_file("/nowhere/arena.dat", problem), nullptr);
   EXPECT_EQ(problem, "/nowhere/arena.dat: the data file cannot be opened");
+  EXPECT_EQ(data::open_data_file(temporary_path("."), problem), nullptr);
+  EXPECT_EQ(problem, temporary_path(".") + ": the data file cannot be read: this is a folder");
+  EXPECT_EQ(data::open_data_file("a\nb", problem), nullptr);
+  EXPECT_EQ(problem, "a?b: the data file cannot be opened");
+  const std::string sparse = temporary_path("sparse.dat");  // a header that promises more than any memory holds
+  std::vector<std::uint8_t> header = data::header_for(good.data(), 0);
+  header[21] = 1;
+  std::ofstream(sparse, std::ios::binary).write(reinterpret_cast<const char*>(header.data()), data::kHeaderBytes);
+  std::filesystem::resize_file(sparse, data::kHeaderBytes + (std::uintmax_t{1} << 40));
+  EXPECT_EQ(data::open_data_file(sparse, problem), nullptr);
+  EXPECT_EQ(problem, sparse + ": this is not a data file of this game: it is too large");
+  std::filesystem::remove(sparse);
 }
 
 TEST(DataFile, HostileBytesNeverCrash) {
@@ -90,6 +103,36 @@ TEST(DataFile, MeaningIsChecked) {
       {"mask", [](data::FileT& file) { file.sprites[0]->right = 1e9f; }, "sprite 'sprPlayer' has a mask outside itself"},
       {"double index", [](data::FileT& file) { file.sprites[1]->index = file.sprites[0]->index; },
        "sprite 'sprEnemy' has the index of another sprite"},
+      {"frame far out", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(2147483647); },
+       "sprite 'sprPlayer' has a frame outside its page"},
+      {"frame of no page", [](data::FileT& file) { file.pages.clear(); }, "sprite 'sprPlayer' has a frame outside its page"},
+      {"vast mask",
+       [](data::FileT& file) {
+         file.sprites[0]->width = file.sprites[0]->right = 1e30f;
+         file.sprites[0]->mask = data::Mask_Precise;
+       },
+       "sprite 'sprPlayer' is too large"},
+      {"origin", [](data::FileT& file) { file.sprites[0]->origin_x = NAN; }, "sprite 'sprPlayer' has an impossible origin"},
+      {"speed", [](data::FileT& file) { file.sprites[0]->frames_per_second = INFINITY; }, "sprite 'sprPlayer' has an impossible speed"},
+      {"place", [](data::FileT& file) { file.rooms[0]->instances[0].mutate_x(NAN); },
+       "room 'rPrepare' places an object at an impossible place"},
+      {"depth", [](data::FileT& file) { file.rooms[0]->layers[0]->depth = NAN; }, "room 'rPrepare' has a layer at an impossible depth"},
+      {"glyph", [](data::FileT& file) { file.fonts[0]->glyphs[0].mutate_advance(INFINITY); },
+       "font 'fntBody' has a glyph at an impossible place"},
+      {"two findings",
+       [](data::FileT& file) {
+         file.rooms[0]->width = 0;
+         file.sounds[0]->rate = 0;
+       },
+       "sound 'sndStart' has an impossible rate"},
+      {"pages",
+       [](data::FileT& file) {
+         for (int i = 0; i < 5; ++i) {
+           file.pages.push_back(std::make_unique<data::PageT>());
+           file.pages.back()->width = file.pages.back()->height = 8192;
+         }
+       },
+       "the atlas pages are too large together"},
       {"rate", [](data::FileT& file) { file.sounds[0]->rate = 0; }, "sound 'sndStart' has an impossible rate"},
       {"page", [](data::FileT& file) { file.pages[0]->width = -5; }, "an atlas page has an impossible size"},
   };
