@@ -22,6 +22,7 @@
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/values/block_pool.h"
 #include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/names.h"
 
 namespace {
 
@@ -163,17 +164,18 @@ void run_micro() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::string notes, problem;
+  std::string problem;
   host::GameOptions options;
   options.data = data::open_data_file(ARENA_DATA_FILE, problem);
   options.room = "rTest";
   options.has_seed = true;
   if (options.data != nullptr) {
-    const std::unique_ptr<host::Game> game = host::Game::start(std::move(options), notes, problem);
-    if (game != nullptr) {
+    const host::Started started = host::Game::start(std::move(options));
+    problem = started.problem;
+    if (const auto& game = started.game; game != nullptr) {
       const int frames = argc > 1 ? std::atoi(argv[1]) : 240;
-      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s\n", notes.c_str(), "crowd", "logic ms", "frame ms", "plain ms",
-                  "luajit ms", "logic/plain", "logic/lua", "pause", "pause max", "memory");
+      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s\n", look_up_names().report().c_str(), "crowd", "logic ms",
+                  "frame ms", "plain ms", "luajit ms", "logic/plain", "logic/lua", "pause", "pause max", "memory");
       print_crowd("1,000", run_crowd(*game, 1000, frames));
       const Crowd large = run_crowd(*game, 10000, frames);
       print_crowd("10,000", large);

@@ -13,6 +13,7 @@
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
+#include "engine/host/shutter.h"
 #include "engine/platform/window.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
@@ -29,9 +30,12 @@ namespace arena::host {
 namespace {
 
 int target_width = 1280, target_height = 720;
-std::vector<std::uint8_t>* captured = nullptr;  // filled at the end of the frame that is being captured
+Shutter* shutter = nullptr;         // of a game whose frames nobody sees
+bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
+std::vector<std::uint8_t> picture;  // empty: none was taken
 
 void begin_world() {
+  if (shutter != nullptr) shutter->is_open = picture_wanted;
   if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(target_width, target_height);
 }
 void begin_gui() {
@@ -40,7 +44,10 @@ void begin_gui() {
 void end_frame() {
   draw::Draw* service = draw::draw_service();
   if (service == nullptr) return;
-  if (captured != nullptr) *captured = service->gpu().read_pixels();
+  if (picture_wanted) {
+    picture = service->gpu().read_pixels();
+    picture_wanted = picture.empty();
+  }
   service->end_frame();
 }
 void draw_background(const Layer& layer) {
@@ -51,7 +58,6 @@ void before_handler(const CInstance&, EventKey key) {
   if (key.kind == EventKind::kDraw) draw::save_draw_state();
 }
 
-bool screenshot_wanted = false;
 bool run_began = false;  // in this frame, by a restart
 
 // What belongs to one run of the game and is forgotten by a restart.
@@ -66,7 +72,7 @@ void forget_run() {
   reset_unhandled_handler();
 }
 
-void screen_save_numbered() { screenshot_wanted = true; }
+void screen_save_numbered() { picture_wanted = true; }
 // For tests of what happens when the graphics card goes away.
 void gpu_debug_lose_device() {
   if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
@@ -101,24 +107,24 @@ std::string in_one_message(const std::vector<std::string>& problems) {
 
 }  // namespace
 
-std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::string& problem) {
-  const LookupResult& lookup = look_up_names();
-  notes = lookup.report();
-  std::vector<std::string> problems = lookup.problems;
+Started Game::start(GameOptions options) {
+  std::vector<std::string> problems = look_up_names().problems;
   const std::vector<std::string> data_problems = data::install_in_world(*options.data, options.extra_objects);
   problems.insert(problems.end(), data_problems.begin(), data_problems.end());
-  if (!problems.empty()) {
-    problem = in_one_message(problems);
-    return nullptr;
-  }
+  if (!problems.empty()) return {nullptr, Started::Failure::kDataAndCodeDiffer, in_one_message(problems)};
   const std::int32_t room = find_room(options.room);
-  if (room < 0) {
-    problem = "there is no room '" + options.room + "'";
-    return nullptr;
-  }
+  if (room < 0) return {nullptr, Started::Failure::kUnknownRoom, "there is no room '" + files::on_one_line(options.room) + "'"};
   std::unique_ptr<Game> game(new Game);
   game->data_ = std::move(options.data);
   if (options.backend == nullptr) options.backend = std::make_unique<gpu::Recorder>();
+  picture_wanted = false;
+  picture.clear();
+  shutter = nullptr;
+  if (!options.shows_frames) {
+    auto before_it = std::make_unique<Shutter>(std::move(options.backend));
+    shutter = before_it.get();
+    options.backend = std::move(before_it);
+  }
   game->gpu_ = std::make_unique<gpu::Gpu>(std::move(options.backend));
   game->draw_ = std::make_unique<draw::Draw>(*game->gpu_, *game->data_);
   game->audio_device_ = std::move(options.audio_device);
@@ -131,13 +137,14 @@ std::unique_ptr<Game> Game::start(GameOptions options, std::string& notes, std::
   if (world().restart_hooks.empty()) world().restart_hooks.push_back(forget_run);
   begin_input_frame();  // sizes that the window reported already
   world().start_game(room);
-  return game;
+  return {std::move(game), Started::Failure::kNone, ""};
 }
 
 Game::~Game() {
   world().shut_down();
   draw::use_draw_service(nullptr);
   set_draw_hooks({});
+  shutter = nullptr;
   collect_everything();
 }
 
@@ -147,12 +154,14 @@ void Game::run_frame(std::int64_t microseconds) {
   // What a new run plays from its start is heard from its first frame on, as after a first start.
   if (!run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
-  if (std::exchange(screenshot_wanted, false)) take_screenshot();
+  if (!picture.empty()) save_numbered(std::exchange(picture, {}));
 }
 
-void Game::take_screenshot() {
+void Game::take_screenshot() { picture_wanted = true; }
+
+void Game::save_numbered(const std::vector<std::uint8_t>& pixels) {
   const std::string path = free_screenshot_name(screenshot_folder_ ? screenshot_folder_() : "Screenshots");
-  log_message(path + (save_screenshot(path) ? "" : ": the picture cannot be written"));
+  log_message(path + (save_png(path, pixels) ? "" : ": the picture cannot be written"));
 }
 
 void Game::set_target_size(int width, int height) {
@@ -171,15 +180,18 @@ std::string Game::free_screenshot_name(const std::string& folder) {
 }
 
 bool Game::save_screenshot(const std::string& path) {
-  std::vector<std::uint8_t> pixels;
-  captured = &pixels;
+  picture_wanted = true;
   draw_frame();
-  captured = nullptr;
+  return save_png(path, std::exchange(picture, {}));
+}
+
+bool Game::save_png(const std::string& path, std::vector<std::uint8_t> pixels) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(gpu_->width());
   image.height = static_cast<png_uint_32>(gpu_->height());
   image.format = PNG_FORMAT_RGBA;
+  if (pixels.empty() || pixels.size() != PNG_IMAGE_SIZE(image)) return false;
   for (std::size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
   std::vector<char> encoded(PNG_IMAGE_PNG_SIZE_MAX(image));
   png_alloc_size_t size = encoded.size();
@@ -190,9 +202,11 @@ bool Game::save_screenshot(const std::string& path) {
   std::ofstream stream(fresh, std::ios::binary);
   stream.write(encoded.data(), static_cast<std::streamsize>(size));
   stream.close();
-  if (!stream) return false;
-  std::filesystem::rename(fresh, file, failure);
-  return !failure;
+  const bool is_whole = !stream.fail();
+  if (is_whole) std::filesystem::rename(fresh, file, failure);
+  if (is_whole && !failure) return true;
+  std::filesystem::remove(fresh, failure);
+  return false;
 }
 
 }  // namespace arena::host

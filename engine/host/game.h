@@ -22,15 +22,25 @@ struct GameOptions {
   std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
   std::uint64_t seed = 0;
+  // False: nobody sees the frames; they are drawn all the same, but only those of which a picture is taken go to the graphics card.
+  bool shows_frames = true;
   // Where numbered screenshots go, asked when one is taken; none: Screenshots in the current folder.
   std::function<std::string()> screenshot_folder;
 };
 
+class Game;
+
+// What came of a start: the game, or why there is none, in a sentence and by kind.
+struct Started {
+  enum class Failure : std::uint8_t { kNone, kDataAndCodeDiffer, kUnknownRoom };
+  std::unique_ptr<Game> game;
+  Failure failure = Failure::kNone;
+  std::string problem;
+};
+
 class Game {
  public:
-  // Null and a sentence in `problem` when data and code do not fit together or the room does not exist. `notes` gets the lines of the
-  // start-up lookup.
-  static std::unique_ptr<Game> start(GameOptions options, std::string& notes, std::string& problem);
+  static Started start(GameOptions options);
   ~Game();
   Game(const Game&) = delete;
   Game& operator=(const Game&) = delete;
@@ -40,14 +50,16 @@ class Game {
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);
   gpu::Gpu& gpu() { return *gpu_; }
-  // Writes the last frame as a PNG, whole or not at all; false when that fails.
+  // Draws the world as it stands once more and writes that as a PNG, whole or not at all; false when that fails.
   bool save_screenshot(const std::string& path);
-  // The same under the first free number, in the folder for screenshots; a failure is logged.
+  // The next frame is written under the first free number, in the folder for screenshots; a failure is logged.
   void take_screenshot();
   static std::string free_screenshot_name(const std::string& folder);
 
  private:
   Game() = default;
+  void save_numbered(const std::vector<std::uint8_t>& pixels);
+  bool save_png(const std::string& path, std::vector<std::uint8_t> pixels);
   std::unique_ptr<data::DataFile> data_;
   std::unique_ptr<gpu::Gpu> gpu_;
   std::unique_ptr<draw::Draw> draw_;

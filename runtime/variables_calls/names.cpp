@@ -6,6 +6,7 @@
 
 #include "runtime/arrays_structs/shape.h"
 #include "runtime/variables_calls/functions.h"
+#include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
@@ -77,6 +78,9 @@ LookupResult run_lookup() {
   result.functions_ms = milliseconds(start, functions_done);
   result.variables_ms = milliseconds(functions_done, variables_done);
   result.check_ms = milliseconds(variables_done, done);
+  std::string report = result.report();
+  report.pop_back();  // the log ends its lines itself
+  log_note(report);
   return result;
 }
 

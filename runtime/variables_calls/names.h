@@ -32,7 +32,7 @@ struct LookupResult {
   // "WBC lookup took ..."
   std::string report() const;
 };
-// Fills every slot. Called once, before any script runs; a later call does nothing and gives the first result.
+// Fills every slot and logs its report. Called once, before any script runs; a later call does nothing and gives the first result.
 const LookupResult& look_up_names();
 
 }  // namespace arena

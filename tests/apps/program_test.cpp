@@ -9,6 +9,7 @@
 #include "engine/files/paths.h"
 #include "engine/platform/crash_reports.h"
 #include "runtime/variables_calls/frame.h"
+#include "runtime/variables_calls/log.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -36,6 +37,15 @@ TEST(CommandLine, EveryMistakeGetsOneLine) {
               {{"--seed", "99999999999999999999"}, "option '--seed' cannot take '99999999999999999999'"},
               {{"--frames", "-3"}, "option '--frames' cannot take '-3'"},
               {{"--frames", "1e3"}, "option '--frames' cannot take '1e3'"},
+              {{"--frames", "99999999999999999999"}, "option '--frames' cannot take '99999999999999999999'"},
+              {{"--frames", ""}, "option '--frames' cannot take ''"},
+              {{"--seed", ""}, "option '--seed' cannot take ''"},
+              {{"--data", ""}, "option '--data' cannot take ''"},
+              {{"--room", ""}, "option '--room' cannot take ''"},
+              {{"--screenshot", ""}, "option '--screenshot' cannot take ''"},
+              {{"--hashes", ""}, "option '--hashes' cannot take ''"},
+              {{"--seed", "1\n2"}, "option '--seed' cannot take '1?2'"},
+              {{"\x1b[2J\n"}, "unknown option '?[2J?'; --help lists them"},
               {{"--console"}, "--console goes with --headless"},
               {{"--hashes", "x"}, "--hashes goes with --headless"}};
   for (const auto& row : rows) EXPECT_EQ(problem_of(row.arguments), row.problem);
@@ -65,6 +75,96 @@ TEST(Program, EndsWithTheStatusOfWhatHappened) {
   EXPECT_EQ(run_program("--headless --frames 600 --demo --hashes /nowhere/at/all"), 1);
   EXPECT_EQ(run_program("--headless --frames 3 --data " ARENA_SOURCE "/README.md"), 1);
 }
+
+std::string text_of_file(const std::string& path) {
+  std::ifstream stream(files::path_of(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+#ifndef _WIN32
+constexpr const char* kArena = ARENA_BINARY "/arena ";
+
+int run_shell(const std::string& line) { return WEXITSTATUS(std::system(line.c_str())); }
+
+// Whatever cannot be read or written: one line, status 1, no waiting, and nothing is left behind.
+TEST(Program, WhatCannotBeReadOrWrittenIsOneLine) {
+  const std::string folder = temporary_path("hostile"), errors = temporary_path("errors");
+  std::filesystem::create_directories(folder + "/taken.png");
+  ASSERT_EQ(run_shell("mkfifo " + folder + "/fifo"), 0);
+  const struct {
+    std::string line, error;
+  } rows[] = {
+      {"arena --headless --data " + folder, folder + ": the data file cannot be read: this is a folder"},
+      {"arena --headless --data /dev/zero", "/dev/zero: the data file cannot be read: this is no ordinary file"},
+      {"arena --headless --data " + folder + "/fifo", folder + "/fifo: the data file cannot be read: this is no ordinary file"},
+      {"arena --headless --hashes " + folder, folder + ": the hashes cannot be written"},
+      {"arena --headless --hashes /dev/full", "/dev/full: the hashes cannot be written"},
+      {"arena --headless --screenshot " + folder + "/taken.png", folder + "/taken.png: the picture cannot be written"},
+      {"arena --headless --console <" + folder, "standard input cannot be read"},
+      {"arena --headless --console <&-", "standard input cannot be read"},
+      {"echo '{\"step\":1}' | arena --headless --console >/dev/full", "the reply cannot be written"},
+      {"echo '{\"step\":1}' | arena --headless --console >&-", "the reply cannot be written"},
+      {"{ yes '{\"step\":1}' | { arena --headless --console; echo $? >" + folder + "/status; } | head -1; } >/dev/null; exit $(cat " +
+           folder + "/status)",
+       "the reply cannot be written"},
+      {"arena --help >/dev/full", "the text cannot be written"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(run_shell("arena() { timeout 60 " + std::string(kArena) + " \"$@\" 2>" + errors + "; }; " + row.line), 1) << row.line;
+    EXPECT_EQ(text_of_file(errors), "arena: " + row.error + "\n") << row.line;
+  }
+  std::filesystem::remove_all(folder);
+}
+
+// The program, its input held open, gets a signal once it has begun.
+int status_after(const std::string& signal, const std::string& arguments, const std::string& input) {
+  const std::string folder = temporary_path("signals");
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder + "/input") << input << "\n";
+  const int status =
+      run_shell("cd " + folder + "; mkfifo held; exec 3<>held; { cat input; read ignored <held; } | { " + kArena + arguments +
+                " >output 2>errors & until [ -s output ] || [ -s hashes ]; do sleep 0.05; done; sleep 0.1; kill -" + signal +
+                " $!; wait $!; echo $? >status; echo >held; }; exit $(cat status)");
+  return status;
+}
+
+TEST(Program, EndRequestsEndEveryMode) {
+  const struct {
+    std::string arguments, input;
+  } rows[] = {{"--headless --demo --hashes hashes", ""},
+              {"--headless --console", R"({"step": 1})"},
+              {"--headless --console", "{\"step\": 1}\n{\"step\": 10000000}"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(status_after("TERM", row.arguments, row.input), 143) << row.arguments << row.input;
+    EXPECT_EQ(status_after("INT", row.arguments, row.input), 130) << row.arguments << row.input;
+  }
+}
+
+TEST(Program, TheAutoplayerPlaysInTheFramesOfTheConsole) {
+  const std::string input = temporary_path("demo-input"), output = temporary_path("demo-output");
+  std::ofstream(input) << "{\"step\": 400}\n{\"log\": true}\n";
+  EXPECT_EQ(run_shell(kArena + std::string("--headless --demo --console <") + input + " >" + output + " 2>" + output + ".errors"), 0);
+  const std::string replies = text_of_file(output);
+  EXPECT_NE(replies.find("\"room\":\"rArena\""), std::string::npos) << replies << "the autoplayer leaves the first room";
+  EXPECT_NE(replies.find("{\"log\":[\"WBC lookup took "), std::string::npos) << replies;
+  EXPECT_EQ(text_of_file(output + ".errors"), "") << "notes are for the log only";
+}
+
+// Nobody sees the frames of such a run but the one that is saved, and the game is the same.
+TEST(Program, APictureOfAHeadlessRunCostsOneFrame) {
+  const std::string picture = temporary_path("run.png"), hashes = temporary_path("run-hashes");
+  if (run_program("--headless --frames 1 --screenshot " + picture) != 0) GTEST_SKIP() << "no off-screen graphics here";
+  EXPECT_EQ(run_program("--headless --demo --seed 3 --frames 1200 --hashes " + hashes + "-0"), 0);
+  EXPECT_EQ(run_program("--headless --demo --seed 3 --frames 1200 --hashes " + hashes + "-1 --screenshot " + picture), 0);
+  EXPECT_EQ(text_of_file(hashes + "-0"), text_of_file(hashes + "-1"));
+  // On a full disk, or where nobody may write, nothing stays behind.
+  std::filesystem::remove(picture);
+  EXPECT_EQ(run_shell("ulimit -f 8; " + std::string(kArena) + "--headless --frames 1 --screenshot " + picture + " 2>/dev/null"), 1);
+  EXPECT_FALSE(std::filesystem::exists(picture));
+  EXPECT_FALSE(std::filesystem::exists(picture + ".new"));
+}
+#endif
 
 TEST(Paths, AnyNameWorks) {
 #ifdef _WIN32
@@ -159,6 +259,34 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   const Variable blocked("XDG_DATA_HOME", folder + "/file");
   EXPECT_EQ(files::user_data_folder(), "") << "no folder, no log, no crash";
   EXPECT_EQ(apps::write_crash_report("x"), "");
+  std::filesystem::remove_all(folder);
+}
+
+TEST(Log, IsBoundedAndKeepsOneOlderFile) {
+  const std::string folder = temporary_path("log-home");
+  const Variable data("XDG_DATA_HOME", folder);
+  const auto written = [&](const char* name) { return text_of_file(folder + "/arena/" + name); };
+  ::testing::internal::CaptureStderr();
+  apps::start_log();
+  log_note("a note");
+  for (int i = 0; i < 300; ++i) log_message("again");
+  for (int i = 0; i < 50; ++i) log_message(i % 2 == 0 ? "again" : "and again");
+  log_message("other");
+  apps::end_log();
+  EXPECT_EQ(written("arena.log"),
+            "a note\nagain\n(the last message came 300 more times)\nand again\n"
+            "(the last message came 24 more times)\n(came 24 more times: again)\nother\n");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr().find("a note"), std::string::npos);
+  ::testing::internal::CaptureStderr();
+  apps::start_log();
+  EXPECT_EQ(written("arena-1.log").find("a note"), 0U) << "the run before";
+  for (int i = 0; i < 3000; ++i) log_message(std::to_string(i) + std::string(10000, 'x'));
+  apps::end_log();
+  ::testing::internal::GetCapturedStderr();
+  EXPECT_LE(written("arena.log").size(), std::size_t{8} << 20);
+  EXPECT_LE(written("arena-1.log").size(), std::size_t{8} << 20);
+  EXPECT_GT(written("arena-1.log").size() + written("arena.log").size(), std::size_t{8} << 20);
+  EXPECT_NE(written("arena.log").find("2999x"), std::string::npos);
   std::filesystem::remove_all(folder);
 }
 #endif

@@ -249,7 +249,7 @@ TEST(SoundDevice, TheSameGameWithAndWithoutADevice) {
   std::size_t most = 0;
   std::string hashes[2];
   for (int with_device = 0; with_device < 2; ++with_device) {
-    std::string notes, problem;
+    std::string problem;
     host::GameOptions options;
     options.data = data::open_data_file(data_file_path(), problem);
     options.room = "rArena";
@@ -257,9 +257,9 @@ TEST(SoundDevice, TheSameGameWithAndWithoutADevice) {
     options.has_seed = true;
     options.seed = 4;
     if (with_device == 1) options.audio_device = std::make_unique<Listener>(most);
-    const auto game = host::Game::start(std::move(options), notes, problem);
-    ASSERT_NE(game, nullptr) << problem;
-    console::Console console(*game);
+    const host::Started started = host::Game::start(std::move(options));
+    ASSERT_NE(started.game, nullptr) << started.problem;
+    console::Console console(*started.game);
     console.answer(R"({"step": 5})");
     console.answer(
         R"x({"eval": "oPlayer.takeGun(createGunPickup(0, 0, global.weapons.shotgun)); oLevel1.wave_count = 8; oLevel1.wave_timer = 0"})x");

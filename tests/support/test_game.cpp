@@ -62,7 +62,7 @@ TestGame::TestGame(const char* room) {
   size.value = 720;
   push_input(size);
   push_pointer(PointerSpace::kWindow, 0, 0);
-  std::string notes, problem;
+  std::string problem;
   host::GameOptions options;
   options.data = data::open_data_file(data_file_path(), problem);
   if (options.data != nullptr) {
@@ -73,7 +73,9 @@ TestGame::TestGame(const char* room) {
     options.extra_objects = probe_objects();
     options.has_seed = true;
     options.seed = 1;
-    game = host::Game::start(std::move(options), notes, problem);
+    host::Started started = host::Game::start(std::move(options));
+    game = std::move(started.game);
+    problem = started.problem;
   }
   if (game == nullptr) {
     std::fprintf(stderr, "the test game does not start: %s\n", problem.c_str());
