@@ -7,6 +7,7 @@
 
 #include "engine/platform/window.h"
 #include "engine/platform/window_graphics.h"
+#include "engine/platform/x11_display.h"
 #include "runtime/instances_loop/input_state.h"
 
 namespace arena::platform {
@@ -58,7 +59,9 @@ void push_size(int width, int height) {
 
 class SdlWindow final : public Window {
  public:
-  SdlWindow(SDL_Window* window, std::unique_ptr<WindowGraphics> graphics) : window_(window), graphics_(std::move(graphics)) {
+  SdlWindow(SDL_Window* window, std::unique_ptr<WindowGraphics> graphics, const WindowOptions& options)
+      : window_(window), graphics_(std::move(graphics)), windowed_{0, 0, options.width, options.height} {
+    if (is_fullscreen()) fill_display();
     report_size();
   }
   ~SdlWindow() override {
@@ -77,7 +80,17 @@ class SdlWindow final : public Window {
   void drawable_size(int& width, int& height) const override { graphics_->drawable_size(width, height); }
   bool takes_screenshot() override { return std::exchange(takes_screenshot_, false); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
-  void toggle_fullscreen() override { SDL_SetWindowFullscreen(window_, is_fullscreen() ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP); }
+  void toggle_fullscreen() override {
+    if (is_fullscreen()) {
+      SDL_SetWindowFullscreen(window_, 0);
+      place_without_manager(window_, windowed_);
+    } else {
+      SDL_GetWindowPosition(window_, &windowed_.x, &windowed_.y);
+      SDL_GetWindowSize(window_, &windowed_.w, &windowed_.h);
+      SDL_SetWindowFullscreen(window_, SDL_WINDOW_FULLSCREEN_DESKTOP);
+      fill_display();
+    }
+  }
   bool is_fullscreen() const override {
     return (SDL_GetWindowFlags(window_) & SDL_WINDOW_FULLSCREEN_DESKTOP) == SDL_WINDOW_FULLSCREEN_DESKTOP;
   }
@@ -93,6 +106,11 @@ class SdlWindow final : public Window {
   }
 
  private:
+  void fill_display() {
+    SDL_Rect display;
+    if (SDL_GetDisplayBounds(SDL_GetWindowDisplayIndex(window_), &display) == 0) place_without_manager(window_, display);
+  }
+
   void report_size() {
     int width = 0, height = 0;
     SDL_GetWindowSize(window_, &width, &height);
@@ -156,6 +174,7 @@ class SdlWindow final : public Window {
 
   SDL_Window* window_;
   std::unique_ptr<WindowGraphics> graphics_;
+  SDL_Rect windowed_;  // where it stands when it does not fill the display
   bool closed_ = false, takes_screenshot_ = false;
 };
 
@@ -187,7 +206,7 @@ std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& p
     return nullptr;
   }
   SDL_SetWindowMinimumSize(window, 320, 180);
-  return std::make_unique<SdlWindow>(window, std::move(graphics));
+  return std::make_unique<SdlWindow>(window, std::move(graphics), options);
 }
 
 std::int64_t steady_microseconds() {
