@@ -201,7 +201,7 @@ const RValue* array_element(const RValue& value, std::int32_t index, bool inline
 
 void array_store(ArrayRecord& array, std::int32_t at, const RValue& element) {
   RValue& slot = array.elements[at];
-  if (!element.owns_heap() && !slot.owns_heap()) {
+  if (element.is_plain() && slot.is_plain()) {
     slot.i64 = element.i64;
     slot.flags = element.flags;
     slot.kind_bits = element.kind_bits;

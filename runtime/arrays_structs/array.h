@@ -123,7 +123,7 @@ const RValue* array_element(const RValue& value, std::int32_t index, bool inline
 void array_store(ArrayRecord& array, std::int32_t at, const RValue& element);
 void array_append_slow(ArrayRecord& array, const RValue& element);
 inline void array_append(ArrayRecord& array, const RValue& element) {
-  if (array.length < array.capacity && !element.owns_heap() && !kStressBuild) [[likely]] {
+  if (array.length < array.capacity && element.is_plain() && !kStressBuild) [[likely]] {
     RValue& slot = array.elements[array.length++];
     slot.i64 = element.i64;
     slot.flags = element.flags;

@@ -49,11 +49,11 @@ void struct_set_named(PropertyObject* object, std::string_view name, const RValu
 }
 
 void store_variable(PropertyObject* object, std::int32_t id, const RValue& value) {
-  if (!value.owns_heap()) {
+  if (value.is_plain()) {
     const std::int64_t payload = value.i64;  // `value` may stand in the row that moves
     const std::uint32_t flags = value.flags, kind = value.kind_bits;
     RValue* plain = object->get_variable_ref(id);
-    if (!plain->owns_heap()) {
+    if (plain->is_plain()) {
       plain->i64 = payload;
       plain->flags = flags;
       plain->kind_bits = kind;

@@ -19,7 +19,7 @@ bool has_value(PropertyObject* object, std::string_view name) {
 RValue names_of(PropertyObject* object) {
   RValue names = make_array();
   for (const std::int32_t id : object->variable_ids()) {
-    if (!object->find_variable(id)->is_unset()) array_append(*names.array, make_string(variable_name(id)));
+    if (!object->find_variable(id)->is_unset()) array_append(*names.array, make_constant_string(variable_name(id).data()));
   }
   return names;
 }

@@ -123,7 +123,7 @@ class VariableAccess {
   RValue* plain_slot() const {
     if (object_ == nullptr || object_->is_read_only) return nullptr;
     RValue* slot = object_->find_in_row(name_.slot);
-    return slot != nullptr && !slot->owns_heap() ? slot : nullptr;
+    return slot != nullptr && slot->is_plain() ? slot : nullptr;
   }
   void store_number(double number) {
     if (RValue* slot = plain_slot()) [[likely]] {
@@ -135,7 +135,7 @@ class VariableAccess {
     }
   }
   void store(const RValue& value) {
-    RValue* slot = value.owns_heap() ? nullptr : plain_slot();
+    RValue* slot = value.is_plain() ? plain_slot() : nullptr;
     if (slot != nullptr) [[likely]] {
       slot->i64 = value.i64;
       slot->flags = value.flags;
@@ -198,11 +198,11 @@ class ElementAccess {
   const RValue& holder() const { return array_ != nullptr ? *array_ : *read_variable_slow(owner_, name_->slot); }
   // The common case without a call: a plain value over a plain value inside an array that nobody else holds.
   static bool write_plain(const RValue* holder, std::int32_t index, const RValue& value) {
-    if (holder == nullptr || !holder->is_array() || value.owns_heap()) return false;
+    if (holder == nullptr || !holder->is_array() || !value.is_plain()) return false;
     ArrayRecord* array = holder->array;
     if (array == nullptr || array->count != 1 || array->flags != 0 || index < 0 || index >= array->length) return false;
     RValue& slot = array->elements[index];
-    if (slot.owns_heap()) return false;
+    if (!slot.is_plain()) return false;
     slot.i64 = value.i64;
     slot.flags = value.flags;
     slot.kind_bits = value.kind_bits;

@@ -48,7 +48,7 @@ class Value : public RValue {
   template <Arithmetic T>
   requires(!std::same_as<T, bool>) Value(T number) : RValue(static_cast<double>(number)) {}
   Value(bool truth) : RValue(RValue::of_bool(truth)) {}
-  Value(const char* text) : RValue(make_constant_string(text)) {}
+  Value(const char* text) : RValue(make_string(text)) {}
   Value(std::string_view text) : RValue(make_string(text)) {}
 
   operator Real() const { return to_real(*this); }

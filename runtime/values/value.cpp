@@ -15,23 +15,28 @@ constexpr const char* kTypeNames[] = {"number", "string", "array", "ptr",      "
 
 bool refers_to_heap(const RValue& value) { return value.is_array() || value.kind() == kObject || value.kind() == kAccessor; }
 
+// The collector hears of a store before it happens: when its memory runs out the slot is as it was.
+void announce_store(const RValue& source) {
+  if (source.is_object()) write_barrier(current_container(), source.object, BarrierSite::kAssignObject);
+  if (source.is_array() && source.array != nullptr) {
+    write_barrier(current_container(), source.array->owner, BarrierSite::kAssignArray);
+  }
+  note_heap_value_stored(current_container(), source);
+}
+
 }  // namespace
 
-void RValue::add_reference() const noexcept {
+void RValue::add_reference() noexcept {
   if (kind() == kString) {
     add_string_reference(string);
   } else if (kind() == kArray) {
     count_array_reference(array);
+  } else if (kind() == kPointer) {
+    flags &= ~kFlagOwnsPointer;
   }
 }
 
-void RValue::drop_reference() noexcept {
-  if (kind() == kString) {
-    release_string(string);
-  } else if (kind() == kArray) {
-    discount_array_reference(array);
-  }
-}
+void RValue::drop_reference() noexcept { release(*this); }
 
 void release(RValue& value) {
   switch (value.kind()) {
@@ -41,35 +46,29 @@ void release(RValue& value) {
       break;
     case kArray: discount_array_reference(value.array); break;
     case kPointer:
-      if ((value.flags & kFlagOwnsPointer) != 0) delete static_cast<WBObjectBase*>(value.pointer);
+      if ((value.flags & kFlagOwnsPointer) == 0) break;
+      delete static_cast<OwnedObject*>(value.pointer);
+      value.pointer = nullptr;
+      value.flags &= ~kFlagOwnsPointer;
       break;
     default: break;
   }
 }
 
 void add_ref_copy(RValue& dest, const RValue& source) {
+  if (source.owns_heap()) announce_store(source);
   new (&dest) RValue(source);
-  if (source.is_object()) write_barrier(current_container(), source.object, BarrierSite::kAssignObject);
-  if (source.is_array() && source.array != nullptr) {
-    write_barrier(current_container(), source.array->owner, BarrierSite::kAssignArray);
-  }
-  if (source.owns_heap()) note_heap_value_stored(current_container(), source);
 }
 
 void assign(RValue& dest, const RValue& source) {
   if (&dest == &source) return;
-  const RValue copy(source);  // the old content may own the source
+  RValue copy(source);  // the old content may own the source
+  if (copy.owns_heap()) announce_store(copy);
   const bool dropped = copy.is_undefined() && refers_to_heap(dest);
   WBObjectBase* const old_object = dest.kind() == kObject ? dest.object : dest.is_array() && dest.array ? dest.array->owner : nullptr;
-  if (dest.owns_heap()) release(dest);
+  if (!dest.is_plain()) release(dest);
   if (dropped) reference_dropped(current_container(), old_object);
-  if (copy.owns_heap()) {
-    add_ref_copy(dest, copy);
-  } else {
-    dest.i64 = copy.i64;
-    dest.flags = copy.flags;
-    dest.kind_bits = copy.kind_bits;
-  }
+  new (&dest) RValue(static_cast<RValue&&>(copy));
 }
 
 const char* type_name(const RValue& value) {

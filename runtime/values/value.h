@@ -35,7 +35,7 @@ enum Kind : std::uint32_t {
 
 inline constexpr std::uint32_t kKindMask = 0xFFFFFF;
 inline constexpr std::uint32_t kOwnsHeapMask = 0x46;  // kinds 1, 2 and 6
-inline constexpr std::uint32_t kFlagOwnsPointer = 8;  // on a pointer value: release() destroys the pointed-to object
+inline constexpr std::uint32_t kFlagOwnsPointer = 8;  // on a pointer value: it owns the pointed-to OwnedObject
 inline constexpr std::int32_t kNoIndex = INT32_MIN;   // "the whole variable" where an array index may stand
 inline constexpr double kNoone = -4;                  // no instance
 
@@ -45,6 +45,15 @@ struct StringRecord {
   std::int32_t count;
   std::int32_t size;
   std::int32_t length() const { return size < 0 ? -size - 1 : size; }
+};
+
+// What a pointer value can own. No heap object of scripts: those belong to the collector.
+class OwnedObject {
+ public:
+  OwnedObject() = default;
+  OwnedObject(const OwnedObject&) = delete;
+  OwnedObject& operator=(const OwnedObject&) = delete;
+  virtual ~OwnedObject() = default;
 };
 
 struct RValue {
@@ -76,8 +85,10 @@ struct RValue {
     swap(copy);
     return *this;
   }
+  // What stood here is released at once; the source reads undefined.
   RValue& operator=(RValue&& source) noexcept {
-    swap(source);
+    RValue taken(static_cast<RValue&&>(source));
+    swap(taken);
     return *this;
   }
 
@@ -98,6 +109,13 @@ struct RValue {
     RValue result;
     result.pointer = pointer;
     result.kind_bits = kPointer;
+    return result;
+  }
+  // The one value that destroys the object: when it is released, overwritten or destroyed itself. It hands the object on only by a move;
+  // its copies point at the same object without owning it.
+  static RValue of_owned(OwnedObject* owned) {
+    RValue result = of_pointer(owned);
+    result.flags = kFlagOwnsPointer;
     return result;
   }
   static RValue of_object(WBObjectBase* object) {
@@ -121,6 +139,8 @@ struct RValue {
   bool is_object() const { return kind() == kObject && object != nullptr; }
   bool is_numeric() const { return kind() == kNumber || kind() == kBool; }
   bool owns_heap() const { return (kOwnsHeapMask >> (kind_bits & 31) & 1) != 0; }
+  // Its bits are all there is to it: it may be copied and overwritten without further ado.
+  bool is_plain() const { return ((kOwnsHeapMask | 1u << kPointer) >> (kind_bits & 31) & 1) == 0; }
   std::int32_t ref_type() const { return static_cast<std::int32_t>(static_cast<std::uint64_t>(i64) >> 32); }
 
   void swap(RValue& with) noexcept {
@@ -152,13 +172,13 @@ struct RValue {
     result.kind_bits = kind;
     return result;
   }
-  bool counts_references() const { return (0x6u >> (kind_bits & 31) & 1) != 0; }
-  void add_reference() const noexcept;
+  bool counts_references() const { return (0xEu >> (kind_bits & 31) & 1) != 0; }  // strings, arrays, and pointers for those that own
+  void add_reference() noexcept;
   void drop_reference() noexcept;
 };
 static_assert(sizeof(RValue) == 16);
 
-// Drops what the value owns. A string value is left without a payload; everything else keeps its bits.
+// Drops what the value owns. A string value is left without a payload, and so is a pointer that owned; everything else keeps its bits.
 void release(RValue& value);
 // Copies payload, flags and kind and references what is copied; an object or array runs the collector's write barrier against the
 // current container. `dest` is taken as raw memory: what it held is not released.

@@ -84,18 +84,17 @@ std::string_view check_string(const CallContext& call, int at) {
 
 ArrayRecord* check_array(const CallContext& call, int at, bool must_be_mutable) {
   const RValue& value = argument_at(call, at);
-  static GCArrayThing* const nothing = new GCArrayThing(0);  // stands in after a suppressed report
   if (value.is_unset()) {
     report_error(messages::kArrayUnset);
-    return &nothing->record;
+    return nullptr;
   }
   if (!value.is_array() || value.array == nullptr) {
     report_error(messages::kArgumentArray, current_builtin_name(), at + 1);
-    return &nothing->record;
+    return nullptr;
   }
   if (must_be_mutable && (value.array->flags & kArrayImmutable) != 0) {
     report_error(messages::kArgumentImmutable, current_builtin_name(), at + 1);
-    return &nothing->record;
+    return nullptr;
   }
   return value.array;
 }

@@ -72,6 +72,7 @@ std::int32_t check_int32(const CallContext& call, int at);
 std::uint32_t check_uint32(const CallContext& call, int at);
 bool check_bool(const CallContext& call, int at);
 std::string_view check_string(const CallContext& call, int at);
+// These two give null after a suppressed report.
 ArrayRecord* check_array(const CallContext& call, int at, bool must_be_mutable);
 PropertyObject* check_struct(const CallContext& call, int at, bool allows_instance);
 RValue check_callable(const CallContext& call, int at);

@@ -2,6 +2,7 @@
 #include "runtime/arrays_structs/collector.h"
 
 #include <functional>
+#include <thread>
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/containers.h"
@@ -10,7 +11,10 @@
 #include "runtime/arrays_structs/weak_ref.h"
 #include "runtime/values/block_pool.h"
 #include "runtime/values/strings.h"
+#include "runtime/variables_calls/calls.h"
+#include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -230,6 +234,17 @@ TEST_F(Collector, TheMarkingBarrierIsNeeded) {
     disabled_barriers = 0;
     EXPECT_EQ(reference->target == nullptr, is_taken_away);
     traced->clear_variables();  // whatever dangles now is forgotten
+    collect_everything();
+  }
+}
+
+// What stands in for a missing array is nothing that could be collected.
+TEST_F(Collector, SuppressedArgumentErrorsLeaveNothingBehind) {
+  const ErrorSuppression quiet;
+  RValue argument(5.0), result;
+  for (int i = 0; i < 3; ++i) {
+    call_builtin_in_place(nullptr, nullptr, result, 1, find_builtin("array_pop"), &argument);
+    EXPECT_TRUE(result.is_undefined());
     collect_everything();
   }
 }

@@ -1,4 +1,11 @@
 // The laws of values: conversions, operators, comparisons, texts. Expected results are worked out by hand from the rules.
+#include <utility>
+
+#include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/struct.h"
+#include "runtime/script.h"
+#include "runtime/values/strings.h"
+#include "runtime/variables_calls/names.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -209,6 +216,74 @@ TEST_F(Values, Texts) {
       {"string_pos(\"b\", \"añb\")", "3"},
       {"string_format(3.14159, 4, 2)", "   3.14"},
   });
+}
+
+struct Witness : OwnedObject {
+  explicit Witness(int& counted) : deaths(counted) {}
+  ~Witness() override { ++deaths; }
+  int& deaths;
+};
+
+// However an owning pointer value travels, its object dies once, with the one value that owns it.
+TEST_F(Values, AnOwnedObjectDiesOnceWithItsOwner) {
+  int deaths = 0;
+  const auto owner = [&] { return RValue::of_owned(new Witness(deaths)); };
+  {
+    RValue value = owner();
+    release(value);
+    EXPECT_EQ(deaths, 1) << "released";
+    release(value);
+  }
+  EXPECT_EQ(deaths, 1) << "and no second time";
+  {
+    RValue value = owner();
+    RValue copy(value), another, raw;
+    another = value;
+    assign(raw, value);
+    RValue list = make_array(1);
+    array_store(*list.array, 0, value);
+    array_append(*list.array, value);
+    const script::Value box(value);
+    RValue object = make_struct();
+    store_variable(property_object(object), variable_id("held"), value);
+    const RValue* const copies[] = {&copy, &another, &raw, &list.array->elements[0], &list.array->elements[1], &box};
+    for (const RValue* const each : copies) {
+      EXPECT_EQ(each->pointer, value.pointer);
+      EXPECT_EQ(each->flags, 0u) << "a copy does not own";
+    }
+    release(copy);
+    EXPECT_EQ(deaths, 1);
+    RValue moved(std::move(value));
+    RValue again;
+    again = std::move(moved);
+    EXPECT_EQ(deaths, 1) << "moved on";
+    again = RValue(5.0);
+    EXPECT_EQ(deaths, 2) << "overwritten";
+  }
+  EXPECT_EQ(deaths, 2);
+  { const RValue value = owner(); }
+  EXPECT_EQ(deaths, 3) << "gone with its holder";
+  RValue slot = owner();
+  assign(slot, RValue());
+  EXPECT_EQ(deaths, 4) << "assigned over";
+}
+
+TEST_F(Values, WhatAMoveReplacesIsGivenBackAtOnce) {
+  const int strings = live_strings();
+  RValue kept = make_string("old"), fresh = make_string("new");
+  kept = std::move(fresh);
+  EXPECT_EQ(live_strings(), strings + 1);
+  EXPECT_TRUE(fresh.is_undefined());
+  RValue& same = kept;
+  kept = std::move(same);
+  EXPECT_EQ(text_of(kept), "new");
+}
+
+TEST_F(Values, ATextMadeOfCharactersIsTheValuesOwn) {
+  char buffer[] = "here";
+  const script::Value value(buffer);
+  buffer[0] = 't';
+  EXPECT_EQ(text_of(value), "here");
 }
 
 }  // namespace

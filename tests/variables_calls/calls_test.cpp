@@ -1,10 +1,12 @@
 // Argument checks, reading and writing errors, the report's form, and what is restored after an error.
 #include "runtime/variables_calls/calls.h"
 
+#include "engine/console/evaluator.h"
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/method.h"
+#include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/values/block_pool.h"
