@@ -4,6 +4,7 @@
 
 #include "runtime/arrays_structs/method.h"
 #include "runtime/values/conversions.h"
+#include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
@@ -59,6 +60,7 @@ RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& r
                               RValue* args) {
   result = RValue();
   const BuiltinEntry& entry = builtin_at(index);
+  const CallDepthScope depth;
   const CurrentBuiltinScope scope(&entry);
   if (builtin_observer != nullptr) builtin_observer(entry, argc, args);
   entry.function(result, self, other, argc, args);

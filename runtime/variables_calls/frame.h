@@ -23,8 +23,27 @@ struct ScriptFrame : Frame {
 inline std::int64_t last_frame_token = 0;
 inline ScriptFrame* innermost_frame = nullptr;
 
+// How deep calls may nest, those of compiled functions and of built-in ones together. A count and not the native stack that is left, so
+// that a runaway recursion ends at the same call on every machine.
+inline constexpr int kDeepestCalls = 500;
+inline int call_depth = 0;
+[[noreturn]] void report_too_deep();
+
+// One call more for the life of the scope.
+class CallDepthScope {
+ public:
+  CallDepthScope() {
+    if (call_depth >= kDeepestCalls) [[unlikely]]
+      report_too_deep();
+    ++call_depth;
+  }
+  ~CallDepthScope() { --call_depth; }
+  CallDepthScope(const CallDepthScope&) = delete;
+  CallDepthScope& operator=(const CallDepthScope&) = delete;
+};
+
 // Opens a frame for the life of the scope.
-class FrameScope : public ScriptFrame {
+class FrameScope : CallDepthScope, public ScriptFrame {
  public:
   FrameScope(const char* name, WBObjectBase* for_self, WBObjectBase* for_other)
       : ScriptFrame{{innermost_frame, name, 0}, for_self, for_other, --last_frame_token} {

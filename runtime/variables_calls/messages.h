@@ -104,6 +104,10 @@ inline constexpr Message<Text, Text, Text> kManagedReference{
 // Calls
 inline constexpr Message<Int> kInvalidFunction{"attempting to call invalid function with script index %d"};
 inline constexpr Message<> kNotAMethod{"argument is not a method, unable to call"};
+inline constexpr Message<Int> kTooDeep{"calls are nested more than %d deep"};
+
+// Memory
+inline constexpr Message<> kOutOfMemory{"out of memory"};
 
 // Arguments of built-in functions
 inline constexpr Message<Text, Int, Text, Text> kArgumentType{"%s argument %d incorrect type (%s) expecting a %s"};

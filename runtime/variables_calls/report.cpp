@@ -70,14 +70,23 @@ std::string build_report(const std::string& message) {
 }
 
 void report_formatted(std::string message) {
-  ++reports;
-  if (suppressions > 0) {
-    happened = true;
-    return;
-  }
-  std::string report = build_report(message);
-  const Frame* const frame = innermost_frame;
-  throw WBKSLException(std::move(message), std::move(report), frame != nullptr ? frame->function : "", frame != nullptr ? frame->line : 0);
+  if (!is_suppressed()) throw_report(std::move(message));
+}
+
+// Nothing can go on from here, so that suppressing reports does not help.
+void report_too_deep() {
+  is_suppressed();
+  throw_report(format_message(messages::kTooDeep, kDeepestCalls));
+}
+
+void renew_memory_reserve() {
+  if (memory_reserve == nullptr) memory_reserve.reset(new (std::nothrow) char[kMemoryReserve]);
+}
+
+void report_out_of_memory() {
+  is_suppressed();
+  memory_reserve.reset();
+  throw_report(format_message(messages::kOutOfMemory));
 }
 
 }  // namespace arena

@@ -203,5 +203,72 @@ TEST_F(Calls, TheLookupFindsEverything) {
   EXPECT_GT(lookup.user_functions, 50);
 }
 
+// A script that calls itself for ever ends in a report, by whichever way it does, and the game goes on.
+TEST_F(Calls, RunawayRecursionIsReported) {
+  eval(
+      "global.seen = []; global.hooks = {}; global.w = instance_create_depth(0, 0, 0, oGun); oGun.owner = oGun.id; "
+      "oGun.modifiers = [noone]; oGun.applyModifiers = oGun.clearModifiers; "
+      "global.args = [0, 0]; array_set(global.args, 0, method_call); array_set(global.args, 1, global.args)");
+  const std::string expected = "! calls are nested more than " + std::to_string(kDeepestCalls) + " deep";
+  for (const char* const statement :
+       {"call_itself()", "call_by_number()", "oGun.clearModifiers()", "method_call(method_call, global.args)", "walk_again()",
+        "array_map([1], walk_again)", "new MakesItself()", "global.hooks = {Create_0: method(undefined, make_a_probe)}; make_a_probe()"}) {
+    const auto reply = ask({{"eval", statement}});
+    ASSERT_TRUE(reply.contains("error")) << statement;
+    EXPECT_EQ("! " + reply["error"].get<std::string>(), expected) << statement;
+    EXPECT_EQ(call_depth, 0) << statement;
+    EXPECT_EQ(broken_invariant(), "") << statement;
+  }
+  eval("global.hooks = {}; instance_destroy(oGun)");
+  step(2);
+  clear_error_happened();
+  const ErrorSuppression quiet;
+  EXPECT_THROW(game::call_itself(), WBKSLException) << "no way to go on";
+}
+
+// Each allocation of a statement fails in turn: the statement either does all it should or is reported, and everything is whole.
+TEST_F(Calls, MemoryThatRunsOutIsReported) {
+  if (!can_fail_allocations()) GTEST_SKIP();
+  eval("global.kept = [1, 2]; global.s = {a: 1}; global.m = ds_map_create(); global.l = ds_list_create(); global.n = 0");
+  eval("global.seen = []; global.hooks = {}");
+  for (const char* const statement :
+       {"global.kept = array_create(100000, \"x\")", "global.t = string_repeat(\"long\", 5000) + \"er\"",
+        "global.s = {a: [1], b: {c: \"d\"}}", "array_push(global.kept, [1], {}, \"t\")",
+        "variable_struct_set(global.s, \"made\" + string(global.n), [1]); struct_remove(global.s, \"a\")",
+        "ds_map_set(global.m, \"k\" + string(global.n), [1])", "ds_list_add(global.l, [1], {})", "array_sort([3, 1, 2], by_difference)",
+        "global.w = weak_ref_create({})", "global.f = method({}, abs)", "global.f2 = method({}, Approach)", "call_by_number()",
+        "instance_create_depth(0, 0, 0, oProbe)", "new MakesItself()", "real(\"abc\")"}) {
+    int failures = 0;
+    for (int allowed = 0;; ++allowed) {
+      eval("global.n = global.n + 1");
+      std::string message;
+      bool failed;
+      {
+        const std::string source = statement;
+        FailingMemory failing(allowed);
+        try {
+          console::evaluate(source, nullptr, nullptr);
+        } catch (const WBKSLException& error) {
+          failing.stop();
+          message = error.message();
+        }
+        failed = failing.has_failed();
+      }
+      if (!failed) break;
+      ++failures;
+      ASSERT_TRUE(message.empty() || message == "out of memory" || message.starts_with("calls are nested") ||
+                  message.starts_with("unable to convert"))
+          << statement << " " << allowed << ": " << message;
+      ASSERT_EQ(broken_invariant(), "") << statement << " " << allowed;
+      ASSERT_EQ(call_depth, 0);
+      if (allowed % 8 == 0) collect_everything();
+    }
+    EXPECT_GT(failures, 0) << statement;
+    collect_everything();
+    EXPECT_NE(eval("string(global)").size(), 0u) << statement;
+  }
+  step(2);
+}
+
 }  // namespace
 }  // namespace arena::test

@@ -3,7 +3,9 @@
 namespace arena::game {
 namespace {
 const Builtin string_length{"string_length"};
-const Variable counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
+const Builtin array_resize{"array_resize"}, array_foreach{"array_foreach"}, script_execute{"script_execute"},
+    instance_create_depth{"instance_create_depth"};
+const Variable list{"list"}, counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
 constexpr ObjectName oNobody{3};
 }  // namespace
 extern const Script<Value(Real)> takes_a_number;
@@ -49,6 +51,18 @@ SCRIPT(note_exception, Value error) {
 SCRIPT(one_die) { return irandom(6); }
 SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
+// Each without an end.
+SCRIPT(call_itself) { return call_itself(); }
+SCRIPT(call_by_number) { return script_execute(call_by_number); }
+SCRIPT(walk_again, Value, Value) {
+  array_foreach(array_of(1, 2), walk_again);
+  return undefined;
+}
+SCRIPT(make_a_probe) {
+  instance_create_depth(0, 0, 0, 22);
+  return undefined;
+}
+CONSTRUCTOR(MakesItself) { self[noted] = MakesItself.make(); }
 
 namespace arena::game {
 namespace {

@@ -10,6 +10,10 @@ extern const Script<Value(Value, Value)> ui_note, ui_note_name, ui_note_value;
 extern const Script<Real()> one_die;
 extern const Script<Real(Real)> twice;
 extern const Script<Real(Real, Real)> by_difference;
+extern const Script<Value(Value, Value)> by_first, shorten_the_list, fail_to_compare;
+extern const Script<Value()> call_itself, call_by_number, make_a_probe;
+extern const Script<Value(Value, Value)> walk_again;
+extern const Constructor MakesItself;
 extern const int kBuiltinLine, kArgumentLine, kObjectLine, kArrayLine;
 
 }  // namespace arena::game
