@@ -183,7 +183,7 @@ std::string Console::answer(const std::string& line) {
   } catch (const RequestError& error) {
     return complaint(error.message);
   } catch (const std::bad_alloc&) {
-    return complaint("the memory has run out");
+    return complaint(messages::kOutOfMemory.format);
   } catch (const std::exception& error) {
     return complaint(error.what());
   }

@@ -382,8 +382,11 @@ class Evaluator {
 }  // namespace
 
 RValue evaluate(const std::string& source, WBObjectBase* self, WBObjectBase* other) {
-  const NodePtr statements = parse(source);
-  return Evaluator(self, other).run(*statements);
+  return with_memory_reported([&] {
+    const NodePtr statements = parse(source);
+    Evaluator evaluator(self, other);
+    return with_memory_reported([&] { return evaluator.run(*statements); });  // here the frames are still there
+  });
 }
 
 }  // namespace arena::console

@@ -112,7 +112,11 @@ void put_aside_for_reuse(GCArrayThing* thing) {
   // Only what no list of the collector but its own generation's knows. Plain numbers leave nothing behind to be released.
   const bool is_known = thing->generation != 0 || thing->is_referenced_from_older || thing->remembered_in != 0 || thing->is_root;
   if (is_known || thing->holds_heap_values || thing->record.capacity > kLongestReused) return;
-  if (WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) put_aside().push_back(thing);
+  if (WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return;
+  try {
+    put_aside().push_back(thing);
+  } catch (const std::bad_alloc&) {  // then the collector finds it
+  }
 }
 void forget_arrays_put_aside() { put_aside().clear(); }
 

@@ -104,8 +104,8 @@ class OldMarker final : public ValueVisitor {
   }
   static void mark(WBObjectBase* object) {
     if (object->is_marked || object->generation != kOldest) return;
-    object->is_marked = true;
     collector().old_stack.push_back(object);
+    object->is_marked = true;
   }
   // Traces at most `budget` objects; true when nothing is left.
   bool trace(std::size_t budget) {
@@ -342,22 +342,25 @@ void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite si
   if ((disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
   if (c.phase == Phase::kMarking && (disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0) OldMarker::mark(object);
   if (container->generation <= object->generation) return;
+  const WorkerLock lock(WorkerLock::kNursery);
+  // A list first, its mark afterwards: where memory runs out no mark says what no list knows.
   if (!object->is_referenced_from_older) {
-    object->is_referenced_from_older = true;
     c.referenced_from_older[object->generation].push_back(object);
+    object->is_referenced_from_older = true;
   }
   for (int between = object->generation + 1; between < container->generation; ++between) {
     if ((container->remembered_in >> between & 1) != 0) continue;
-    container->remembered_in = static_cast<std::uint8_t>(container->remembered_in | 1u << between);
     c.remembered[between].push_back(container);
+    container->remembered_in = static_cast<std::uint8_t>(container->remembered_in | 1u << between);
   }
 }
 
 void note_heap_value_stored(WBObjectBase* container, const RValue& value) {
   container->holds_heap_values = true;
   if (container->holds_counted_values || value.is_object()) return;
-  container->holds_counted_values = true;
+  const WorkerLock lock(WorkerLock::kNursery);
   collector().counted[container->generation].push_back(container);
+  container->holds_counted_values = true;
 }
 
 void reference_dropped(WBObjectBase* container, WBObjectBase* object) {
@@ -406,6 +409,10 @@ CollectorStatistics collector_statistics() {
   return result;
 }
 
+void make_room_for_weak_reference() {
+  std::vector<CWeakRef*>& list = collector().weak_references;
+  if (list.size() == list.capacity()) list.reserve(std::max<std::size_t>(16, list.size() * 2));
+}
 void register_weak_reference(CWeakRef* reference) { collector().weak_references.push_back(reference); }
 void forget_weak_reference(CWeakRef* reference) {
   std::vector<CWeakRef*>& list = collector().weak_references;

@@ -52,6 +52,8 @@ inline std::uint32_t disabled_barriers = 0;
 bool is_remembered(const WBObjectBase* container, int generation);
 
 class CWeakRef;
+// Before a weak reference is made: registering it then takes no memory, so that none stands in the collector's lists half made.
+void make_room_for_weak_reference();
 void register_weak_reference(CWeakRef* reference);
 void forget_weak_reference(CWeakRef* reference);
 

@@ -1,6 +1,8 @@
 #include "runtime/arrays_structs/object.h"
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <unordered_map>
 
 #include "runtime/arrays_structs/collector.h"
@@ -18,7 +20,6 @@ int live_objects() { return live_count; }
 
 WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind), serial(next_serial++) {
   ++live_count;
-  adopt_new_object(this);
 }
 WBObjectBase::~WBObjectBase() { --live_count; }
 void WBObjectBase::renew_serial() { serial = next_serial++; }
@@ -39,7 +40,10 @@ struct PropertyObject::Dictionary {
     const auto found = places.find(id);
     return found == places.end() ? nullptr : &values[found->second];
   }
+  // All or nothing where memory runs out.
   RValue* add(std::int32_t id) {
+    if (ids.size() == ids.capacity()) ids.reserve(std::max<std::size_t>(8, ids.size() * 2));
+    if (values.size() == values.capacity()) values.reserve(std::max<std::size_t>(8, values.size() * 2));
     places[id] = ids.size();
     ids.push_back(id);
     values.push_back(RValue::unset());
@@ -111,16 +115,14 @@ void PropertyObject::reserve_row(std::size_t capacity) {
 }
 
 void PropertyObject::become_dictionary() {
-  Dictionary* dictionary = new Dictionary;
-  for (std::size_t i = 0; i < shape->ids.size(); ++i) {
-    dictionary->add(shape->ids[i])->swap(row[i]);
-    row[i].~RValue();
-  }
+  std::unique_ptr<Dictionary> dictionary(new Dictionary);
+  for (const std::int32_t id : shape->ids) dictionary->add(id);
+  for (std::size_t i = 0; i < shape->ids.size(); ++i) dictionary->values[i].swap(row[i]);
   free_block(row, row_capacity_ * sizeof(RValue));
   row = nullptr;
   row_capacity_ = 0;
   shape = dictionary_shape();
-  dictionary_ = dictionary;
+  dictionary_ = dictionary.release();
 }
 
 bool PropertyObject::remove_variable(std::int32_t id) {

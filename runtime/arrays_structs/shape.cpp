@@ -39,14 +39,14 @@ const Shape* shape_with(const Shape* shape, std::int32_t id) {
     if (next_id == id) return next_shape;
   }
   if (id < 0 || id >= table_size || shape->ids.size() >= kLongestRow) return nullptr;
-  Shape* longer = new Shape;
-  std::uint8_t* positions = new_table(shape->positions);
-  positions[id] = static_cast<std::uint8_t>(shape->ids.size());
-  longer->positions = positions;
+  std::unique_ptr<std::uint8_t[]> positions(new_table(shape->positions));
+  positions[static_cast<std::size_t>(id)] = static_cast<std::uint8_t>(shape->ids.size());
+  std::unique_ptr<Shape> longer(new Shape);
   longer->ids = shape->ids;
   longer->ids.push_back(id);
-  shape->next.emplace_back(id, longer);
-  return longer;
+  shape->next.emplace_back(id, longer.get());
+  longer->positions = positions.release();
+  return longer.release();
 }
 
 }  // namespace arena

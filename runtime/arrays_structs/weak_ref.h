@@ -7,7 +7,9 @@ namespace arena {
 
 class CWeakRef final : public PropertyObject {
  public:
-  explicit CWeakRef(WBObjectBase* of) : PropertyObject(ObjectKind::kWeakRef), target(of) { register_weak_reference(this); }
+  explicit CWeakRef(WBObjectBase* of) : PropertyObject((make_room_for_weak_reference(), ObjectKind::kWeakRef)), target(of) {
+    register_weak_reference(this);
+  }
   ~CWeakRef() override { forget_weak_reference(this); }
   WBObjectBase* target;  // null once the target was collected
 };

@@ -13,6 +13,7 @@
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/values/number_text.h"
+#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
@@ -238,6 +239,7 @@ void run_frame(std::int64_t microseconds) {
     timed(Stage::kUpdateActiveLists, [] { world().forget_dead(); });
     const double before = whole.microseconds();
     collect_at_safe_point();
+    renew_memory_reserve();
     collection = whole.microseconds() - before;
   }
   end_stage_times(collection);

@@ -57,18 +57,19 @@ void set_script_error_sink(ScriptErrorSink sink) { error_sink = sink; }
 bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
   const HandlerScope scope(&self, other, &event, 1);
   CInstance* const other_instance = instance_or(other, &self);
+  const auto run = [&] { with_memory_reported([&] { event.function->handler(&self, other_instance); }); };
   if (error_sink == nullptr) {
-    event.function->handler(&self, other_instance);
+    run();
     return true;
   }
   try {
-    event.function->handler(&self, other_instance);
+    run();
     return true;
   } catch (const WBKSLException& error) {
     if (innermost_frame != nullptr) throw;  // the script that caused the event ends too
     error_sink(error);
     try {
-      tell_unhandled_error(error);
+      with_memory_reported([&] { tell_unhandled_error(error); });
     } catch (const WBKSLException& second) {
       error_sink(second);
     }
@@ -96,7 +97,7 @@ void run_inherited_event() {
   const BoundEvent* inherited = object_types().at(lineage[1]).find_event(running->event->key);
   if (inherited == nullptr) return;
   const HandlerScope scope(running->self, running->other, inherited, running->action + 1);
-  inherited->function->handler(running->self, instance_or(running->other, running->self));
+  with_memory_reported([&] { inherited->function->handler(running->self, instance_or(running->other, running->self)); });
 }
 
 }  // namespace arena

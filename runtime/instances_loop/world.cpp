@@ -27,6 +27,12 @@ void write_fields(CInstance& instance, PropertyObject& fields) {
   }
 }
 
+// So that adding one takes no memory any more.
+template <class Element>
+void make_room(std::vector<Element>& list) {
+  if (list.size() == list.capacity()) list.reserve(std::max<std::size_t>(16, list.size() * 2));
+}
+
 void drop_dead(std::vector<CInstance*>& list) {
   list.erase(std::remove_if(list.begin(), list.end(), [](const CInstance* instance) { return !instance->is_alive; }), list.end());
 }
@@ -91,14 +97,19 @@ bool World::runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKin
   }
 }
 
-// Gives the instance its id and a place in every list.
+// Gives the instance its id and a place in every list. Where memory runs out it stands in none.
 void World::list(CInstance& instance) {
+  const std::uint32_t place = static_cast<std::uint32_t>(next_id_ - kFirstInstanceId);
+  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
+  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
+  make_room(all_);
+  for (const std::int32_t ancestor : instance.type->lineage) make_room(object_types().at(ancestor).instances);
+  for (const EventSubscription& subscription : instance.type->subscriptions) make_room(*subscription.list);
+  make_room(by_depth_[instance.depth]);
+
   instance.id = next_id_++;
   instance.is_alive = true;
   instance.is_root = true;
-  const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
-  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
-  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
   pages_[place / kPageSlots]->slots[place % kPageSlots] = &instance;
   ++pages_[place / kPageSlots]->used;
   all_.push_back(&instance);

@@ -1,6 +1,5 @@
 #include "runtime/values/block_pool.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -18,11 +17,7 @@ char* newest_slab = nullptr;
 char* slab = nullptr;
 std::size_t slab_left = 0;
 
-void* system_block(std::size_t bytes) {
-  void* block = ::operator new(bytes, std::align_val_t(kCacheLine), std::nothrow);
-  if (block == nullptr) std::abort();
-  return block;
-}
+void* system_block(std::size_t bytes) { return ::operator new(bytes, std::align_val_t(kCacheLine)); }
 
 void* carve(std::size_t bytes) {
   if (bytes % kCacheLine == 0) {
@@ -50,12 +45,16 @@ void* carve(std::size_t bytes) {
 
 void* allocate_slow(std::size_t rounded) {
   const WorkerLock lock(WorkerLock::kNursery);
+  FreeBlock*& head = block_pool.free_lists[rounded <= kLargestPooledBlock ? rounded / kBlockGranule : 0];
+  void* block = head;
+  if (rounded > kLargestPooledBlock) {
+    block = system_block(rounded);
+  } else if (head == nullptr) {
+    block = carve(rounded == 0 ? kBlockGranule : rounded);
+  } else {
+    head = head->next;
+  }
   block_pool.in_use += rounded;
-  if (rounded > kLargestPooledBlock) return system_block(rounded);
-  FreeBlock*& head = block_pool.free_lists[rounded / kBlockGranule];
-  if (head == nullptr) return carve(rounded == 0 ? kBlockGranule : rounded);
-  FreeBlock* block = head;
-  head = block->next;
   return block;
 }
 

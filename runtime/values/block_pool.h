@@ -29,8 +29,8 @@ void* allocate_slow(std::size_t rounded);
 void free_slow(void* block, std::size_t rounded);
 }  // namespace detail
 
-// Never null: out of memory ends the program. Blocks above 1024 bytes come from the system. Blocks of whole cache lines (64 bytes)
-// start at one.
+// Never null: throws std::bad_alloc when memory runs out. Blocks above 1024 bytes come from the system. Blocks of whole cache lines (64
+// bytes) start at one.
 inline void* allocate_block(std::size_t bytes) {
   const std::size_t rounded = (bytes + kBlockGranule - 1) / kBlockGranule * kBlockGranule;
   if (rounded <= kLargestPooledBlock && WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) [[likely]] {

@@ -10,8 +10,6 @@
 namespace arena {
 namespace {
 
-bool is_constructing = false;
-
 class CurrentBuiltinScope {
  public:
   explicit CurrentBuiltinScope(const BuiltinEntry* entry) : saved_(current_builtin) { current_builtin = entry; }
@@ -31,7 +29,7 @@ RValue& call_script(CompiledFunction& function, WBObjectBase* self, WBObjectBase
     return result;
   }
   const CurrentBuiltinScope scope(nullptr);
-  return function.script(self, other, result, argc, args);
+  return with_memory_reported([&]() -> RValue& { return function.script(self, other, result, argc, args); });
 }
 
 bool names_number(const RValue& callee) {
@@ -42,18 +40,14 @@ bool names_number(const RValue& callee) {
 }  // namespace
 
 ArgumentVector::ArgumentVector(std::int32_t argc, std::int32_t wanted, const RValue** args) : count_(std::max(argc, wanted)) {
-  const bool fits = count_ <= kInline;
-  values_ = fits ? inline_values_ : new RValue[static_cast<std::size_t>(count_)];
-  pointers_ = fits ? inline_pointers_ : new const RValue*[static_cast<std::size_t>(count_)];
+  if (count_ > kInline) {
+    more_values_.resize(static_cast<std::size_t>(count_));
+    more_pointers_.resize(static_cast<std::size_t>(count_));
+    values_ = more_values_.data();
+    pointers_ = more_pointers_.data();
+  }
   for (std::int32_t i = 0; i < count_; ++i) pointers_[i] = &values_[i];
   for (std::int32_t i = 0; i < argc; ++i) values_[i] = *args[i];
-}
-
-ArgumentVector::~ArgumentVector() {
-  if (values_ != inline_values_) {
-    delete[] values_;
-    delete[] pointers_;
-  }
 }
 
 RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, std::int32_t index,
@@ -62,8 +56,10 @@ RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& r
   const BuiltinEntry& entry = builtin_at(index);
   const CallDepthScope depth;
   const CurrentBuiltinScope scope(&entry);
-  if (builtin_observer != nullptr) builtin_observer(entry, argc, args);
-  entry.function(result, self, other, argc, args);
+  with_memory_reported([&] {
+    if (builtin_observer != nullptr) builtin_observer(entry, argc, args);
+    entry.function(result, self, other, argc, args);
+  });
   return result;
 }
 
@@ -74,7 +70,6 @@ RValue& call_builtin(WBObjectBase* self, WBObjectBase* other, RValue& result, st
 
 RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue& callee, const RValue** args) {
   if (const MethodClosure* closure = method_of(callee)) {
-    CompiledFunction& function = *closure->function;
     WBObjectBase* const bound = closure->bound_self.is_object() ? closure->bound_self.object : self;
     return call_script(function, bound, other, result, argc, args);
   }
@@ -101,16 +96,9 @@ RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std
 RValue construct(WBObjectBase* other, CompiledFunction& function, std::int32_t argc, const RValue** args) {
   RValue made = RValue::of_object(new PropertyObject(ObjectKind::kStruct));
   static_cast<PropertyObject*>(made.object)->prototype = statics_of(function);
-  is_constructing = true;
   RValue ignored;
-  function.script(made.object, other, ignored, argc, args);
+  with_memory_reported([&]() -> RValue& { return function.script(made.object, other, ignored, argc, args); });
   return made;
-}
-
-bool take_construction_mark() {
-  const bool taken = is_constructing;
-  is_constructing = false;
-  return taken;
 }
 
 }  // namespace arena

@@ -1,6 +1,7 @@
 #pragma once
 // Calling a built-in by index, a value by closure or number, and building argument vectors.
 #include <cstdint>
+#include <vector>
 
 #include "runtime/values/value.h"
 #include "runtime/variables_calls/functions.h"
@@ -17,14 +18,11 @@ RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std
 
 // Runs a constructor with `self` a new struct, which is the result.
 RValue construct(WBObjectBase* other, CompiledFunction& function, std::int32_t argc, const RValue** args);
-// Whether the function that starts now was called by construct(); read once at its start.
-bool take_construction_mark();
 
 // Room for max(argc, wanted) arguments: the given ones copied, the rest undefined.
 class ArgumentVector {
  public:
   ArgumentVector(std::int32_t argc, std::int32_t wanted, const RValue** args);
-  ~ArgumentVector();
   ArgumentVector(const ArgumentVector&) = delete;
   ArgumentVector& operator=(const ArgumentVector&) = delete;
   const RValue** pointers() { return pointers_; }
@@ -36,8 +34,10 @@ class ArgumentVector {
   std::int32_t count_;
   RValue inline_values_[kInline];
   const RValue* inline_pointers_[kInline];
-  RValue* values_;
-  const RValue** pointers_;
+  std::vector<RValue> more_values_;  // in their place when there are more
+  std::vector<const RValue*> more_pointers_;
+  RValue* values_ = inline_values_;
+  const RValue** pointers_ = inline_pointers_;
 };
 
 }  // namespace arena

@@ -131,7 +131,7 @@ StaticsChain::StaticsChain(CompiledFunction& from, CompiledFunction& to) : deriv
 
 PropertyObject* statics_of(CompiledFunction& function) {
   if (function.statics != nullptr) return function.statics;
-  PropertyObject* const statics = function.statics = new PropertyObject(ObjectKind::kStruct);
+  PropertyObject* const statics = new PropertyObject(ObjectKind::kStruct);
   for (const StaticsChain* chain = first_chain; chain != nullptr; chain = chain->next) {
     if (&chain->derived == &function) statics->prototype = statics_of(chain->base);
   }
@@ -141,6 +141,7 @@ PropertyObject* statics_of(CompiledFunction& function) {
     make_method(closure, method->code, nullptr);
     store_variable(statics, method->name.slot, closure);
   }
+  function.statics = statics;  // complete, or not there
   return statics;
 }
 

@@ -19,6 +19,7 @@ struct Variables {
   std::vector<const std::string*> names;
 
   std::int32_t add(std::string_view name) {
+    if (names.size() == names.capacity()) names.reserve(std::max<std::size_t>(64, names.size() * 2));
     const auto [place, is_new] = ids.emplace(std::string(name), static_cast<std::int32_t>(names.size()));
     if (is_new) names.push_back(&place->first);
     return place->second;

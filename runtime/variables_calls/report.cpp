@@ -1,5 +1,7 @@
 #include "runtime/variables_calls/report.h"
 
+#include <memory>
+
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
 
@@ -13,12 +15,28 @@ EventDescription (*describe_event)() = nullptr;
 constexpr Message<Text, std::int32_t, Text, Text, Text> kHeading{"%sERROR in action number %d\nof %s for object %s:\n%s"};
 std::uint64_t reports = 0;
 
+constexpr std::size_t kMemoryReserve = 256 * 1024;  // bytes: a report with its frames, and the handlers' way out
+std::unique_ptr<char[]> memory_reserve(new char[kMemoryReserve]);
+
 // Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
 void cut(std::string& message) {
   if (message.size() < kLongestMessage) return;
   std::size_t end = kLongestMessage - 1;
   while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
   message.resize(end);
+}
+
+[[noreturn]] void throw_report(std::string message) {
+  std::string report = build_report(message);
+  const Frame* const frame = innermost_frame;
+  throw WBKSLException(std::move(message), std::move(report), frame != nullptr ? frame->function : "", frame != nullptr ? frame->line : 0);
+}
+
+// Counts the report; true when it only sets the flag.
+bool is_suppressed() {
+  ++reports;
+  if (suppressions > 0) happened = true;
+  return suppressions > 0;
 }
 
 }  // namespace

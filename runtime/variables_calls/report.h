@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -72,6 +74,25 @@ std::string format_message(const Message<Parameters...>& message, std::type_iden
 template <class... Parameters>
 [[gnu::cold, gnu::noinline]] void report_error(const Message<Parameters...>& message, std::type_identity_t<Parameters>... values) {
   report_formatted(format_message(message, values...));
+}
+
+// Memory ran out while a script ran: the same as report_error, from a reserve that is kept for it, but never returns. std::bad_alloc when
+// the reserve does not suffice.
+[[noreturn]] void report_out_of_memory();
+// Makes the reserve whole again: between frames.
+void renew_memory_reserve();
+
+// Runs what scripts call, or a script that the runtime calls. Memory that runs out inside is a report like any other: the frames of those
+// who called are still there.
+template <class Call>
+decltype(auto) with_memory_reported(Call&& call) {
+  try {
+    return call();
+  } catch (const std::bad_alloc&) {
+    report_out_of_memory();
+  } catch (const std::length_error&) {  // what no memory could hold
+    report_out_of_memory();
+  }
 }
 
 // The report's text for a message, with the frames from the innermost outwards.

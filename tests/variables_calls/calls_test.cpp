@@ -18,6 +18,7 @@
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/test_game.h"
 #include "tests/variables_calls/test_scripts.h"
 
