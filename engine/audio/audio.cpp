@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 
 namespace arena::audio {
@@ -188,7 +189,8 @@ std::vector<Voice> Audio::sounding() const {
     group.z = voice.z;
   }
   std::stable_sort(groups.begin(), groups.end(), [&](const Voice& a, const Voice& b) {
-    return a.priority != b.priority ? a.priority > b.priority : loudness(a) > loudness(b);
+    if (sorts_before(b.priority, a.priority)) return true;
+    return !sorts_before(a.priority, b.priority) && sorts_before(loudness(b), loudness(a));
   });
   return groups;
 }

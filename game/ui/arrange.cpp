@@ -185,7 +185,7 @@ class Arrangement {
     for (std::int32_t child = box.first_child; child != layout::kNoBox; child = tree_.at(child).next_sibling) {
       children.emplace_back(number_or(Value(RValue::of_object(widgets_[static_cast<std::size_t>(child)])), z_order, 0), child);
     }
-    std::stable_sort(children.begin(), children.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::stable_sort(children.begin(), children.end(), [](const auto& a, const auto& b) { return sorts_before(a.first, b.first); });
     const double scrolled_x = rect.x - number_or(widget, scroll_x, 0), scrolled_y = rect.y - number_or(widget, scroll_y, 0);
     for (const auto& [z, child] : children) {
       write(Value(RValue::of_object(widgets_[static_cast<std::size_t>(child)])), child, inner, scrolled_x, scrolled_y);

@@ -107,15 +107,31 @@ bool comes_before(const RValue& a, const RValue& b) {
   if (rank(a) != rank(b)) return rank(a) < rank(b);
   if (rank(a) == 1) return text_of(a) < text_of(b);
   if (rank(a) == 2) return false;
-  const double left = to_real(a), right = to_real(b);
-  if (left != left || right != right) return left == left && right != right;
-  return left < right;
+  return sorts_before(to_real(a), to_real(b));
 }
-// `order` is true for ascending, false for descending, or a function (a, b) that gives below, above or exactly zero.
+// Equal ones keep their order. Runs are merged from the bottom up: whatever `before` answers, also when it contradicts itself, this ends
+// and stays inside the values, which the library's sorting does not promise.
+template <class Before>
+void sort_values(std::vector<RValue>& values, Before before) {
+  std::vector<RValue> merged(values.size());
+  for (std::size_t width = 1; width < values.size(); width *= 2) {
+    for (std::size_t from = 0; from < values.size(); from += 2 * width) {
+      const std::size_t middle = std::min(from + width, values.size()), end = std::min(from + 2 * width, values.size());
+      std::size_t left = from, right = middle;
+      for (std::size_t to = from; to < end; ++to) {
+        const bool takes_right = left == middle || (right < end && before(values[right], values[left]));
+        merged[to] = std::move(values[takes_right ? right++ : left++]);
+      }
+    }
+    values.swap(merged);
+  }
+}
+// `order` is true for ascending, false for descending, or a function (a, b) that gives below, above or exactly zero. The numbers 0 and 1
+// are orders, too. The function may do as it likes: it sees the array unsorted, and when it ends by an error so the array stays.
 void array_sort(const CallContext& call, MutableArray target, const RValue& order) {
   std::vector<RValue> sorted(target.array->elements, target.array->elements + target.array->length);
-  if (order.is_object() || (order.is_number() && order.real >= 2)) {
-    std::stable_sort(sorted.begin(), sorted.end(), [&](const RValue& a, const RValue& b) {
+  if (order.is_object() || (is_number_like(order) && to_real(order) >= 2)) {
+    sort_values(sorted, [&](const RValue& a, const RValue& b) {
       const RValue* arguments[] = {&a, &b};
       RValue result;
       call_method(call.self, call.other, result, 2, order, arguments);
@@ -123,8 +139,11 @@ void array_sort(const CallContext& call, MutableArray target, const RValue& orde
     });
   } else {
     const bool ascending = order.is_undefined() || to_bool(order);
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [&](const RValue& a, const RValue& b) { return ascending ? comes_before(a, b) : comes_before(b, a); });
+    sort_values(sorted, [&](const RValue& a, const RValue& b) { return ascending ? comes_before(a, b) : comes_before(b, a); });
+  }
+  if ((target.array->flags & kArrayImmutable) != 0) {  // the function froze it
+    report_error(messages::kArgumentImmutable, current_builtin_name(), 1);
+    return;
   }
   const std::int32_t length = std::min(target.array->length, static_cast<std::int32_t>(sorted.size()));  // the function may have changed it
   for (std::int32_t i = 0; i < length; ++i) array_store(*target.array, i, sorted[static_cast<std::size_t>(i)]);

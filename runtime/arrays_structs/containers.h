@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/holder.h"
+#include "runtime/values/compare.h"
 
 namespace arena {
 
@@ -26,7 +27,11 @@ class DsMap final : public Holder {
     bool is_text = false;
     double number = 0;
     std::string text;
-    auto operator<=>(const Key&) const = default;
+    // NaN is a key like any other, behind the numbers.
+    bool operator<(const Key& other) const {
+      if (is_text != other.is_text) return other.is_text;
+      return is_text ? text < other.text : sorts_before(number, other.number);
+    }
   };
   void visit_values(ValueVisitor& visitor) override {
     for (const auto& [key, value] : values) visitor(value);

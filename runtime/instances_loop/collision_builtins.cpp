@@ -6,6 +6,7 @@
 #include "runtime/instances_loop/collisions.h"
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/arguments.h"
@@ -40,7 +41,8 @@ std::int32_t into_list(std::vector<CInstance*> found, std::int32_t handle, int a
   }
   if (ordered) {
     const auto distance = [&](const CInstance* each) { return (each->x - x) * (each->x - x) + (each->y - y) * (each->y - y); };
-    std::stable_sort(found.begin(), found.end(), [&](const CInstance* a, const CInstance* b) { return distance(a) < distance(b); });
+    std::stable_sort(found.begin(), found.end(),
+                     [&](const CInstance* a, const CInstance* b) { return sorts_before(distance(a), distance(b)); });
   }
   for (const CInstance* instance : found) list->values.push_back(RValue(instance->id));
   return static_cast<std::int32_t>(found.size());

@@ -12,6 +12,7 @@
 #include "runtime/instances_loop/motion.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/values/compare.h"
 #include "runtime/values/number_text.h"
 #include "runtime/variables_calls/report.h"
 
@@ -152,7 +153,7 @@ struct DrawList {
     for (const Layer& layer : world().layers) {
       if (layer.visible && layer.background_sprite >= 0) backgrounds.push_back(layer);
     }
-    std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return a.depth > b.depth; });
+    std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return sorts_before(b.depth, a.depth); });
     for (const auto& [depth, bucket] : world().by_depth()) {
       for (CInstance* instance : bucket) {
         const Layer* layer = instance->layer >= 0 ? world().find_layer(saturate_int32(instance->layer)) : nullptr;

@@ -4,6 +4,9 @@
 
 namespace arena {
 
+// Exact order of numbers for sorting, NaN after all others.
+inline bool sorts_before(double left, double right) { return left < right || (left == left && right != right); }
+
 inline constexpr int kUnordered = -2;
 
 // The process-wide tolerance of every script comparison.

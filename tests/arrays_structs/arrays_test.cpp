@@ -140,5 +140,28 @@ TEST_F(Structs, ShareTheStaticMethodsOfTheirConstructor) {
   });
 }
 
+// Whatever a function answers, sorting ends, stays inside the array and loses no element.
+TEST_F(Arrays, AreSortedByAnyFunction) {
+  for (int i = 0; i < 50; ++i) {
+    EXPECT_EQ(eval("a = [-1, 1, -1, 1, -1, 1, -1, 1]; array_sort(a, choose); array_length(a) + a[0] + a[1] + a[2] + a[3] + a[4] + a[5] + "
+                   "a[6] + a[7]"),
+              "8");
+  }
+  check({
+      {"a = [3, 1, 2]; array_sort(a, by_difference); a", "[1,2,3]"},
+      {"a = [3, 1, 2]; array_sort(a, method(undefined, by_difference)); a", "[1,2,3]"},
+      {"a = [1, 0, -1]; array_sort(a, method(undefined, min)); a", "[-1,1,0]"},  // below zero when one of them is
+      {"a = [[1, \"a\"], [0, \"b\"], [1, \"c\"], [0, \"d\"]]; array_sort(a, by_first); a", "[[0,\"b\"],[0,\"d\"],[1,\"a\"],[1,\"c\"]]"},
+      {"a = [2, NaN, 1, NaN, 0]; array_sort(a, true); a", "[0,1,2,NaN,NaN]"},
+      {"a = [2, NaN, 1]; array_sort(a, false); a", "[NaN,2,1]"},
+      {"a = [3, 1, 2]; array_sort(a, {}); a", "! argument is not a method, unable to call"},
+      {"a = [3, 1, 2]; array_sort(a, 99999)", "! attempting to call invalid function with script index 99999"},
+      {"a", "[3,1,2]"},
+      {"global.list = [3, 1, 2, 5]; array_sort(global.list, shorten_the_list); global.list", "[]"},
+      {"global.list = [3, 1, 2, 5]; array_sort(global.list, fail_to_compare); 1", "! unable to add a number to string"},
+      {"global.list", "[3,1,2,5]"},
+  });
+}
+
 }  // namespace
 }  // namespace arena::test

@@ -121,6 +121,9 @@ TEST_F(Families, ListsMapsAndGrids) {
        "second)]",
        "[false,undefined]"},
       {"ds_map_delete(global.m, 5); ds_map_size(global.m)", "1"},
+      {"ds_map_set(global.m, NaN, 7); ds_map_set(global.m, 8, 9); [ds_map_find_value(global.m, \"k\"), ds_map_find_value(global.m, NaN), "
+       "ds_map_find_value(global.m, 8), ds_map_size(global.m)]",
+       "[3,7,9,3]"},
       {"ds_map_destroy(global.m); ds_exists(global.m, 1)", "false"},
       {"global.g = ds_grid_create(3, 2); [ds_grid_width(global.g), ds_grid_height(global.g), ds_grid_get(global.g, 2, 1)]", "[3,2,0]"},
       {"ds_grid_set(global.g, 2, 1, 5); ds_grid_add(global.g, 2, 1, 2.5); ds_grid_get(global.g, 2, 1)", "7.50"},

@@ -51,6 +51,13 @@ SCRIPT(note_exception, Value error) {
 SCRIPT(one_die) { return irandom(6); }
 SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
+SCRIPT(by_first, Value a, Value b) { return a[0] - b[0]; }
+SCRIPT(shorten_the_list, Value a, Value b) {
+  array_resize(global[list], 0);
+  return a - b;
+}
+SCRIPT(fail_to_compare, Value a, Value) { return "text" + a; }
+
 // Each without an end.
 SCRIPT(call_itself) { return call_itself(); }
 SCRIPT(call_by_number) { return script_execute(call_by_number); }
