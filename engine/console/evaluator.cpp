@@ -328,7 +328,8 @@ class Evaluator {
       outer = element_slot(base);
     } else if (base.type == Type::kName || base.type == Type::kMember) {
       WBObjectBase* object = require_object(holder_of(base));
-      outer = object != nullptr ? object->get_variable_ref(variable_id(base.text)) : nullptr;
+      const bool may_write = object != nullptr && check_writable(object, variable_id(base.text));
+      outer = may_write ? object->get_variable_ref(variable_id(base.text)) : nullptr;
       if (object != nullptr) token = object->serial;
     }
     if (outer == nullptr) return nullptr;

@@ -38,7 +38,10 @@ void struct_write(StructArgument target, std::string_view name, const RValue& va
     struct_set_named(target.object, name, value);
   }
 }
-void struct_remove(StructArgument target, std::string_view name) { target.object->remove_variable(find_variable_id(name)); }
+void struct_remove(StructArgument target, std::string_view name) {
+  const std::int32_t id = find_variable_id(name);
+  if (check_writable(target.object, id)) target.object->remove_variable(id);
+}
 
 // The instance or struct that a variable function is asked about.
 PropertyObject* require_target(const RValue& target) {
@@ -133,8 +136,7 @@ RValue weak_ref_target(const RValue& reference) {
   return weak != nullptr && weak->target != nullptr ? RValue::of_object(weak->target) : RValue();
 }
 bool weak_ref_alive(const RValue& reference) { return !weak_ref_target(reference).is_undefined(); }
-// From here on scripts can read the struct but not write it: what services hand out.
-void struct_freeze(PlainStruct target) { target.object->is_read_only = true; }
+void struct_freeze(PlainStruct target) { freeze(*target.object); }
 void collect() { request_collection(); }
 
 const BuiltinEntry kEntries[] = {

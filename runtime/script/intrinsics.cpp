@@ -67,6 +67,10 @@ Value array_create(Real length, const Value& fill) {
 }
 
 void array_swap(const Value& array, Real first, Real second, Here) {
+  if (is_array(array) && (array.array->flags & kArrayImmutable) != 0) {
+    report_error(messages::kImmutableArray);
+    return;
+  }
   const RValue* a = array_element(array, saturate_int32(first.number()), true);
   const RValue* b = array_element(array, saturate_int32(second.number()), true);
   if (a != nullptr && b != nullptr) const_cast<RValue*>(a)->swap(*const_cast<RValue*>(b));  // both stay in the same array

@@ -53,16 +53,18 @@ bool read_element(WBObjectBase* object, const RValue& variable, std::int32_t id,
 
 // A managed object (one that the engine hands out) may neither be written nor be made to refer to a script's own objects.
 bool refuses_write(WBObjectBase* object, std::int32_t id, const RValue& value) {
-  if (!object->is_read_only) return false;
-  if (value.is_object() && !value.object->is_read_only) {
-    report_error(messages::kManagedReference, owner_name(value.object), variable_name(id), owner_name(object));
-  } else {
-    report_error(messages::kManagedReadOnly, variable_name(id), owner_name(object), "");
-  }
+  if (!object->is_read_only || !value.is_object() || value.object->is_read_only) return !check_writable(object, id);
+  report_error(messages::kManagedReference, owner_name(value.object), variable_name(id), owner_name(object));
   return true;
 }
 
 }  // namespace
+
+bool check_writable(WBObjectBase* object, std::int32_t id) {
+  if (!object->is_read_only) return true;
+  report_error(messages::kManagedReadOnly, variable_name(id), owner_name(object), "");
+  return false;
+}
 
 WBObjectBase* resolve_object(const RValue& target) {
   if (target.is_object()) return target.object;

@@ -16,6 +16,9 @@ inline constexpr std::int32_t kSelfTarget = -1, kOtherTarget = -2, kAllTarget = 
 bool var_get(const RValue& target, std::int32_t id, std::int32_t index, RValue& out);
 bool var_set(const RValue& target, std::int32_t id, std::int32_t index, const RValue& value);
 
+// False with a report for a variable of an object that scripts may not write.
+bool check_writable(WBObjectBase* object, std::int32_t id);
+
 // Built-in variables, of `self` where they belong to an instance.
 bool builtin_var_get(WBObjectBase* self, std::int32_t builtin, std::int32_t index, RValue& out);
 bool builtin_var_set(WBObjectBase* self, std::int32_t builtin, std::int32_t index, const RValue& value);

@@ -163,5 +163,56 @@ TEST_F(Arrays, AreSortedByAnyFunction) {
   });
 }
 
+// A frozen struct holds in depth: nothing inside it changes by any way, and nobody else's array is frozen along.
+TEST_F(Arrays, FrozenStructsHoldInDepth) {
+  eval(
+      "global.mine = [1, [2]]; global.f = {a: 1, list: [3, 1, [4]], inner: {b: [5]}, shared: global.mine}; global.f.inner.up = global.f; "
+      "struct_freeze(global.f)");
+  for (const char* const change : {"global.f.a = 2",
+                                   "global.f.fresh = 2",
+                                   "global.f.inner.b = 2",
+                                   "global.f.list[0] = 9",
+                                   "global.f.list[2][0] = 9",
+                                   "global.f.inner.b[0] = 9",
+                                   "global.f.inner.b[1] = 9",
+                                   "struct_remove(global.f, \"a\")",
+                                   "variable_struct_remove(global.f.inner, \"b\")",
+                                   "variable_struct_set(global.f, \"a\", 2)",
+                                   "struct_set(global.f.inner, \"z\", 2)",
+                                   "variable_instance_set(global.f, \"a\", 2)",
+                                   "array_push(global.f.list, 1)",
+                                   "array_push(global.f.list[2], 1)",
+                                   "array_pop(global.f.list)",
+                                   "array_insert(global.f.list, 0, 1)",
+                                   "array_delete(global.f.list, 0, 1)",
+                                   "array_resize(global.f.list, 0)",
+                                   "array_set(global.f.inner.b, 0, 9)",
+                                   "array_copy(global.f.list, 0, [9], 0, 1)",
+                                   "array_reverse(global.f.list)",
+                                   "array_shuffle(global.f.list)",
+
+                                   "array_sort(global.f.list, true)",
+                                   "array_push(global.f.shared, 1)",
+                                   "array_push(global.f.shared[1], 1)",
+                                   "t = global.f.list; array_push(t, 1)",
+                                   "t = global.f.list; global.f.list[2][0] = 9"}) {
+    EXPECT_EQ(eval(change)[0], '!') << change;
+    EXPECT_EQ(eval("[global.f.a, global.f.list, global.f.inner.b, global.f.shared, struct_names_count(global.f)]"),
+              "[1,[3,1,[4]],[5],[1,[2]],4]")
+        << change;
+  }
+  check({
+      {"t = global.f.list; t[0] = 7; t", "[7,1,[4]]"},  // a holder of its own copies when it writes
+      {"array_push(global.mine, 3); array_push(global.mine[1], 4); [global.mine, global.f.shared]", "[[1,[2,4],3],[1,[2]]]"},
+      {"s = {l: array_create(50, 1)}; struct_freeze(s); ArrayShuffle(s.l)", "! Unable to write to immutable array"},
+      {"global.f.a = 2", "! Writing to variable 'a' in managed object 'struct' which is read-only. "},
+      {"global.f.a = {}", "! Writing reference to unmanaged object 'struct' to variable 'a' in managed object 'struct'."},
+      {"struct_remove(global.f, \"a\")", "! Writing to variable 'a' in managed object 'struct' which is read-only. "},
+      {"array_push(global.f.list, 1)", "! array_push :: argument 1 cannot be an immutable array"},
+      {"c = [0]; array_set(c, 0, c); s = {c: c}; struct_freeze(s); array_push(s.c, 1)",  // in circles, too
+       "! array_push :: argument 1 cannot be an immutable array"},
+  });
+}
+
 }  // namespace
 }  // namespace arena::test
