@@ -145,7 +145,7 @@ class Evaluator {
   static std::int32_t builtin_array(const Node& node) {
     if (node.type != Type::kName && node.type != Type::kMember) return -1;
     const std::int32_t builtin = find_builtin_variable(node.text);
-    return builtin >= 0 && builtin_variable_at(builtin).is_array ? builtin : -1;
+    return builtin >= 0 && builtin_variable_at(builtin).length > 0 ? builtin : -1;
   }
   RValue holder_of(const Node& node) { return node.type == Type::kMember ? run(*node.children[0]) : RValue::of_object(self()); }
 

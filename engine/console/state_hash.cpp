@@ -1,5 +1,6 @@
 #include "engine/console/state_hash.h"
 
+#include <algorithm>
 #include <bit>
 #include <string>
 #include <string_view>
@@ -69,7 +70,7 @@ class StateWalk : public ValueVisitor {
     for (std::int32_t i = 0; i < builtin_variable_count(); ++i) {
       const BuiltinVariable& variable = builtin_variable_at(i);
       if (!variable.belongs_to_instance || variable.set == nullptr) continue;
-      for (std::int32_t at = 0; at < (variable.is_array ? kAlarms : 1); ++at) visit(variable.get(&instance, at));
+      for (std::int32_t at = 0; at < std::max(variable.length, 1); ++at) visit(variable.get(&instance, at));
     }
     variables(instance);
   }
@@ -92,7 +93,7 @@ class StateWalk : public ValueVisitor {
     }
     if (object.object_kind == ObjectKind::kMethod) {
       const MethodClosure& closure = static_cast<MethodClosure&>(object);
-      text(closure.function->name);
+      text(function_name_of(closure));
       visit(closure.bound_self);
     }
     variables(static_cast<PropertyObject&>(object));

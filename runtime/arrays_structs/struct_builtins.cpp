@@ -79,20 +79,21 @@ bool global_exists(std::string_view name) { return has_value(global_object(), na
 RValue global_get(std::string_view name) { return struct_read(StructArgument{global_object()}, name); }
 void global_set(std::string_view name, const RValue& value) { struct_set_named(global_object(), name, value); }
 
-// method(self, function): `function` is a method, a script reference or a script's number. undefined as self leaves the caller's.
+// method(self, function): `function` is a method, a script reference or a function's number. undefined as self leaves the caller's.
 RValue make_method_value(const RValue& bound, Callable function) {
   RValue made;
-  CompiledFunction* code = nullptr;
-  if (const MethodClosure* closure = method_of(function.value)) {
-    code = closure->function;
-  } else if (function.value.is_object()) {
-    code = static_cast<CScriptRef*>(function.value.object)->function;
-  } else {
-    const std::int32_t number = to_int32(function.value);
-    if (number < kFirstScriptNumber || number - kFirstScriptNumber >= script_count()) return function.value;
-    code = &script_at(number - kFirstScriptNumber);
+  WBObjectBase* const self = bound.is_undefined() ? nullptr : resolve_object(bound);
+  const MethodClosure* const closure = method_of(function.value);
+  if (closure == nullptr && function.value.is_object()) {
+    make_method(made, *static_cast<CScriptRef*>(function.value.object)->function, self);
+    return made;
   }
-  make_method(made, *code, bound.is_undefined() ? nullptr : resolve_object(bound));
+  const std::int32_t number = closure != nullptr ? function_number_of(*closure) : to_int32(function.value);
+  if (number >= kFirstScriptNumber && number - kFirstScriptNumber < script_count()) {
+    make_method(made, script_at(number - kFirstScriptNumber), self);
+  } else {
+    make_method(made, number, self);
+  }
   return made;
 }
 RValue method_get_self(const RValue& value) {
@@ -101,7 +102,7 @@ RValue method_get_self(const RValue& value) {
 }
 RValue method_get_index(const RValue& value) {
   const MethodClosure* closure = method_of(value);
-  return closure != nullptr ? RValue(static_cast<double>(kFirstScriptNumber + closure->function->index)) : RValue();
+  return closure != nullptr ? RValue(static_cast<double>(function_number_of(*closure))) : RValue();
 }
 RValue method_call(const CallContext& call, Callable function, std::optional<ReadArray> arguments) {
   RValue holder = arguments ? array_copy(*arguments->array, 0, arguments->array->length) : make_array();
@@ -124,7 +125,7 @@ std::string script_get_name(std::int32_t number) {
                                : "<undefined>";
 }
 RValue static_get(const RValue& callee) {
-  if (const MethodClosure* closure = method_of(callee)) return RValue::of_object(statics_of(*closure->function));
+  if (const MethodClosure* closure = method_of(callee)) return closure->statics != nullptr ? RValue::of_object(closure->statics) : RValue();
   const std::int32_t number = to_int32(callee);
   return script_exists(number) ? RValue::of_object(statics_of(script_at(number - kFirstScriptNumber))) : RValue();
 }

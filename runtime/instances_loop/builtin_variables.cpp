@@ -102,11 +102,9 @@ const BuiltinVariable layer{"layer", true, get_field<&CInstance::layer>, [](CIns
                             }};
 
 struct AlarmVariable : BuiltinVariable {
-  AlarmVariable() : BuiltinVariable("alarm", true, get_alarm, set_alarm) { is_array = true; }
-  static RValue get_alarm(CInstance* self, std::int32_t index) { return RValue(index >= 0 && index < kAlarms ? self->alarm[index] : -1); }
-  static void set_alarm(CInstance* self, std::int32_t index, const RValue& value) {
-    if (index >= 0 && index < kAlarms) self->alarm[index] = to_real(value);
-  }
+  AlarmVariable() : BuiltinVariable("alarm", true, get_alarm, set_alarm) { length = kAlarms; }
+  static RValue get_alarm(CInstance* self, std::int32_t index) { return RValue(self->alarm[index]); }
+  static void set_alarm(CInstance* self, std::int32_t index, const RValue& value) { self->alarm[index] = to_real(value); }
 } alarm;
 
 // What an instance is
@@ -153,7 +151,7 @@ const BuiltinVariable mouse_y{"mouse_y", false, [](CInstance*, std::int32_t) { r
 const BuiltinVariable room{"room", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().room)); },
                            [](CInstance*, std::int32_t, const RValue& value) {
                              const std::int32_t wanted = to_int32(value);
-                             if (wanted >= 0 && static_cast<std::size_t>(wanted) < world().rooms.size()) world().room_wanted = wanted;
+                             if (require_room(wanted)) world().room_wanted = wanted;
                            }};
 const BuiltinVariable room_width{"room_width", false, [](CInstance*, std::int32_t) { return RValue(world().room_width); }};
 const BuiltinVariable room_height{"room_height", false, [](CInstance*, std::int32_t) { return RValue(world().room_height); }};
@@ -164,13 +162,9 @@ const BuiltinVariable keyboard_lastkey{"keyboard_lastkey", false,
 const BuiltinVariable keyboard_string{"keyboard_string", false, [](CInstance*, std::int32_t) { return make_string(input_state().text); }};
 
 struct ViewCamera : BuiltinVariable {
-  ViewCamera() : BuiltinVariable("view_camera", false, get_camera, set_camera) { is_array = true; }
-  static RValue get_camera(CInstance*, std::int32_t index) {
-    return RValue(index >= 0 && index < kViews ? static_cast<double>(cameras().views[index].camera) : -1.0);
-  }
-  static void set_camera(CInstance*, std::int32_t index, const RValue& value) {
-    if (index >= 0 && index < kViews) cameras().views[index].camera = to_int32(value);
-  }
+  ViewCamera() : BuiltinVariable("view_camera", false, get_camera, set_camera) { length = kViews; }
+  static RValue get_camera(CInstance*, std::int32_t index) { return RValue(static_cast<double>(cameras().views[index].camera)); }
+  static void set_camera(CInstance*, std::int32_t index, const RValue& value) { cameras().views[index].camera = to_int32(value); }
 } view_camera;
 
 }  // namespace

@@ -10,7 +10,8 @@ namespace arena {
 
 class CInstance;
 
-// Static storage. `index` counts only where the variable is an array (alarm, view_camera). A null `set` makes it read-only.
+// Static storage. `index` counts only where the variable is an array (alarm, view_camera), and lies inside it. A null `set` makes it
+// read-only.
 struct BuiltinVariable : NameSlot {
   using Get = RValue (*)(CInstance* self, std::int32_t index);
   using Set = void (*)(CInstance* self, std::int32_t index, const RValue& value);
@@ -19,7 +20,7 @@ struct BuiltinVariable : NameSlot {
   bool belongs_to_instance;
   Get get;
   Set set;
-  bool is_array = false;
+  std::int32_t length = 0;  // elements of an array; 0: it is none
 };
 
 std::int32_t builtin_variable_count();

@@ -146,14 +146,17 @@ void layer_set_visible(const CallContext& call, const RValue&, bool visible) {
 }
 
 // Rooms and the game
-bool room_exists(std::int32_t room) {
-  return room >= 0 && static_cast<std::size_t>(room) < world().rooms.size() && !world().rooms[static_cast<std::size_t>(room)].name.empty();
-}
+}  // namespace
+
 bool require_room(std::int32_t room) {
-  if (room_exists(room)) return true;
+  if (world().has_room(room)) return true;
   report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
   return false;
 }
+
+namespace {
+
+bool room_exists(std::int32_t room) { return world().has_room(room); }
 void room_goto(std::int32_t room) {
   if (require_room(room)) world().room_wanted = room;
 }

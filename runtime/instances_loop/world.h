@@ -76,6 +76,9 @@ class World {
   std::int32_t add_layer(const Layer& layer);
 
   // Room and game.
+  bool has_room(std::int32_t number) const {
+    return number >= 0 && static_cast<std::size_t>(number) < rooms.size() && !rooms[static_cast<std::size_t>(number)].name.empty();
+  }
   void start_game(std::int32_t starting_room);
   void enter_room(std::int32_t next);
   // Everything from the beginning, as a first start does it; only the clock and the ids of instances go on.
@@ -125,6 +128,8 @@ World& make_world();
 inline World* the_world = nullptr;
 inline World& world() { return the_world != nullptr ? *the_world : make_world(); }
 
+// Whether there is such a room; reports when not.
+bool require_room(std::int32_t room);
 // Depths order what is drawn: what is no number counts as 0.
 inline double orderly_depth(double depth) { return std::isnan(depth) ? 0 : depth; }
 

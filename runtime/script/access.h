@@ -48,8 +48,8 @@ Value call_value(WBObjectBase* self, WBObjectBase* other, const RValue& callee, 
   for (std::size_t i = 0; i < kCount; ++i) pointers[i] = &values[i];
   Value result;
   const MethodClosure* closure = method_of(callee);
-  if (closure != nullptr && !closure->function->is_constructor && current_builtin == nullptr) [[likely]] {
-    closure->function->script(closure->bound_self.is_object() ? closure->bound_self.object : self, other, result, kCount, pointers);
+  if (closure != nullptr && closure->direct_entry != nullptr && current_builtin == nullptr) [[likely]] {
+    closure->direct_entry(closure->bound_self.is_object() ? closure->bound_self.object : self, other, result, kCount, pointers);
     return result;
   }
   const Value kept(callee);

@@ -38,15 +38,26 @@ void report_missing(WBObjectBase* object, std::int32_t id) {
   }
 }
 
+bool report_index(WBObjectBase* object, std::int32_t id, std::int32_t index, std::int32_t length) {
+  const std::int32_t serial = object != nullptr ? static_cast<std::int32_t>(object->serial) : 0;
+  report_error(messages::kVariableIndex, index, length, serial, id, id, index);
+  return false;
+}
+
+// Whether the index, if there is one, names an element of a built-in variable.
+bool is_inside(const BuiltinVariable& variable, WBObjectBase* object, std::int32_t index) {
+  if (index == kNoIndex || (index >= 0 && index < variable.length)) return true;
+  if (variable.length > 0) return report_index(object, variable.slot, index, variable.length);
+  report_error(messages::kIndexNotArray);
+  return false;
+}
+
 bool read_element(WBObjectBase* object, const RValue& variable, std::int32_t id, std::int32_t index, RValue& out) {
   if (!variable.is_array() || variable.array == nullptr) {
     report_error(messages::kIndexNotArray);
     return false;
   }
-  if (index < 0 || index >= variable.array->length) {
-    report_error(messages::kVariableIndex, index, variable.array->length, static_cast<std::int32_t>(object->serial), id, id, index);
-    return false;
-  }
+  if (index < 0 || index >= variable.array->length) return report_index(object, id, index, variable.array->length);
   out = variable.array->elements[index];
   return true;
 }
@@ -175,6 +186,7 @@ bool builtin_var_get(WBObjectBase* self, std::int32_t builtin, std::int32_t inde
     report_error(messages::kInstanceContext, variable.name);
     return false;
   }
+  if (!is_inside(variable, self, index)) return false;
   out = variable.get(instance, index == kNoIndex ? 0 : index);
   return true;
 }
@@ -190,6 +202,7 @@ bool builtin_var_set(WBObjectBase* self, std::int32_t builtin, std::int32_t inde
     report_error(messages::kInstanceContext, variable.name);
     return false;
   }
+  if (!is_inside(variable, self, index)) return false;
   variable.set(instance, index == kNoIndex ? 0 : index, value);
   return true;
 }

@@ -71,7 +71,8 @@ RValue& call_builtin(WBObjectBase* self, WBObjectBase* other, RValue& result, st
 RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue& callee, const RValue** args) {
   if (const MethodClosure* closure = method_of(callee)) {
     WBObjectBase* const bound = closure->bound_self.is_object() ? closure->bound_self.object : self;
-    return call_script(function, bound, other, result, argc, args);
+    if (closure->function == nullptr) return call_method(bound, other, result, argc, RValue(closure->number), args);
+    return call_script(*closure->function, bound, other, result, argc, args);
   }
   if (callee.is_object() && callee.object->object_kind == ObjectKind::kScriptRef) {
     return call_script(*static_cast<CScriptRef*>(callee.object)->function, self, other, result, argc, args);

@@ -214,5 +214,34 @@ TEST_F(Arrays, FrozenStructsHoldInDepth) {
   });
 }
 
+// A built-in function as a method is a closure like any other.
+TEST_F(Arrays, MethodsOfBuiltInFunctions) {
+  check({
+      {"m = method(undefined, abs); typeof(m)", "method"},
+      {"m(-3)", "3"},
+      {"string(m)", "[[Method]]"},
+      {"is_method(m)", "true"},
+      {"method_get_index(m) == abs", "true"},
+      {"method_get_index(method({}, Approach)) == Approach", "true"},
+      {"method_call(m, [-4])", "4"},
+      {"script_execute(m, -5)", "5"},
+      {"array_map([-1, 2], m)", "[1,2]"},
+      {"static_get(m)", "undefined"},
+      {"method(undefined, m)(-6)", "6"},
+      {"s = {f: m}; string(s)", "{f:[[Method]]}"},
+      {"global.s = {v: 1}; b = method(global.s, variable_struct_exists); method_get_self(b) == global.s", "true"},
+      {"instance_create_depth(7, 8, 0, oProbe); n = instance_number(oProbe); d = method(oProbe.id, instance_destroy); d(); n - "
+       "instance_number(oProbe)",
+       "1"},
+      {"method(undefined, -7)", "! method :: argument 2 is neither a method or a function"},
+  });
+  const std::string before = ask({{"hash", true}})["hash"];
+  eval("global.closure = method(undefined, abs)");
+  const std::string with_abs = ask({{"hash", true}})["hash"];
+  eval("global.closure = method(undefined, sqrt)");
+  EXPECT_NE(with_abs, before);
+  EXPECT_NE(ask({{"hash", true}})["hash"], with_abs) << "the state tells one function from another";
+}
+
 }  // namespace
 }  // namespace arena::test

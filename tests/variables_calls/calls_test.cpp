@@ -204,6 +204,30 @@ TEST_F(Calls, TheLookupFindsEverything) {
   EXPECT_GT(lookup.user_functions, 50);
 }
 
+// Past the end of a built-in array, before its beginning, and where there is none.
+TEST_F(Calls, IndicesOfBuiltInArraysAreChecked) {
+  const int probe = static_cast<int>(number("instance_create_depth(0, 0, 0, oProbe)"));
+  const auto out_of_range = [](WBObjectBase* object, const char* variable, int index, int length) {
+    const std::string at = std::to_string(index), id = std::to_string(variable_id(variable));
+    return "! Variable Index [" + at + "] out of range [" + std::to_string(length) + "] - " + std::to_string(object->serial) + "." + id +
+           "(" + id + "," + at + ")";
+  };
+  for (const int index : {12, -1, 2000000000}) {
+    const std::string element = "oProbe.alarm[" + std::to_string(index) + "]",
+                      expected = out_of_range(resolve_instance(probe), "alarm", index, 12);
+    EXPECT_EQ(eval(element), expected);
+    EXPECT_EQ(eval(element + " = 5"), expected);
+  }
+  EXPECT_EQ(eval("view_camera[9]"), out_of_range(global_object(), "view_camera", 9, 8));
+  EXPECT_EQ(eval("view_camera[-3] = 1"), out_of_range(global_object(), "view_camera", -3, 8));
+  check({{"oProbe.alarm[11] = 4; oProbe.alarm[11]", "4"},
+         {"view_camera[7]", "-1"},
+         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 4"}});
+  EXPECT_EQ(eval("room = -1").find("! Unknown Function argument 1 invalid reference to (room) - requested -1 max is "), 0u);
+  RValue out;
+  EXPECT_THROW(builtin_var_get(resolve_instance(probe), find_builtin_variable("x"), 0, out), WBKSLException) << "x is no array";
+}
+
 // A script that calls itself for ever ends in a report, by whichever way it does, and the game goes on.
 TEST_F(Calls, RunawayRecursionIsReported) {
   eval(
