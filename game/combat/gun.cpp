@@ -89,7 +89,7 @@ METHOD(oGun, addModifier, Value added) {
   return false;
 }
 
-METHOD(oGun, removeModifier, Real index) {
+METHOD(oGun, removeModifier, Value index) {
   if (index >= 0 && index < array_length(self[modifiers])) {
     self[modifiers][index] = noone;
     self[applyModifiers]();

@@ -39,7 +39,7 @@ void place_rectangle(ObjectSelf self) {
 }
 
 // Towards the wanted value; at once when the smoothing is off.
-Value approached(Real from, Real to, Real amount) { return amount == 0 ? Value(to) : SmoothApproachDelta(from, to, amount); }
+Real approached(Real from, Real to, Real amount) { return amount == 0 ? to : SmoothApproachDelta(from, to, amount); }
 
 }  // namespace
 }  // namespace arena::game
@@ -140,7 +140,7 @@ METHOD(TarnCamera, drawDebug) {
   return undefined;
 }
 
-METHOD(TarnCamera, setViewSize, Real to_width, Real to_height) {
+METHOD(TarnCamera, setViewSize, Value to_width, Value to_height) {
   self[width] = to_width;
   self[height] = to_height;
   self[updateViewSize]();
@@ -159,7 +159,7 @@ METHOD(TarnCamera, zoomOut) {
   return undefined;
 }
 
-METHOD(TarnCamera, setPosition, Real to_x, Real to_y) {
+METHOD(TarnCamera, setPosition, Value to_x, Value to_y) {
   self[x] = to_x;
   self[y] = to_y;
   place_rectangle(self);
@@ -167,14 +167,14 @@ METHOD(TarnCamera, setPosition, Real to_x, Real to_y) {
 }
 
 METHOD(TarnCamera, setTarget, Value target) { return self[target_object] = target, undefined; }
-METHOD(TarnCamera, setOffset, Real across, Real down) {
+METHOD(TarnCamera, setOffset, Value across, Value down) {
   self[x_offset] = across;
   self[y_offset] = down;
   return undefined;
 }
 
 // A weaker shake never cuts a stronger one short. Pixels and seconds.
-METHOD(TarnCamera, applyShake, Real magnitude, Real length) {
+METHOD(TarnCamera, applyShake, Value magnitude, Value length) {
   if (magnitude > self[shake]) {
     self[shake] = magnitude;
     self[shake_magnitude] = magnitude;
@@ -184,11 +184,11 @@ METHOD(TarnCamera, applyShake, Real magnitude, Real length) {
   return undefined;
 }
 
-METHOD(TarnCamera, setSmoothness, Real amount) { return self[smoothness] = amount, undefined; }
-METHOD(TarnCamera, setZoomSmoothness, Real amount) { return self[camera_zoom_smoothness] = amount, undefined; }
-METHOD(TarnCamera, setMaxDistance, Real distance) { return self[max_distance] = distance, undefined; }
-METHOD(TarnCamera, setAngle, Real degrees) { return self[camera_angle_target] = degrees, undefined; }
-METHOD(TarnCamera, setAngleSmoothness, Real amount) { return self[camera_angle_smoothness] = amount, undefined; }
+METHOD(TarnCamera, setSmoothness, Value amount) { return self[smoothness] = amount, undefined; }
+METHOD(TarnCamera, setZoomSmoothness, Value amount) { return self[camera_zoom_smoothness] = amount, undefined; }
+METHOD(TarnCamera, setMaxDistance, Value distance) { return self[max_distance] = distance, undefined; }
+METHOD(TarnCamera, setAngle, Value degrees) { return self[camera_angle_target] = degrees, undefined; }
+METHOD(TarnCamera, setAngleSmoothness, Value amount) { return self[camera_angle_smoothness] = amount, undefined; }
 METHOD(TarnCamera, toggleDebugMode) { return self[debug_enabled] = !self[debug_enabled], undefined; }
 
 CONSTRUCTOR(TarnCamera) {

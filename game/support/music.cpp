@@ -15,7 +15,7 @@ const Variable update{"update"}, clear{"clear"}, print_list{"print_list"};
 
 const Builtin audio_stop_sound{"audio_stop_sound"}, audio_pause_sound{"audio_pause_sound"};
 const Builtin audio_resume_sound{"audio_resume_sound"}, audio_is_playing{"audio_is_playing"}, audio_sound_gain{"audio_sound_gain"};
-const Builtin array_concat{"array_concat"};
+const Builtin array_concat{"array_concat"}, any_clamp{"clamp"};
 
 constexpr std::int64_t kStopped = 0, kPlaying = 1, kPaused = 2;
 constexpr int kNoTrack = -1;
@@ -122,8 +122,8 @@ METHOD(VoliMusic, previous) {
   return undefined;
 }
 
-METHOD(VoliMusic, volume, Real gain) {
-  self[current_volume] = clamp(gain, 0, 1);
+METHOD(VoliMusic, volume, Value gain) {
+  self[current_volume] = any_clamp(gain, 0, 1);
   if (self[current_track] != kNoTrack && bool(audio_is_playing(self[current_track])))
     audio_sound_gain(self[current_track], self[current_volume], 0);
   return undefined;

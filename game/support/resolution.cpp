@@ -11,6 +11,7 @@ const Variable update{"update"}, setScale{"setScale"}, setFullscreen{"setFullscr
     isFullscreen{"isFullscreen"};
 const Variable setWindowSize{"setWindowSize"}, guiRectangle{"guiRectangle"};
 
+const Builtin any_clamp{"clamp"};  // of what may be no number
 const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"}, display_set_gui_size{"display_set_gui_size"};
 const Builtin window_set_fullscreen{"window_set_fullscreen"}, window_get_fullscreen{"window_get_fullscreen"},
     window_set_size{"window_set_size"};
@@ -51,8 +52,8 @@ STATIC_METHOD(TarnResolutionManager, update) {
   apply(self);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, setScale, Real to) {
-  self[wanted_scale] = clamp(to, 0, 8);
+STATIC_METHOD(TarnResolutionManager, setScale, Value to) {
+  self[wanted_scale] = any_clamp(to, 0, 8);
   apply(self);
   return self;
 }

@@ -4,11 +4,13 @@ namespace arena::game {
 namespace {
 const Builtin ds_grid_create{"ds_grid_create"};
 const Builtin ds_grid_clear{"ds_grid_clear"};
+const Builtin any_floor{"floor"};
 constexpr int kCells = 100;     // each way
 constexpr Real kCellSize = 40;  // pixels
 
 // The cell of a coordinate; far outside for what no cell can hold.
 int cell_of(Real coordinate) { return saturate_int32(floor(coordinate / kCellSize).number()); }
+int cell_of(const Value& coordinate) { return to_int32(any_floor(coordinate / kCellSize)); }
 }  // namespace
 }  // namespace arena::game
 
@@ -22,7 +24,7 @@ SCRIPT(grid_clear) { ds_grid_clear(global[grid], noone); }
 
 SCRIPT(grid_insert, Value inst) {
   const Instance inserted = inst;
-  const int column = cell_of(inserted[x]), row = cell_of(inserted[y]);
+  const int column = cell_of(Real(inserted[x])), row = cell_of(Real(inserted[y]));
   Grid cells = global[grid];
   if (!cells.has(column, row)) return;
   const Value& cell = cells.at(column, row);
@@ -33,10 +35,11 @@ SCRIPT(grid_insert, Value inst) {
   }
 }
 
-SCRIPT(grid_get_nearby, Real at_x, Real at_y) {
+NUMBER_SCRIPT(grid_get_nearby, Number at_x, Number at_y) {
   const Value nearby = array_create(0);
+  const int column = cell_of(at_x), row = cell_of(at_y);
   const Grid cells = global[grid];
-  for (const Value& cell : cells.around(cell_of(at_x), cell_of(at_y))) {
+  for (const Value& cell : cells.around(column, row)) {
     if (is_array(cell)) {
       for (const Value& inst : elements(cell)) array_push(nearby, inst);
     } else if (cell != noone) {

@@ -128,7 +128,7 @@ SCRIPT(string_is_email, Value text) {
          all.find("..") == std::string::npos;
 }
 
-SCRIPT(string_has_length, Value text, Real shortest, Real longest) {
+SCRIPT(string_has_length, Value text, Value shortest, Value longest) {
   if (!text.is_string()) return false;
   const Real length = string_length(text);
   return length >= shortest && length <= longest;

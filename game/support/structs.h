@@ -10,11 +10,11 @@ extern const Script<Value(Value of)> struct_copy_deep;
 extern const Script<Value(Value into, Value from)> struct_merge;
 
 // What a text is. None of them reports anything, whatever it is given.
-extern const Script<bool(Value text)> string_is_empty;                                 // no text, or blanks only
-extern const Script<bool(Value text)> string_is_number;                                // like -12.5 or 1e3
-extern const Script<bool(Value text)> string_is_integer;                               // like -12
-extern const Script<bool(Value text)> string_is_email;                                 // something@something.something, without blanks
-extern const Script<bool(Value text, Real shortest, Real longest)> string_has_length;  // characters
-extern const Script<bool(Value text, Value allowed)> string_has_only;                  // characters of `allowed`
+extern const Script<bool(Value text)> string_is_empty;                                   // no text, or blanks only
+extern const Script<bool(Value text)> string_is_number;                                  // like -12.5 or 1e3
+extern const Script<bool(Value text)> string_is_integer;                                 // like -12
+extern const Script<bool(Value text)> string_is_email;                                   // something@something.something, without blanks
+extern const Script<bool(Value text, Value shortest, Value longest)> string_has_length;  // characters
+extern const Script<bool(Value text, Value allowed)> string_has_only;                    // characters of `allowed`
 
 }  // namespace arena::game

@@ -230,6 +230,35 @@ RValue& call_entry(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObject
 }
 }  // namespace arena::script
 
+namespace arena::script {
+// What a body for known numbers (Number is Real) or for values of any kind (Value) gives.
+template <class Declared, class Number>
+using ResultOf = std::conditional_t<std::is_void_v<Declared> || std::is_same_v<Number, Real>, Declared, Value>;
+
+// The two bodies of a script over numbers, and the choice between them.
+template <class Called, class Holder>
+struct NumberBodies;
+template <class Result, class... Parameters, class Holder>
+struct NumberBodies<Script<Result(Parameters...)>, Holder> {
+  static Result known(ObjectSelf self, ObjectSelf other, Parameters... parameters) {
+    return Holder::template body<Real>(self, other, static_cast<Parameters&&>(parameters)...);
+  }
+  template <class>
+  using Any = Value;
+  static ResultOf<Result, Value> any(ObjectSelf self, ObjectSelf other, Any<Parameters>... parameters) {
+    return Holder::template body<Value>(self, other, static_cast<Value&&>(parameters)...);
+  }
+  static RValue& call(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue** args) {
+    constexpr bool is_number[] = {std::is_same_v<Parameters, Real>...};
+    bool are_known = true;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(sizeof...(Parameters)); ++i) {
+      if (is_number[i] && (i >= argc || args[i]->kind_bits != kNumber)) are_known = false;
+    }
+    return are_known ? call_entry(&known, self, other, result, argc, args) : call_entry(&any, self, other, result, argc, args);
+  }
+};
+}  // namespace arena::script
+
 #define SCRIPT(name, ...)                                                                                    \
   namespace arena::game {                                                                                    \
   struct Script_##name {                                                                                     \
@@ -240,6 +269,26 @@ RValue& call_entry(Result (*body)(SelfType, ObjectSelf, Parameters...), WBObject
   }                                                                                                          \
   decltype(arena::game::name)::ResultType arena::game::Script_##name::body([[maybe_unused]] ObjectSelf self, \
                                                                            [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+
+// A script over numbers, NUMBER_SCRIPT(Range, Number value, Number low, Number high, Value label) { ... }, whose arithmetic is that of the
+// values it is given: its body is compiled for known numbers, which C++ callers and calls with plain numbers run, and once more for values
+// of any kind. A parameter that is a Real in the script's declaration is a Number here, and so is the result.
+#define NUMBER_SCRIPT(name, ...)                                                                                                          \
+  namespace arena::game {                                                                                                                 \
+  struct Script_##name {                                                                                                                  \
+    using Bodies = NumberBodies<std::remove_const_t<decltype(name)>, Script_##name>;                                                      \
+    template <class Number>                                                                                                               \
+    static ResultOf<decltype(name)::ResultType, Number> body(ObjectSelf self, ObjectSelf other, __VA_ARGS__);                             \
+    static RValue& entry(WBObjectBase* self_object, WBObjectBase* other_object, RValue& result, std::int32_t argc, const RValue** args) { \
+      const FrameScope frame("ksl_Script_" #name, self_object, other_object);                                                             \
+      return Bodies::call(self_object, other_object, result, argc, args);                                                                 \
+    }                                                                                                                                     \
+  };                                                                                                                                      \
+  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::Bodies::known, &Script_##name::entry};                         \
+  }                                                                                                                                       \
+  template <class Number>                                                                                                                 \
+  arena::script::ResultOf<decltype(arena::game::name)::ResultType, Number> arena::game::Script_##name::body(                              \
+      [[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other, __VA_ARGS__)
 
 #define METHOD(owner, name, ...)                                                                                                         \
   namespace arena::game {                                                                                                                \

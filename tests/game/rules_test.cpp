@@ -36,6 +36,28 @@ TEST_F(Rules, MotionHelpers) {
       {"ArrayShuffle(5)", "undefined"},
       {"a = [1, 2, 3]; ArrayShuffle(a); array_length(a)", "3"},
       {"clamp(5, 10, 1)", "1"},
+      // Arguments that are missing or no plain numbers meet the operators and built-in functions themselves.
+      {"SmoothApproach(0, 0.005) == 0.005", "true"},
+      {"SmoothApproachDelta(1, 1.005) == 1.005", "true"},
+      {"SmoothApproach(0, 5)", "! REAL argument incorrect type undefined"},
+      {"SmoothApproach(0, 10, \"4\")", "2.50"},
+      {"Approach(\"5\", 10, 3)", "! unable to add a number to string"},
+      {"Approach(5, \"10\", 3)", "! invalid type for -= lhs=10 (type=1), rhs=5 (type=0)"},
+      {"Approach()", "! invalid type for -= lhs=undefined (type=5), rhs=undefined (type=5)"},
+      {"typeof(Approach(int64(5), 10, 3))", "number"},
+      {"Approach(int64(5), int32(10), true)", "6"},
+      {"ApproachDelta(\"5\", 10, 3)", "! unable to add a number to string"},
+      {"Range(\"5\", 0, 10, 100, 200)", "! invalid type for -= lhs=5 (type=1), rhs=0 (type=0)"},
+      {"Range(5, \"0\", 10, 100, 200)", "150"},
+      {"Range(5, 0, 10, 100)", "! invalid type for -= lhs=undefined (type=5), rhs=100 (type=0)"},
+      {"Wave(0, \"1\", 1, 0)", "! invalid type for -= lhs=1 (type=1), rhs=0 (type=0)"},
+      {"StringZeroes(7)", "! invalid type for -= lhs=undefined (type=5), rhs=1 (type=0)"},
+      {"is_array(grid_get_nearby(\"80\", 80))", "true"},
+      {"grid_get_nearby(80)", "! invalid type for /= lhs=undefined (type=5), rhs=40 (type=0)"},
+      {"createBlood(\"5\", 0, 0, 0)", "! instance_create_layer argument 1 incorrect type (string) expecting a Number (WBGR)"},
+      {"playSoundAt(5, undefined, 0)", "! audio_play_sound_at argument 2 incorrect type (undefined) expecting a Number (WBGR)"},
+      {"new VoliMusic().volume(\"1\")", "! clamp argument 1 incorrect type (string) expecting a Number (WBGR)"},
+      {"string_has_length(\"abc\", undefined, 5)", "false"},
   });
   EXPECT_NEAR(number("SmoothApproachDelta(0, 10, 1 / 60)"), 5, 1e-12) << "halves in `amount` seconds";
   eval("a = []; i = 0");
