@@ -2,10 +2,16 @@
 #include <algorithm>
 
 #include "engine/audio/audio.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
 
 namespace arena::audio {
 namespace {
+
+const RefKind sound_refs{ref_type::kSound, "sound", [](std::int32_t index) {
+                           return audio().has_sound(index) ? audio().clips[static_cast<std::size_t>(index)].name : std::string();
+                         }};
+const RefKind sound_instance_refs{ref_type::kSoundInstance, "sound instance"};
 
 bool require_sound(std::int32_t sound) {
   if (audio().has_sound(sound)) return true;

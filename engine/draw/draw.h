@@ -73,6 +73,7 @@ class Draw {
   };
   TextSize measure(std::string_view text, double separation = -1, double wrap = 0) const;
   bool has_font(std::int32_t font) const;
+  std::string_view font_name(std::int32_t font) const;  // "": no such font
 
   // Rectangles that cut what is drawn, each inside the one before. Those left over are gone at the start of the GUI and of a frame.
   void push_clip(double x, double y, double width, double height);

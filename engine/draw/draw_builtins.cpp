@@ -6,6 +6,7 @@
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/values/number_text.h"
+#include "runtime/values/refs.h"
 #include "runtime/values/text.h"
 #include "runtime/variables_calls/arguments.h"
 
@@ -13,6 +14,8 @@ namespace arena::draw {
 namespace {
 
 Draw* service = nullptr;
+const RefKind font_refs{ref_type::kFont, "font",
+                        [](std::int32_t index) { return service != nullptr ? std::string(service->font_name(index)) : std::string(); }};
 
 std::uint32_t colour_of(double colour) { return static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF; }
 DrawState& state() {

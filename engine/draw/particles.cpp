@@ -13,6 +13,7 @@
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 
@@ -144,6 +145,8 @@ namespace {
 std::vector<ParticleType> types;
 std::map<std::int32_t, std::unique_ptr<ParticleSystem>> systems;
 std::int32_t next_system = 1;
+const RefKind system_refs{ref_type::kParticleSystem, "particle system"};
+const RefKind type_refs{ref_type::kParticleType, "particle type"};
 
 ParticleSystem* require_system(std::int32_t handle) {
   const auto found = systems.find(handle);

@@ -26,6 +26,7 @@ struct Draw::Font {
     double advance = 0;  // ems
   };
   const Glyph& glyph(std::uint32_t code) const;
+  std::string name;
   std::unordered_map<std::uint32_t, Glyph> glyphs;
   double size = 0;         // pixels an em
   double line_height = 0;  // ems

@@ -8,6 +8,7 @@
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/values/number_text.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 
@@ -20,6 +21,7 @@ constexpr std::size_t kDroppedAtOnce = 8;  // the share of the capacity whose ag
 
 std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
 std::int32_t next_handle = 1;
+const RefKind stickers_refs{ref_type::kStickers, "stickers"};
 
 }  // namespace
 

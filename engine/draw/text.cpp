@@ -30,6 +30,7 @@ void Draw::load_fonts() {
   for (const data::Font* source : *file_.content->fonts()) {
     if (static_cast<std::size_t>(source->index()) >= fonts_.size()) fonts_.resize(static_cast<std::size_t>(source->index()) + 1);
     auto font = std::make_unique<Font>();
+    font->name = source->name()->str();
     font->size = static_cast<double>(source->size());
     font->line_height = static_cast<double>(source->line_height());
     font->field_range = static_cast<double>(source->field_range());
@@ -64,6 +65,10 @@ const Draw::Font::Glyph& Draw::Font::glyph(std::uint32_t code) const {
 
 bool Draw::has_font(std::int32_t font) const {
   return font >= 0 && static_cast<std::size_t>(font) < fonts_.size() && fonts_[static_cast<std::size_t>(font)] != nullptr;
+}
+
+std::string_view Draw::font_name(std::int32_t font) const {
+  return has_font(font) ? std::string_view(fonts_[static_cast<std::size_t>(font)]->name) : std::string_view();
 }
 
 const Draw::Font* Draw::current_font() const {

@@ -4,6 +4,7 @@
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/values/compare.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
 
 namespace arena {
@@ -23,6 +24,8 @@ struct GridArgument {
 };
 
 namespace {
+
+const RefKind list_refs{ref_type::kList, "list"}, map_refs{ref_type::kMap, "map"}, grid_refs{ref_type::kGrid, "grid"};
 
 template <class Structure>
 Structure* find_structure(const ContainerTable<Structure>& table, const CallContext& call, int at, const char* kind, std::int32_t& handle) {

@@ -4,6 +4,7 @@
 #include "runtime/arrays_structs/weak_ref.h"
 #include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
@@ -124,6 +125,8 @@ std::string script_get_name(std::int32_t number) {
   return script_exists(number) ? std::string(script_at(number - kFirstScriptNumber).name).substr(std::string_view("ksl_Script_").size())
                                : "<undefined>";
 }
+const RefKind script_refs{ref_type::kScript, "script",
+                          [](std::int32_t number) { return script_exists(number) ? script_get_name(number) : std::string(); }};
 RValue static_get(const RValue& callee) {
   if (const MethodClosure* closure = method_of(callee)) return closure->statics != nullptr ? RValue::of_object(closure->statics) : RValue();
   const std::int32_t number = to_int32(callee);

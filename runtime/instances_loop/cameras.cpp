@@ -3,9 +3,12 @@
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/elementary.h"
+#include "runtime/values/refs.h"
 
 namespace arena {
 namespace {
+
+const RefKind camera_refs{ref_type::kCamera, "camera"};
 
 double window_width() { return input_state().window_width > 0 ? input_state().window_width : 1; }
 double window_height() { return input_state().window_height > 0 ? input_state().window_height : 1; }

@@ -9,8 +9,6 @@ namespace arena {
 
 class CInstance;
 
-inline constexpr std::int32_t kInstanceRefType = 0x04000001;
-inline constexpr std::int32_t kObjectRefType = 0x01000000;
 inline constexpr std::int32_t kFirstInstanceId = 100000;
 
 // Live instances only; null when nothing is found.

@@ -3,8 +3,17 @@
 #include <algorithm>
 
 #include "runtime/values/elementary.h"
+#include "runtime/values/refs.h"
 
 namespace arena {
+namespace {
+
+const RefKind sprite_refs{ref_type::kSprite, "sprite", [](std::int32_t index) {
+                            const SpriteInfo* const sprite = find_sprite(index);
+                            return sprite != nullptr ? sprite->name : std::string();
+                          }};
+
+}  // namespace
 
 std::vector<SpriteInfo>& sprite_infos() {
   static std::vector<SpriteInfo> infos;

@@ -12,12 +12,25 @@
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
+
+const RefKind instance_refs{ref_type::kInstance, "instance"};
+const RefKind object_refs{ref_type::kObject, "object", [](std::int32_t index) {
+                            return object_types().has(index) ? object_types().at(index).definition.name : std::string();
+                          }};
+const RefKind room_refs{ref_type::kRoom, "room", [](std::int32_t index) {
+                          return world().has_room(index) ? world().rooms[static_cast<std::size_t>(index)].name : std::string();
+                        }};
+const RefKind layer_refs{ref_type::kLayer, "layer", [](std::int32_t id) {
+                           const Layer* const layer = world().find_layer(id);
+                           return layer != nullptr ? layer->name : std::string();
+                         }};
 
 // Fields that arrive with a creation reach built-in variables too.
 void write_fields(CInstance& instance, PropertyObject& fields) {
@@ -313,7 +326,7 @@ CInstance* instance_of(WBObjectBase* object) {
   return object != nullptr && object->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(object) : nullptr;
 }
 bool is_instance_ref(const RValue& value) {
-  return value.kind() == kRef && (value.ref_type() == kInstanceRefType || value.ref_type() == kObjectRefType);
+  return value.kind() == kRef && (value.ref_type() == ref_type::kInstance || value.ref_type() == ref_type::kObject);
 }
 std::string_view object_type_name(std::int32_t index) {
   return object_types().has(index) ? std::string_view(object_types().at(index).definition.name) : std::string_view("<undefined>");

@@ -7,6 +7,7 @@
 #include "runtime/arrays_structs/object.h"
 #include "runtime/instances_loop/instance_id.h"
 #include "runtime/values/number_text.h"
+#include "runtime/values/refs.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
@@ -15,7 +16,6 @@ namespace arena {
 namespace {
 
 constexpr std::size_t kLongestInMessage = 200;  // bytes of an operand shown in an error
-RefNamer ref_namer = nullptr;
 
 // Writes one value; remembers the containers it is inside of, so that cycles are cut. Ends early, past `longest` bytes.
 class TextWriter {
@@ -122,12 +122,9 @@ class TextWriter {
   }
 
   void write_ref(const RValue& value) {
-    std::string type, name;
-    if (ref_namer != nullptr && ref_namer(value, type, name)) {
-      text += "ref " + type + " " + name;
-    } else {
-      text += "ref " + (type.empty() ? std::string("unknown") : type) + " " + std::to_string(value.i32);
-    }
+    const RefKind* const kind = find_ref_kind(value.ref_type());
+    const std::string name = kind != nullptr && kind->name_of != nullptr ? kind->name_of(value.i32) : std::string();
+    text += std::string("ref ") + (kind != nullptr ? kind->name : "unknown") + " " + (name.empty() ? std::to_string(value.i32) : name);
   }
 
   bool reports_unset_;
@@ -150,7 +147,5 @@ std::string text_for_message(const RValue& value) {
   if (writer.text.size() > kLongestInMessage) writer.text.resize(kLongestInMessage);
   return std::move(writer.text);
 }
-
-void set_ref_namer(RefNamer namer) { ref_namer = namer; }
 
 }  // namespace arena

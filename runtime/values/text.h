@@ -15,8 +15,4 @@ std::string to_text(const RValue& value);
 // The same without any report: an unset value reads "unset", long texts are cut.
 std::string text_for_message(const RValue& value);
 
-// How a reference is named; the engine's resource tables install it. Null: references show their index.
-using RefNamer = bool (*)(const RValue& ref, std::string& type_name, std::string& name);
-void set_ref_namer(RefNamer namer);
-
 }  // namespace arena

@@ -218,6 +218,30 @@ TEST_F(Values, Texts) {
   });
 }
 
+// A reference tells what it refers to by kind and name; by kind and number where there is no name or no such thing.
+TEST_F(Values, ReferencesReadAsKindAndName) {
+  check({
+      {"string(ref(16777216, oPlayer))", "ref object oPlayer"},
+      {"string(ref(16777217, 33))", "ref sprite sprBlood"},
+      {"string(ref(16777218, 5))", "ref sound sndHit"},
+      {"string(ref(16777219, rArena))", "ref room rArena"},
+      {"string(ref(16777222, 2))", "ref font fntUi"},
+      {"string(ref(16777221, Approach))", "ref script Approach"},
+      {"string(ref(16777217, 9999))", "ref sprite 9999"},
+      {"string(ref(67108865, 100000))", "ref instance 100000"},
+      {"string(ref(67108866, layer_get_id(\"layMobs\")))", "ref layer layMobs"},
+      {"string(ref(67108867, 0))", "ref camera 0"},
+      {"string(ref(67108868, ds_list_create()))", "ref list 0"},
+      {"string(ref(67108869, 3))", "ref map 3"},
+      {"string(ref(67108870, 3))", "ref grid 3"},
+      {"string(ref(67108871, 1))", "ref particle system 1"},
+      {"string(ref(67108872, 1))", "ref particle type 1"},
+      {"string(ref(67108873, 1))", "ref stickers 1"},
+      {"string(ref(67108874, 1))", "ref sound instance 1"},
+      {"string([ref(77, 2)])", "[ref unknown 2]"},
+  });
+}
+
 struct Witness : OwnedObject {
   explicit Witness(int& counted) : deaths(counted) {}
   ~Witness() override { ++deaths; }
