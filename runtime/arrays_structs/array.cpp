@@ -56,7 +56,7 @@ void extend(ArrayRecord& array, std::int32_t length) {
 
 GCArrayThing* new_thing(std::int64_t token) {
   std::vector<GCArrayThing*>& reusable = put_aside();
-  if (reusable.empty()) return new GCArrayThing(token);
+  if (reusable.empty() || WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return new GCArrayThing(token);
   GCArrayThing* const thing = reusable.back();
   reusable.pop_back();
   thing->become_new(token);

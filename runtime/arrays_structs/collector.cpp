@@ -24,6 +24,11 @@ constexpr std::size_t kDroppedLimit = 20000;                  // dropped referen
 constexpr int kOlderEvery = 8;                                // collections of generation 0 between two of generation 1
 constexpr std::size_t kMemoryWarning = std::size_t{1} << 30;  // bytes
 constexpr int kOldest = kGenerations - 1;
+#ifdef ARENA_CHECKS
+constexpr bool kChecksThread = true;
+#else
+constexpr bool kChecksThread = false;
+#endif
 
 enum class Phase { kIdle, kMarking, kSweeping };
 
@@ -40,7 +45,7 @@ struct Collector {
   std::size_t old_survivors = 0;
   std::uint64_t minors = 0, majors = 0, dropped = 0, dropped_at_last_cycle = 0;
   bool whole_requested = false;
-  bool checks_thread = false;
+  bool checks_thread = kChecksThread;
   std::size_t warns_above = kMemoryWarning;  // bytes in use
   std::thread::id main_thread = std::this_thread::get_id();
 };

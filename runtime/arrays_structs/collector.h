@@ -40,7 +40,8 @@ struct CollectorStatistics {
 };
 CollectorStatistics collector_statistics();
 
-// While on, a store from another thread than the main one logs a warning; the store proceeds.
+// While on, a store from another thread than the main one logs a warning; the store proceeds. On from the start in debug builds and in
+// those with tests.
 void set_collector_thread_check(bool on);
 
 // A frame may allocate as much as it likes, but past this many bytes in use (1 GB unless told otherwise), and past each doubling, the next

@@ -18,7 +18,10 @@ int live_count = 0;
 
 int live_objects() { return live_count; }
 
-WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind), serial(next_serial++) {
+WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind) {
+  const WorkerLock lock(WorkerLock::kNursery);
+  adopt_new_object(this);
+  serial = next_serial++;
   ++live_count;
 }
 WBObjectBase::~WBObjectBase() { --live_count; }

@@ -19,6 +19,7 @@ StringRecord* new_record(std::size_t length) {
   record->text = text;
   record->count = 1;
   record->size = static_cast<std::int32_t>(length);
+  const WorkerLock lock(WorkerLock::kStringCounts);
   ++live_records;
   return record;
 }

@@ -238,6 +238,30 @@ TEST_F(Collector, TheMarkingBarrierIsNeeded) {
   }
 }
 
+// The check is on in this build: a store on another thread warns, and is done all the same.
+TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
+  RValue holder = make_struct(), list = make_array(1), text = make_string("shared");
+  take_log();
+  store_variable(property_object(holder), id("own"), list);
+  EXPECT_TRUE(take_log().empty()) << "the main thread may";
+  {
+    const WorkerRegistration registered;
+    std::thread worker([&] {
+      store_variable(property_object(holder), id("from_thread"), list);
+      for (int i = 0; i < 1000; ++i) const RValue copy(text), own = make_string("worker's own");
+    });
+    for (int i = 0; i < 1000; ++i) const RValue copy(text), own = make_string("main's own");
+    worker.join();
+  }
+  EXPECT_EQ(take_log(),
+            std::vector<std::string>{"WARNING: You are copying a struct/array to another struct/array or a data structure on a thread"});
+  const RValue* const stored = property_object(holder)->find_variable(id("from_thread"));
+  ASSERT_NE(stored, nullptr);
+  EXPECT_EQ(stored->array, list.array);
+  EXPECT_EQ(list.array->count, 3);
+  EXPECT_EQ(text.string->count, 1);
+}
+
 // What stands in for a missing array is nothing that could be collected.
 TEST_F(Collector, SuppressedArgumentErrorsLeaveNothingBehind) {
   const ErrorSuppression quiet;
