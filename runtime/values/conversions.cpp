@@ -1,5 +1,6 @@
 #include "runtime/values/conversions.h"
 
+#include <algorithm>
 #include <string>
 
 #include "runtime/arrays_structs/object.h"
@@ -45,7 +46,8 @@ std::int32_t to_int32(const RValue& value) {
     case kBool: return saturate_int32(value.real);
     case kString:
       if (!has_text(value)) return 0;
-      if (const auto number = parse_integer(text_of(value))) return static_cast<std::int32_t>(*number);
+      if (const auto number = parse_integer(text_of(value)))
+        return static_cast<std::int32_t>(std::clamp<std::int64_t>(*number, INT32_MIN, INT32_MAX));
       report_error(messages::kNotAnIntegerText, text_of(value));
       return 0;
     case kArray: report_error(messages::kInt32Array); return 0;

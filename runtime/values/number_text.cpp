@@ -33,10 +33,12 @@ Digits split(std::string_view text) {
   return digits;
 }
 
+// What no 64 bits hold is the largest that they do.
 std::optional<std::uint64_t> parse_digits(std::string_view text, int base) {
   std::uint64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (error == std::errc::result_out_of_range) number = UINT64_MAX;
+  if (error == std::errc::invalid_argument || end != text.data() + text.size()) return std::nullopt;
   return number;
 }
 
@@ -113,7 +115,6 @@ std::optional<double> parse_real(std::string_view text) {
 std::optional<std::int64_t> parse_integer(std::string_view text) {
   const Digits digits = split(text);
   if (const auto whole = parse_digits(digits.text, digits.hexadecimal ? 16 : 10)) {
-    if (digits.hexadecimal) return static_cast<std::int64_t>(digits.negative ? 0 - *whole : *whole);
     if (*whole > static_cast<std::uint64_t>(INT64_MAX)) return digits.negative ? INT64_MIN : INT64_MAX;
     return digits.negative ? -static_cast<std::int64_t>(*whole) : static_cast<std::int64_t>(*whole);
   }

@@ -14,7 +14,7 @@ std::string real_to_exact_text(double number);
 
 // Surrounding blanks and a 0x prefix are allowed; anything else around the number is a failure. "inf" and "NaN" are no numbers.
 std::optional<double> parse_real(std::string_view text);
-std::optional<std::int64_t> parse_integer(std::string_view text);  // a fraction is cut off
+std::optional<std::int64_t> parse_integer(std::string_view text);  // a fraction is cut off, what is too large saturates
 // "true", "false" in any case, or a number (above 0.5 is true).
 std::optional<bool> parse_bool(std::string_view text);
 
