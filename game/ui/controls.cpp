@@ -61,6 +61,7 @@ void slide_to(const ObjectSelf& slider, double pointer_x) {
 CONSTRUCTOR(TuiButton, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiButton";
+  self[takes_clicks] = true;
   self[color] = undefined;
   self[is_focusable] = true;
   self[align_items] = tui::kCenter;
@@ -92,6 +93,7 @@ STATIC_METHOD(TuiButton, onActivate) {
 CONSTRUCTOR(TuiCheckbox, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiCheckbox";
+  self[takes_clicks] = true;
   self[is_focusable] = true;
   self[value] = false;
   self[caption] = "";
@@ -123,6 +125,7 @@ STATIC_METHOD(TuiCheckbox, onActivate) {
 CONSTRUCTOR(TuiSlider, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiSlider";
+  self[takes_clicks] = true;
   self[is_focusable] = true;
   self[minimum] = 0;
   self[maximum] = 100;

@@ -59,6 +59,7 @@ extern const Script<Value(Value, Value)> tui_close_window, tui_choose_tab, tui_c
 CONSTRUCTOR(TuiScroll, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiScroll";
+  self[takes_clicks] = true;
   self[clips] = true;
   self[padding_right] = kBarWidth + 4;
   apply_settings(self, settings);
@@ -102,6 +103,7 @@ STATIC_METHOD(TuiScroll, onDraw) {
 CONSTRUCTOR(TuiWindow, Value settings) {
   TuiPanel.extend(self);
   self[widget_type] = "TuiWindow";
+  self[takes_clicks] = true;
   self[is_absolute] = true;
   self[inset_left] = 40;
   self[inset_top] = 40;
@@ -202,6 +204,7 @@ SCRIPT(tui_choose_tab, Value button, Value) {
 CONSTRUCTOR(TuiCombo, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiCombo";
+  self[takes_clicks] = true;
   self[is_focusable] = true;
   self[value] = 0;
   self[options] = array_create(0);
@@ -232,6 +235,7 @@ STATIC_METHOD(TuiCombo, onActivate) {
   const double row = 28, tall = std::min(row * array_length(all).number() + 8, room.height * 0.5);
   const bool opens_above = at.y + at.height + tall > room.height && at.y > tall;
   const Value list = TuiPanel.make(struct_of({{is_absolute, true}, {width, at.width}, {height, tall}, {inset_left, at.x}}));
+  list[takes_clicks] = true;
   list[inset_top] = opens_above ? at.y - tall : at.y + at.height;
   list[setPadding](4);
   const Value area = TuiScroll.make(struct_of({{flex_grow, 1}}));

@@ -88,6 +88,8 @@ std::size_t boundary_at(const Value& input, double pointer_x) {
 CONSTRUCTOR(TuiInput, Value settings) {
   TuiBase.extend(self);
   self[widget_type] = "TuiInput";
+  self[takes_clicks] = true;
+  self[takes_text] = true;
   self[is_focusable] = true;
   self[value] = "";
   self[placeholder] = "";

@@ -17,8 +17,8 @@ const Variable hover_seconds{"hover_seconds"}, pointer_x{"pointer_x"}, pointer_y
 const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"};
 const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
 const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"};
-const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, gpu_push_scissor{"gpu_push_scissor"},
-    gpu_pop_scissor{"gpu_pop_scissor"};
+const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, keyboard_key_name{"keyboard_key_name"},
+    gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"}, window_has_focus{"window_has_focus"};
 
 constexpr int kLeftButton = 1;
 constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyShift = 16, kKeySpace = 32, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
@@ -57,7 +57,7 @@ Value modal_of(const Value& root) {
   Value found;
   const Value all = root[order];
   for (const Value& each : elements(all)) {
-    if (bool(each[is_modal])) found = each;
+    if (bool(each[is_modal]) && !bool(each[is_destroyed])) found = each;
   }
   return found;
 }
@@ -66,7 +66,7 @@ Value widget_at(const Value& root, double at_x, double at_y) {
   Value found;
   const Value all = root[order], modal = modal_of(root);
   for (const Value& each : elements(all)) {
-    if (is_same(each, root) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
+    if (is_same(each, root) || bool(each[is_destroyed]) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
     if (is_undefined(modal) || stands_in(each, modal)) found = each;
   }
   return found;
@@ -135,6 +135,48 @@ void move_focus(const Value& root, int key, bool backwards) {
   if (is_widget(best)) set_focus(root, best);
 }
 
+// Whether a press there is the interface's and not the game's: on a widget that takes clicks, or on what stands in one.
+bool takes_press(const Value& widget) {
+  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
+    if (number_or(at, takes_clicks, 0) > 0 || bool(at[is_focusable])) return true;
+    for (const char* const event : {"press", "drag", "release", "click"}) {
+      if (is_array(variable_struct_get(at[events], event))) return true;
+    }
+  }
+  return false;
+}
+
+// A press lasts while its widget is shown, under no modal layer.
+bool can_be_pressed(const Value& root, const Value& widget) {
+  const Value modal = modal_of(root);
+  return is_shown(root, widget) && (is_undefined(modal) || stands_in(widget, modal));
+}
+
+// `over` is where the pointer is then: it makes a click of what began there, too.
+void end_press(const Value& root, const Value& held, double at_x, double at_y, const Value& over) {
+  const bool inside = is_same(over, held), was_told = bool(held[is_pressed]);
+  root[pressed] = undefined;
+  held[is_pressed] = false;
+  if (!was_told) return;
+  call_guarded(held, held[onRelease], {Real(at_x), Real(at_y), inside});
+  raise(held, "release");
+  if (inside && bool(held[enabled])) raise(held, "click");
+}
+
+// What is disabled keeps the press from the game, but hears nothing of it.
+void begin_press(const Value& root, const Value& over, double at_x, double at_y) {
+  const Value before = reference(root, pressed);
+  if (is_widget(before)) end_press(root, before, at_x, at_y, over);  // let go and pressed again within one frame
+  root[hover_seconds] = 0;
+  set_focus(root, is_widget(over) && bool(over[is_focusable]) && bool(over[enabled]) ? over : Value());
+  if (!takes_press(over)) return;
+  root[pressed] = over;
+  if (!bool(over[enabled])) return;
+  over[is_pressed] = true;
+  raise(over, "press");
+  call_guarded(over, over[onPress], {Real(at_x), Real(at_y)});
+}
+
 void use_pointer(const Value& root, double dt) {
   const double at_x = to_real(device_mouse_x_to_gui(0)), at_y = to_real(device_mouse_y_to_gui(0));
   const bool moved = number_or(root, pointer_x, -1) != at_x || number_or(root, pointer_y, -1) != at_y;
@@ -156,31 +198,19 @@ void use_pointer(const Value& root, double dt) {
     root[hover_seconds] += dt;
   }
 
-  if (bool(mouse_check_button_pressed(kLeftButton))) {
-    root[hover_seconds] = 0;
-    set_focus(root, is_widget(over) && bool(over[is_focusable]) && bool(over[enabled]) ? over : Value());
-    if (is_widget(over) && bool(over[enabled])) {
-      root[pressed] = over;
-      over[is_pressed] = true;
-      raise(over, "press");
-      call_guarded(over, over[onPress], {Real(at_x), Real(at_y)});
-    }
-  }
   const Value held = reference(root, pressed);
-  if (is_widget(held)) {
-    if (bool(mouse_check_button(kLeftButton))) {
-      if (moved) {
-        call_guarded(held, held[onDrag], {Real(at_x), Real(at_y)});
-        raise(held, "drag");
-      }
-    } else {
-      const bool inside = is_same(over, held);
-      held[is_pressed] = false;
-      root[pressed] = undefined;
-      call_guarded(held, held[onRelease], {Real(at_x), Real(at_y), inside});
-      raise(held, "release");
-      if (inside && bool(held[enabled])) raise(held, "click");
-    }
+  if (!is_widget(held)) {
+    root[pressed] = undefined;  // it was destroyed meanwhile
+  } else if (!can_be_pressed(root, held)) {
+    end_press(root, held, at_x, at_y, Value());
+  }
+  if (bool(mouse_check_button_pressed(kLeftButton))) begin_press(root, over, at_x, at_y);
+  const Value still = reference(root, pressed);
+  if (is_widget(still) && !bool(mouse_check_button(kLeftButton))) {
+    end_press(root, still, at_x, at_y, bool(window_has_focus()) ? over : Value());  // a lost focus lets go of the button, but is no click
+  } else if (is_widget(still) && moved && bool(still[is_pressed])) {
+    call_guarded(still, still[onDrag], {Real(at_x), Real(at_y)});
+    raise(still, "drag");
   }
 
   const int turned = (bool(mouse_wheel_up()) ? 1 : 0) - (bool(mouse_wheel_down()) ? 1 : 0);
@@ -276,10 +306,16 @@ STATIC_METHOD(TuiMain, render) {
   return undefined;
 }
 
-// Whether the pointer or the keyboard belongs to the interface now: the game leaves them alone then.
+// Whether the pointer belongs to the interface now, or the keyboard to a line of text: the game leaves them alone then. While the left
+// button is held it is the interface's if the press began on a widget that takes clicks, wherever the pointer went since. Holds before
+// update() of the frame, too.
 STATIC_METHOD(TuiMain, isInteracting) {
-  return is_widget(reference(self, hovered)) || is_widget(reference(self, pressed)) || is_widget(reference(self, focused)) ||
-         is_widget(modal_of(self));
+  if (is_widget(modal_of(self)) || is_widget(reference(self, pressed))) return true;
+  const bool begins = bool(mouse_check_button_pressed(kLeftButton));
+  if (bool(mouse_check_button(kLeftButton)) && !begins) return false;
+  const Value over = widget_at(self, to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)));
+  const Value writer = begins ? Value() : reference(self, focused);
+  return takes_press(over) || (is_widget(writer) && number_or(writer, takes_text, 0) > 0);
 }
 
 // Gives the keyboard to a widget of the tree.

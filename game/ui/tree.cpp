@@ -57,6 +57,7 @@ void add_one(const Value& holder, const Value& widget) {
 void destroy_tree(const Value& widget) {
   if (bool(widget[is_destroyed])) return;
   widget[is_destroyed] = true;
+  for (const Variable* state : {&is_hovered, &is_pressed, &is_focused}) widget[*state] = false;
   const Value inside = widget[content];
   for (const Value& each : elements(inside)) destroy_tree(each);
   call_guarded(widget, widget[onDestroy], {});

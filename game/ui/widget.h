@@ -13,6 +13,9 @@ inline const Variable widget_type{"widget_type"}, name_field{"name"}, events{"ev
     z_order{"z_order"};
 inline const Variable mouse_ignore{"mouse_ignore"}, mouse_ignore_all{"mouse_ignore_all"}, is_focusable{"is_focusable"},
     is_modal{"is_modal"};
+// Set where they hold. A press on the widget is its own, as it is on one with a handler of presses or clicks; what is typed is its own
+// while it has the focus.
+inline const Variable takes_clicks{"takes_clicks"}, takes_text{"takes_text"};
 inline const Variable is_hovered{"is_hovered"}, is_pressed{"is_pressed"}, is_focused{"is_focused"}, is_destroyed{"is_destroyed"};
 inline const Variable rect_x{"rect_x"}, rect_y{"rect_y"}, rect_width{"rect_width"}, rect_height{"rect_height"};
 inline const Variable clip_left{"clip_left"}, clip_top{"clip_top"}, clip_right{"clip_right"}, clip_bottom{"clip_bottom"};

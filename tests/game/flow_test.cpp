@@ -157,6 +157,33 @@ TEST_F(Waves, TheHudShowsTheGunsSlots) {
   check({{"oControl.updateWeaponUI()", "undefined"}});
 }
 
+TEST_F(Waves, TheGunFiresAcrossTheWeaponPanel) {
+  eval("oPlayer.takeGun(oGunPickup)");
+  step();
+  const double x = number("global.ui_weapon.rect_x + 40"), y = number("global.ui_weapon.rect_y + 30");
+  const auto fires = [&](double at_x, double at_y) {
+    ask({{"mouse", {at_x, at_y}}, {"gui", true}});
+    step();
+    return eval("oPlayer.gun.is_firing");
+  };
+  for (const bool begins_on_panel : {false, true}) {
+    EXPECT_EQ(fires(640, begins_on_panel ? y : 500), "false");
+    ask({{"button", 1}, {"down", true}});
+    EXPECT_EQ(fires(begins_on_panel ? x : 640, begins_on_panel ? y : 500), "true");
+    EXPECT_EQ(fires(x, y), "true");
+    EXPECT_EQ(fires(640, 500), "true");
+    ask({{"button", 1}, {"down", false}});
+    EXPECT_EQ(fires(640, 500), "false");
+  }
+  // A card of the reward keeps the click to itself, from its first frame on.
+  start_wave(3);
+  kill_all();
+  step(2);
+  ask({{"button", 1}, {"down", true}});
+  EXPECT_EQ(fires(640 - 108, 360), "false");
+  EXPECT_EQ(fires(640 - 108, 360), "false");
+}
+
 TEST_F(Waves, DeathShowsTheKills) {
   eval("global.statistics.kills = 12; oPlayer.takeGun(oGunPickup); oPlayer.takeDamage(150, 0, 0)");
   check({{"oDeathScreen.text", "You are dead!\nKills: 12\nPress SPACE to restart!"},

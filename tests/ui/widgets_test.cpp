@@ -44,6 +44,78 @@ TEST_F(Widgets, AReleaseElsewhereIsNoClick) {
   check({{"global.b.is_pressed", "false"}, {"array_length(global.seen)", "0"}});
 }
 
+// What belongs to the interface and what to the game: only a press that began on a widget that takes clicks is the interface's.
+TEST_F(Widgets, APressIsTheInterfacesWhereItBegan) {
+  eval(
+      "global.b = new TuiButton({width: 100, height: 40, is_absolute: true, inset_left: 10, inset_top: 10}); global.p = new "
+      "TuiPanel({width: 100, height: 40, is_absolute: true, inset_left: 200, inset_top: 10}); global.w = new TuiWindow({width: 200, "
+      "height: 100, inset_left: 400, inset_top: 10}); global.t = new TuiText({value: \"label\"}); global.w.addContent(global.t); "
+      "global.ui.addContent([global.b, global.p, global.w])");
+  eval("global.b.addEvent(\"click\", method(undefined, ui_note)); global.p.setTooltip(\"a panel\")");
+  const char* const clean = "[global.ui.isInteracting(), global.b.is_pressed]";
+  struct Place {
+    const char* label;
+    double x, y;
+    bool is_interfaces;
+  };
+  for (const Place& at : {Place{"nothing", 640, 600, false},
+                          {"a panel", 250, 30, false},
+                          {"a button", 50, 30, true},
+                          {"a text in a window", 420, 55, true}}) {
+    SCOPED_TRACE(at.label);
+    frame(at.x, at.y);
+    press(true);
+    ask({{"mouse", {at.x, at.y}}, {"gui", true}});
+    step();
+    EXPECT_EQ(eval("global.ui.isInteracting()"), at.is_interfaces ? "true" : "false") << "in the first frame, before update()";
+    eval("global.ui.update(); global.ui.render()");
+    for (const double x : {250.0, 50.0, 640.0}) {  // over everything with the button held
+      frame(x, 30);
+      EXPECT_EQ(eval("global.ui.isInteracting()"), at.is_interfaces ? "true" : "false") << "at " << x;
+    }
+    press(false);
+    frame(640, 600);
+    check({{clean, "[false,false]"}, {"array_length(global.seen)", "0"}});
+  }
+  // A press that ends in another way leaves nothing behind, and is no click.
+  struct Ending {
+    const char* label;
+    const char* statement;  // "": the window loses its focus
+  };
+  for (const Ending& end : {Ending{"hidden", "global.b.setVisible(false)"},
+                            {"shown again", "global.b.setVisible(true)"},
+                            {"taken out", "global.ui.removeContent(global.b)"},
+                            {"put back", "global.ui.addContent(global.b)"},
+                            {"the focus is lost", ""},
+                            {"under a modal layer",
+                             "global.m = new TuiBox(); global.m.setPositionAbsolute(); global.m.setFullSize(); "
+                             "global.m.setModal(); global.m.bringToFront(); global.ui.addContent(global.m); 1"},
+                            {"the layer is gone", "global.m.destroy()"},
+                            {"destroyed", "global.b.destroy()"}}) {
+    SCOPED_TRACE(end.label);
+    frame(50, 30);
+    press(true);
+    frame(50, 30);
+    if (*end.statement == '\0') {
+      InputEvent focus;
+      focus.type = InputEvent::Type::kFocus;
+      push_input(focus);
+      frame(50, 30);
+      check({{clean, "[true,false]"}});  // the pointer rests on the button
+      focus.value = 1;
+      push_input(focus);
+    } else {
+      eval(end.statement);
+      frame(50, 30);
+      check({{"[global.b.is_pressed, global.ui.pressed]", "[false,undefined]"}});
+    }
+    press(false);
+    frame(640, 600);
+    check({{clean, "[false,false]"}});
+  }
+  check({{"array_length(global.seen)", "0"}});
+}
+
 TEST_F(Widgets, DestroyRaisesItsEventOnceFromTheInsideOut) {
   eval("outer = new TuiBox({name: \"outer\"}); inner = new TuiBox({name: \"inner\"}); outer.addContent(inner); global.outer = outer");
   eval(
