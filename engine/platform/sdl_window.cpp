@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "engine/platform/key_codes.h"
 #include "engine/platform/window.h"
 #include "engine/platform/window_graphics.h"
 #include "engine/platform/x11_display.h"
@@ -12,38 +13,6 @@
 
 namespace arena::platform {
 namespace {
-
-// SDL's keys as the key codes of scripts; 0 for keys that have none.
-int key_code(SDL_Keycode key) {
-  if (key >= SDLK_a && key <= SDLK_z) return static_cast<int>(key - SDLK_a) + 'A';
-  if (key >= SDLK_0 && key <= SDLK_9) return static_cast<int>(key);
-  if (key >= SDLK_F1 && key <= SDLK_F12) return static_cast<int>(key - SDLK_F1) + 112;
-  switch (key) {
-    case SDLK_BACKSPACE: return 8;
-    case SDLK_TAB: return 9;
-    case SDLK_RETURN:
-    case SDLK_KP_ENTER: return 13;
-    case SDLK_LSHIFT:
-    case SDLK_RSHIFT: return 16;
-    case SDLK_LCTRL:
-    case SDLK_RCTRL: return 17;
-    case SDLK_LALT:
-    case SDLK_RALT: return 18;
-    case SDLK_ESCAPE: return 27;
-    case SDLK_SPACE: return 32;
-    case SDLK_PAGEUP: return 33;
-    case SDLK_PAGEDOWN: return 34;
-    case SDLK_END: return 35;
-    case SDLK_HOME: return 36;
-    case SDLK_LEFT: return 37;
-    case SDLK_UP: return 38;
-    case SDLK_RIGHT: return 39;
-    case SDLK_DOWN: return 40;
-    case SDLK_INSERT: return 45;
-    case SDLK_DELETE: return 46;
-    default: return 0;
-  }
-}
 
 int button_number(std::uint8_t button) {
   return button == SDL_BUTTON_LEFT ? 1 : button == SDL_BUTTON_RIGHT ? 2 : button == SDL_BUTTON_MIDDLE ? 3 : 0;
@@ -63,6 +32,7 @@ class SdlWindow final : public Window {
       : window_(window), graphics_(std::move(graphics)), windowed_{0, 0, options.width, options.height} {
     if (is_fullscreen()) fill_display();
     report_size();
+    report_keys();
   }
   ~SdlWindow() override {
     graphics_.reset();
@@ -117,6 +87,20 @@ class SdlWindow final : public Window {
     push_size(width, height);
   }
 
+  // What stands on the letter and digit keys, where that changed.
+  void report_keys() {
+    for (std::size_t i = 0; i < kPlaces.size(); ++i) {
+      InputEvent label;
+      label.type = InputEvent::Type::kKeyLabel;
+      label.code = kPlaces[i];
+      label.text = key_label(SDL_GetKeyFromScancode(static_cast<SDL_Scancode>(scancode_of(kPlaces[i]))));
+      if (label.text == std::string(1, kPlaces[i])) label.text.clear();
+      if (label.text == labels_[i]) continue;
+      labels_[i] = label.text;
+      push_input(label);
+    }
+  }
+
   void handle(const SDL_Event& event) {
     switch (event.type) {
       case SDL_QUIT: closed_ = true; break;
@@ -142,14 +126,16 @@ class SdlWindow final : public Window {
         push_input(typed);
         break;
       }
+      case SDL_KEYMAPCHANGED: report_keys(); break;
       case SDL_WINDOWEVENT: handle_window(event.window); break;
       default: break;
     }
   }
 
   void handle_key(const SDL_KeyboardEvent& key) {
-    if (key.repeat != 0) return;
     const bool down = key.type == SDL_KEYDOWN;
+    const int code = key_code(key.keysym.scancode, key.keysym.sym);
+    if (key.repeat != 0 && code != kBackspace) return;  // text is taken back again and again, as it is typed
     // The window's own keys never reach the game.
     const bool toggles = key.keysym.sym == SDLK_F11 || (key.keysym.sym == SDLK_RETURN && (key.keysym.mod & KMOD_ALT) != 0);
     if (toggles) {
@@ -160,7 +146,7 @@ class SdlWindow final : public Window {
       takes_screenshot_ = takes_screenshot_ || down;
       return;
     }
-    if (const int code = key_code(key.keysym.sym)) push_key(code, down);
+    if (code != 0) push_key(code, down);
   }
 
   void handle_window(const SDL_WindowEvent& event) {
@@ -175,6 +161,7 @@ class SdlWindow final : public Window {
   SDL_Window* window_;
   std::unique_ptr<WindowGraphics> graphics_;
   SDL_Rect windowed_;  // where it stands when it does not fill the display
+  std::string labels_[kPlaces.size()];  // as reported last; "": that of the US layout
   bool closed_ = false, takes_screenshot_ = false;
 };
 

@@ -12,7 +12,7 @@ const Variable pickup_range{"pickup_range"}, is_highlighted{"is_highlighted"}, r
 const Variable power_field{"power"}, speed_field{"speed"}, beam_field{"beam"}, grenade_field{"grenade"}, projectile_field{"projectile"};
 const Variable rapid_field{"rapid"}, accuracy_field{"accuracy"}, multishot_field{"multishot"}, knockback_field{"knockback"};
 const Variable heavy_hit_field{"heavy_hit"};
-const Builtin draw_circle_color{"draw_circle_color"};
+const Builtin draw_circle_color{"draw_circle_color"}, string_replace{"string_replace"}, keyboard_key_name{"keyboard_key_name"};
 
 constexpr Real kDiscRadius = 20, kHaloRadius = 24;                                       // pixels
 constexpr Real kHintHeight = 30;                                                         // pixels above the pickup
@@ -34,7 +34,8 @@ void draw_pickup(Instance self, const std::function<void()>& picture) {
   draw_set_font(fntUi);
   draw_set_halign(fa_center);
   draw_set_valign(fa_bottom);
-  draw_text(self[x], self[y] - kHintHeight, self[pickup_hint]);
+  // The hint names E by its place; the player reads what stands there.
+  draw_text(self[x], self[y] - kHintHeight, string_replace(self[pickup_hint], "Press E ", "Press " + keyboard_key_name('E') + " "));
 }
 
 void hand_over_gun(Instance taker, Instance pickup) {

@@ -8,7 +8,7 @@ namespace arena::game {
 namespace {
 
 const Variable start_timer{"start_timer"}, start_timer_on{"start_timer_on"}, pistol{"pistol"};
-const Builtin room_goto{"room_goto"};
+const Builtin room_goto{"room_goto"}, keyboard_key_name{"keyboard_key_name"};
 
 constexpr int kAnyKey = 1, kKeyEscape = 27;
 constexpr Real kCountdown = 60;  // seconds
@@ -55,8 +55,10 @@ EVENT(oPrepare1, Draw_64) {
   draw_set_valign(fa_middle);
   write(0.16, 4, kTitleColour, "ARENA");
   draw_set_font(fntUi);
-  write(0.72, 1, kTextColour, "W A S D  move      Shift  dash      Mouse  aim and fire");
-  write(0.77, 1, kTextColour, "E  pick up      Q  drop gun      Esc  quit");
+  const auto key = [](int code) { return keyboard_key_name(code); };  // as the player's own layout names the place
+  write(0.72, 1, kTextColour,
+        string_of("{0} {1} {2} {3}  move      Shift  dash      Mouse  aim and fire", key('W'), key('A'), key('S'), key('D')));
+  write(0.77, 1, kTextColour, string_of("{0}  pick up      {1}  drop gun      Esc  quit", key('E'), key('Q')));
   const Value call = self[start_timer_on] ? string_of("The arena opens in {0} s", ceil(self[start_timer])) : Value("Press any key");
   write(0.88, 1.25, kTitleColour, call);
 }

@@ -17,12 +17,13 @@ const Variable hover_seconds{"hover_seconds"}, pointer_x{"pointer_x"}, pointer_y
 const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"};
 const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
 const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"};
+const Builtin keyboard_key_name{"keyboard_key_name"};
 const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, keyboard_key_name{"keyboard_key_name"},
     gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"}, window_has_focus{"window_has_focus"};
 
 constexpr int kLeftButton = 1;
 constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyShift = 16, kKeySpace = 32, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
-constexpr int kKeysForWidgets[] = {8, kKeyEnter, 27, kKeySpace, 35, 36, kKeyLeft, kKeyUp, kKeyRight, kKeyDown, 46, 65, 67, 86, 88};
+constexpr int kKeysForWidgets[] = {8, kKeyEnter, 27, kKeySpace, 35, 36, kKeyLeft, kKeyUp, kKeyRight, kKeyDown, 46};
 constexpr double kTooltipDelay = 0.4;  // s of rest over a widget
 
 Value reference(const Value& root, const Variable& field) {
@@ -219,6 +220,13 @@ void use_pointer(const Value& root, double dt) {
   }
 }
 
+// Key codes are places; what widgets take for commands (Ctrl+A) is the letter that the player's layout has there, if it has any.
+int letter_at(int place) {
+  const Value name = keyboard_key_name(place);
+  const std::string_view label = text_of(name);
+  return label.size() == 1 && label[0] >= 'A' && label[0] <= 'Z' ? label[0] : place;
+}
+
 void use_keyboard(const Value& root) {
   const bool backwards = bool(keyboard_check(kKeyShift));
   if (bool(keyboard_check_pressed(kKeyTab))) move_focus(root, kKeyTab, backwards);
@@ -227,6 +235,9 @@ void use_keyboard(const Value& root) {
   if (!is_shown(root, target) || !takes_keyboard(target, modal_of(root))) return set_focus(root, undefined);
   const Value typed = keyboard_text();
   if (typed.is_string() && !text_of(typed).empty()) call_guarded(target, target[onText], {typed});
+  for (int place = 'A'; place <= 'Z'; ++place) {
+    if (bool(keyboard_check_pressed(place))) call_guarded(target, target[onKey], {letter_at(place)});
+  }
   for (const int key : kKeysForWidgets) {
     if (!bool(keyboard_check_pressed(key)) || bool(call_guarded(target, target[onKey], {key}))) continue;
     if (key >= kKeyLeft && key <= kKeyDown) move_focus(root, key, false);

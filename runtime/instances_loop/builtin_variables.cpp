@@ -12,6 +12,7 @@
 #include "runtime/values/conversions.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/strings.h"
+#include "runtime/values/text.h"
 
 namespace arena {
 namespace {
@@ -159,7 +160,8 @@ const BuiltinVariable instance_count{"instance_count", false,
                                      [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().live_count())); }};
 const BuiltinVariable keyboard_lastkey{"keyboard_lastkey", false,
                                        [](CInstance*, std::int32_t) { return RValue(static_cast<double>(input_state().last_key)); }};
-const BuiltinVariable keyboard_string{"keyboard_string", false, [](CInstance*, std::int32_t) { return make_string(input_state().text); }};
+const BuiltinVariable keyboard_string{"keyboard_string", false, [](CInstance*, std::int32_t) { return make_string(input_state().typed); },
+                                      [](CInstance*, std::int32_t, const RValue& value) { set_typed(to_text(value)); }};
 
 struct ViewCamera : BuiltinVariable {
   ViewCamera() : BuiltinVariable("view_camera", false, get_camera, set_camera) { length = kViews; }

@@ -14,6 +14,7 @@ void keyboard_clear(std::int32_t key) {
   input_state().key_down[key] = input_state().key_pressed[key] = input_state().key_released[key] = false;
 }
 
+std::string keyboard_key_name(std::int32_t key) { return key_name(key); }
 std::string keyboard_text() { return input_state().text; }  // typed in this frame
 
 // -1 any button, 0 none, 1 left, 2 right, 3 middle.
@@ -83,6 +84,7 @@ const BuiltinEntry kEntries[] = {
     {"keyboard_check_pressed", builtin<keyboard_check_pressed>},
     {"keyboard_check_released", builtin<keyboard_check_released>},
     {"keyboard_clear", builtin<keyboard_clear>},
+    {"keyboard_key_name", builtin<keyboard_key_name>},
     {"keyboard_text", builtin<keyboard_text>},
     {"mouse_check_button", builtin<mouse_check_button>},
     {"mouse_check_button_pressed", builtin<mouse_check_button_pressed>},

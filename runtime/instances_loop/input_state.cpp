@@ -9,8 +9,17 @@ std::vector<InputEvent> queue, applied;
 
 bool in_range(int code, int count) { return code >= 0 && code < count; }
 
+bool starts_character(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
+
+void take_back_character(std::string& text) {
+  while (!text.empty() && !starts_character(text.back())) text.pop_back();
+  if (!text.empty()) text.pop_back();
+}
+
+// A repeated key comes again without having been let go.
 void apply_key(InputState& state, int code, bool down) {
   if (!in_range(code, kKeys) || code <= kVkAnyKey) return;
+  if (down && code == kBackspace) take_back_character(state.typed);
   if (down && !state.key_down[code]) state.key_pressed[code] = true;
   if (!down && state.key_down[code]) state.key_released[code] = true;
   state.key_down[code] = down;
@@ -39,7 +48,13 @@ void apply(InputState& state, const InputEvent& event) {
       state.pointer_x = event.x;
       state.pointer_y = event.y;
       break;
-    case InputEvent::Type::kText: state.text += event.text; break;
+    case InputEvent::Type::kText:
+      state.text += event.text;
+      set_typed(state.typed + event.text);
+      break;
+    case InputEvent::Type::kKeyLabel:
+      if (in_range(event.code, kKeys)) state.key_labels[event.code] = event.text;
+      break;
     case InputEvent::Type::kFocus:
       state.has_focus = event.value != 0;
       if (!state.has_focus) release_all(state);
@@ -105,7 +120,42 @@ void reset_input() {
   std::fill(std::begin(state.key_down), std::end(state.key_down), false);
   std::fill(std::begin(state.button_down), std::end(state.button_down), false);
   state.last_key = 0;
+  state.typed.clear();
   queue.clear();
+}
+
+void set_typed(std::string text) {
+  std::size_t characters = 0, from = text.size();
+  while (from > 0 && characters < kLongestTyped) characters += starts_character(text[--from]) ? 1 : 0;
+  input_state().typed = text.substr(from);
+}
+
+std::string key_name(int code) {
+  if (!in_range(code, kKeys)) return "";
+  if (const std::string& label = input_state().key_labels[code]; !label.empty()) return label;
+  if ((code >= 'A' && code <= 'Z') || (code >= '0' && code <= '9')) return std::string(1, static_cast<char>(code));
+  if (code >= 112 && code < 124) return "F" + std::to_string(code - 111);
+  switch (code) {
+    case kBackspace: return "Backspace";
+    case 9: return "Tab";
+    case 13: return "Enter";
+    case 16: return "Shift";
+    case 17: return "Ctrl";
+    case 18: return "Alt";
+    case 27: return "Esc";
+    case 32: return "Space";
+    case 33: return "Page Up";
+    case 34: return "Page Down";
+    case 35: return "End";
+    case 36: return "Home";
+    case 37: return "Left";
+    case 38: return "Up";
+    case 39: return "Right";
+    case 40: return "Down";
+    case 45: return "Insert";
+    case 46: return "Delete";
+    default: return "";
+  }
 }
 
 InputState& input_state() {

@@ -7,19 +7,22 @@
 
 namespace arena {
 
-inline constexpr int kKeys = 256;   // key codes: letters and digits by their ASCII capitals, others as the vk_ constants
+// Key codes. Letters and digits are places on the keyboard, named by the ASCII capitals of the US layout; others as the vk_ constants.
+inline constexpr int kKeys = 256;
 inline constexpr int kButtons = 4;  // 1 left, 2 right, 3 middle
 inline constexpr int kVkNoKey = 0, kVkAnyKey = 1;
+inline constexpr int kBackspace = 8;
+inline constexpr std::size_t kLongestTyped = 1024;  // characters of keyboard_string
 
 enum class PointerSpace : std::uint8_t { kWindow, kRoom, kGui };
 
 struct InputEvent {
-  enum class Type : std::uint8_t { kKey, kButton, kPointer, kText, kFocus, kWindowSize, kWheel } type = Type::kKey;
+  enum class Type : std::uint8_t { kKey, kButton, kPointer, kText, kFocus, kWindowSize, kWheel, kKeyLabel } type = Type::kKey;
   std::int32_t code = 0;   // key code, button, width, wheel steps
   std::int32_t value = 0;  // 1 down, 0 up; focus gained; height
   PointerSpace space = PointerSpace::kWindow;
   double x = 0, y = 0;
-  std::string text;
+  std::string text;  // typed; what stands on the key, "" for that of the US layout
 };
 
 struct InputState {
@@ -29,7 +32,9 @@ struct InputState {
   std::int32_t wheel = 0;  // steps up in this frame; down is negative
   PointerSpace pointer_space = PointerSpace::kWindow;
   double pointer_x = 0, pointer_y = 0;
-  std::string text;  // typed in this frame, UTF-8
+  std::string text;               // typed in this frame, UTF-8
+  std::string typed;              // keyboard_string: the last kLongestTyped characters, until scripts clear it
+  std::string key_labels[kKeys];  // what the player's layout has on letter and digit keys; "": as the US layout
   bool has_focus = true;
   std::int32_t window_width = 1280, window_height = 720;
 };
@@ -42,9 +47,14 @@ void push_pointer(PointerSpace space, double x, double y);
 void begin_input_frame();
 // The events that begin_input_frame applied last: what a recorder writes.
 const std::vector<InputEvent>& applied_input();
-// Forgets edges, keys held and queued events, as a restart does.
+// Forgets edges, keys held, typed text and queued events, as a restart does.
 void reset_input();
 InputState& input_state();
+
+// What keyboard_string holds from now on: the last kLongestTyped characters.
+void set_typed(std::string text);
+// What the player calls the key: in the layout in use for letters and digits, in English for the others. "" for codes without a key.
+std::string key_name(int code);
 
 // "Any" and "no key" counted in.
 bool key_test(const bool (&keys)[kKeys], int code);

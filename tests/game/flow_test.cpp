@@ -5,6 +5,7 @@
 
 #include "engine/audio/audio.h"
 #include "engine/console/state_hash.h"
+#include "runtime/instances_loop/input_state.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
@@ -30,6 +31,36 @@ TEST_F(Preparation, ThePlayerStandsArmedBesideTheFirstModifier) {
   key('E', true);
   step();  // taken, and being a key it opens the arena
   check({{"room_get_name(room)", "rArena"}, {"instance_exists(oPrepare1)", "false"}, {"oPlayer.gun", "-4"}, {"oPlayer.hp", "100"}});
+}
+
+TEST_F(Preparation, TheHelpShowsThePlayersLayout) {
+  const auto label = [&](int code, const char* text) {
+    InputEvent event;
+    event.type = InputEvent::Type::kKeyLabel;
+    event.code = code;
+    event.text = text;
+    push_input(event);
+  };
+  const auto texts = [&] {
+    step();
+    std::string all;
+    const auto draws = ask({{"draws", true}})["draws"];
+    for (const auto& call : draws) {
+      if (call["call"] == "draw_text" || call["call"] == "draw_text_transformed") all += call["args"][2].get<std::string>() + "|";
+    }
+    return all;
+  };
+  eval("oModifierPickup.is_highlighted = true");
+  EXPECT_NE(texts().find("|W A S D  move "), std::string::npos);
+  label('W', "Ц");
+  label('E', "У");
+  const std::string changed = texts();  // while the game runs
+  EXPECT_NE(changed.find("|Ц A S D  move "), std::string::npos) << changed;
+  EXPECT_NE(changed.find("|У  pick up "), std::string::npos) << changed;
+  EXPECT_NE(changed.find("Press У to pick up mod|"), std::string::npos) << changed;
+  label('W', "");
+  label('E', "");
+  step();
 }
 
 TEST_F(Preparation, TheCountdownOpensTheArena) {

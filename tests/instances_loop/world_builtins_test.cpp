@@ -163,6 +163,62 @@ TEST_F(World, WhoLosesTheFocusLetsGoOfEverything) {
   check({{"keyboard_clear(68); [keyboard_check(68), keyboard_check_pressed(68)]", "[false,false]"}, {"keyboard_clear(-5)", "undefined"}});
 }
 
+TEST_F(World, TypedTextIsCollectedUntilItIsCleared) {
+  const auto type = [&](const std::string& text) {
+    InputEvent event;
+    event.type = InputEvent::Type::kText;
+    event.text = text;
+    push_input(event);
+  };
+  type("añ");
+  step();
+  type("€b");
+  step(3);
+  check({{"[keyboard_string, keyboard_text()]", "[\"añ€b\",\"\"]"}});
+  key(8, true);
+  key(8, true);  // the keyboard repeats it
+  type("c");
+  key(8, false);
+  step();
+  check({{"keyboard_string", "añc"},
+         {"keyboard_string = \"né\"; keyboard_string", "né"},
+         {"keyboard_string = 12; keyboard_string", "12"},
+         {"keyboard_string = \"\"; keyboard_string", ""}});
+  key(8, true);
+  type(std::string(1500, 'x') + "ñy");
+  step();
+  check({{"[string_length(keyboard_string), string_copy(keyboard_string, 1022, 3)]", "[1024,\"xñy\"]"},
+         {"keyboard_string = string_repeat(\"€\", 2000); string_length(keyboard_string)", "1024"}});
+  eval("game_restart()");
+  step();
+  check({{"keyboard_string", ""}});
+}
+
+TEST_F(World, KeysAreCalledAsThePlayersLayoutCallsThem) {
+  const auto label = [&](int code, const std::string& text) {
+    InputEvent event;
+    event.type = InputEvent::Type::kKeyLabel;
+    event.code = code;
+    event.text = text;
+    push_input(event);
+  };
+  const char* const some =
+      "global.k = keyboard_key_name; [global.k(87), global.k(65), global.k(49), global.k(16), global.k(27), global.k(123), global.k(255), "
+      "global.k(-1)]";
+  check({{some, "[\"W\",\"A\",\"1\",\"Shift\",\"Esc\",\"F12\",\"\",\"\"]"}});
+  label('W', "Ц");
+  label('A', "Q");
+  label(-5, "x");
+  step();
+  check({{some, "[\"Ц\",\"Q\",\"1\",\"Shift\",\"Esc\",\"F12\",\"\",\"\"]"}});
+  eval("game_restart()");
+  label('W', "");
+  step();
+  check({{"[keyboard_key_name(87), keyboard_key_name(65)]", "[\"W\",\"Q\"]"}});  // a restart changes no keyboard
+  label('A', "");
+  step();
+}
+
 TEST_F(World, ViewsShowWhatTheirCameraSees) {
   check({
       {"c = camera_create(); camera_set_view_pos(c, 100, 200); camera_set_view_size(c, 640, 360); view_set_camera(0, c); "

@@ -42,10 +42,9 @@ class Packer {
     const Json rooms_source = read("rooms/rooms.json");
     std::vector<int> starters;
     for (const auto& object : rooms_source.at("starters")) starters.push_back(object_number(object));
-    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", rooms_source.at("first")),
-                                     builder_.CreateVector(sprites), builder_.CreateVector(pages_), builder_.CreateVector(fonts),
-                                     builder_.CreateVector(sounds), builder_.CreateVector(rooms), builder_.CreateVector(starters),
-                                     builder_.CreateVector(objects)));
+    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", rooms_source.at("first")), builder_.CreateVector(sprites),
+                                     builder_.CreateVector(pages_), builder_.CreateVector(fonts), builder_.CreateVector(sounds),
+                                     builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects)));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
     bytes.insert(bytes.end(), builder_.GetBufferPointer(), builder_.GetBufferPointer() + builder_.GetSize());
     return bytes;
@@ -169,7 +168,8 @@ class Packer {
     std::vector<flatbuffers::Offset<data::Font>> written;
     const Json sources = read("fonts.json");
     for (const auto& [name, json] : sources.items()) {
-      const PackedFont font = pack_font(json.at("file"), kEmPixels, {{0x20, 0x7E}, {0xA0, 0x17F}, {0x2013, 0x2026}});
+      const PackedFont font =
+          pack_font(json.at("file"), kEmPixels, {{0x20, 0x7E}, {0xA0, 0x17F}, {0x391, 0x3C9}, {0x400, 0x45F}, {0x2013, 0x2026}});
       std::vector<Image> images;
       for (const PackedGlyph& glyph : font.glyphs) {
         if (glyph.field.width > 0) images.push_back(glyph.field);

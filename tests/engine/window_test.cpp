@@ -1,0 +1,77 @@
+// Keys as they come from the system: places for letters and digits, what the layout says for the rest.
+#include "engine/platform/window.h"
+#include "runtime/instances_loop/input_state.h"
+
+#include <SDL.h>
+
+#include "engine/platform/key_codes.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+TEST(KeyCodes, LettersAndDigitsArePlacesAndOthersWhatTheLayoutSays) {
+  struct Case {
+    const char* label;
+    int scancode, keycode, expected;
+  };
+  const Case cases[] = {{"W, US", SDL_SCANCODE_W, SDLK_w, 'W'},
+                        {"W's place, Russian", SDL_SCANCODE_W, 0x446, 'W'},
+                        {"W's place, French", SDL_SCANCODE_W, SDLK_z, 'W'},
+                        {"A's place, French", SDL_SCANCODE_A, SDLK_q, 'A'},
+                        {"Y's place, German", SDL_SCANCODE_Y, SDLK_z, 'Y'},
+                        {"1's place, French", SDL_SCANCODE_1, SDLK_AMPERSAND, '1'},
+                        {"0's place, French", SDL_SCANCODE_0, 0xE0, '0'},
+                        {"9", SDL_SCANCODE_9, SDLK_9, '9'},
+                        {"Caps Lock that was made Escape", SDL_SCANCODE_CAPSLOCK, SDLK_ESCAPE, 27},
+                        {"F12", SDL_SCANCODE_F12, SDLK_F12, 123},
+                        {"right Shift", SDL_SCANCODE_RSHIFT, SDLK_RSHIFT, 16},
+                        {"a semicolon", SDL_SCANCODE_SEMICOLON, SDLK_SEMICOLON, 0}};
+  for (const Case& each : cases) EXPECT_EQ(platform::key_code(each.scancode, each.keycode), each.expected) << each.label;
+  for (const char place : platform::kPlaces) EXPECT_EQ(platform::key_code(platform::scancode_of(place), 0), place) << place;
+}
+
+TEST(KeyCodes, LabelsAreCapitals) {
+  struct Case {
+    int keycode;
+    const char* expected;
+  };
+  const Case cases[] = {{'w', "W"},   {'&', "&"},   {0xE9, "É"},  {0xF7, "÷"}, {0x446, "Ц"}, {0x451, "Ё"},
+                        {0x142, "Ł"}, {0x161, "Š"}, {0x3C3, "Σ"}, {0x5D0, ""}, {' ', ""},    {SDLK_UP, ""}};
+  for (const Case& each : cases) EXPECT_EQ(platform::key_label(each.keycode), each.expected) << each.keycode;
+}
+
+TEST(Window, KeysOfAnyLayoutReachTheGame) {
+  std::string problem;
+  platform::WindowOptions options;
+  options.offscreen = true;
+  const std::unique_ptr<platform::Window> window = platform::open_window(options, problem);
+  ASSERT_NE(window, nullptr) << problem;
+  const auto press = [&](Uint32 type, SDL_Scancode scancode, SDL_Keycode keycode, bool repeats = false) {
+    SDL_Event event{};
+    event.type = type;
+    event.key.keysym.scancode = scancode;
+    event.key.keysym.sym = keycode;
+    event.key.repeat = repeats;
+    SDL_PushEvent(&event);
+  };
+  reset_input();
+  set_typed("abc");
+  press(SDL_KEYDOWN, SDL_SCANCODE_W, 0x446);
+  press(SDL_KEYDOWN, SDL_SCANCODE_BACKSPACE, SDLK_BACKSPACE);
+  press(SDL_KEYDOWN, SDL_SCANCODE_BACKSPACE, SDLK_BACKSPACE, true);
+  window->poll();
+  begin_input_frame();
+  EXPECT_TRUE(key_test(input_state().key_pressed, 'W'));
+  EXPECT_EQ(input_state().typed, "a");
+  press(SDL_KEYDOWN, SDL_SCANCODE_W, 0x446, true);
+  press(SDL_KEYUP, SDL_SCANCODE_W, SDLK_z);  // the layout changed meanwhile
+  window->poll();
+  begin_input_frame();
+  EXPECT_FALSE(key_test(input_state().key_pressed, 'W'));
+  EXPECT_FALSE(key_test(input_state().key_down, 'W'));
+  reset_input();
+}
+
+}  // namespace
+}  // namespace arena::test
