@@ -46,6 +46,7 @@ EVENT(oControl, Step_0) {
 }
 
 EVENT(oControl, Draw_0) { global[decals][DrawCamera](); }
+EVENT(oControl, Draw_73) { getTarnCamera()[drawDebug](); }  // over everything in the room, when it is switched on
 EVENT(oControl, Draw_64) { global[game_ui][render](); }
 EVENT(oControl, KeyPress_27) { game_end(); }
 EVENT(oControl, CleanUp_0) { global[decals][Destroy](); }

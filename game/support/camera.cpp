@@ -16,7 +16,7 @@ const Variable camera_angle{"camera_angle"}, camera_angle_target{"camera_angle_t
 const Variable camera_width_offset{"camera_width_offset"}, camera_height_offset{"camera_height_offset"};
 const Variable last_window_width{"last_window_width"}, last_window_height{"last_window_height"};
 const Variable debug_x1{"debug_x1"}, debug_y1{"debug_y1"}, debug_x2{"debug_x2"}, debug_y2{"debug_y2"}, instance{"instance"};
-const Variable updateViewSize{"updateViewSize"}, drawDebug{"drawDebug"}, setViewSize{"setViewSize"}, getViewSize{"getViewSize"};
+const Variable updateViewSize{"updateViewSize"}, setViewSize{"setViewSize"}, getViewSize{"getViewSize"};
 const Variable zoomIn{"zoomIn"}, zoomOut{"zoomOut"}, setTarget{"setTarget"}, setOffset{"setOffset"}, setSmoothness{"setSmoothness"};
 const Variable setZoomSmoothness{"setZoomSmoothness"}, setMaxDistance{"setMaxDistance"}, setAngle{"setAngle"};
 const Variable setAngleSmoothness{"setAngleSmoothness"}, toggleDebugMode{"toggleDebugMode"};
@@ -25,17 +25,26 @@ const Variable view_camera{"view_camera"};
 const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"};
 const Builtin camera_set_view_pos{"camera_set_view_pos"}, camera_set_view_size{"camera_set_view_size"};
 const Builtin camera_set_view_angle{"camera_set_view_angle"}, camera_get_view_width{"camera_get_view_width"};
+const Builtin draw_get_colour{"draw_get_colour"}, draw_get_alpha{"draw_get_alpha"}, draw_get_font{"draw_get_font"};
+const Builtin draw_get_halign{"draw_get_halign"}, draw_get_valign{"draw_get_valign"}, draw_line{"draw_line"};
 const Builtin camera_get_view_height{"camera_get_view_height"}, view_get_camera{"view_get_camera"};
 
-constexpr Real kZoomStep = 0.1;        // of zoomIn and zoomOut: ten steps from normal to double
-constexpr Real kDebugLine = 0x00FFFF;  // yellow
+constexpr Real kZoomStep = 0.1;                   // of zoomIn and zoomOut: ten steps from normal to double
+constexpr Real kDebugLine = 0x00FFFF;             // yellow
+constexpr Real kDebugInset = 8, kDebugMark = 16;  // pixels
 
-// The corners of the view around the centre.
+// What the view shows in its middle: the camera and, beside it, the offset. The camera itself knows nothing of the offset, so that the
+// smoothing does not chase it.
+Real middle_x(const ObjectSelf& self) { return self[x] + Value(self[x_offset]); }
+Real middle_y(const ObjectSelf& self) { return self[y] + Value(self[y_offset]); }
+
+// The corners of the view around its middle.
 void place_rectangle(ObjectSelf self) {
-  self[x1] = self[x] - Value(self[width_half]);
-  self[y1] = self[y] - Value(self[height_half]);
-  self[x2] = self[x] + Value(self[width_half]);
-  self[y2] = self[y] + Value(self[height_half]);
+  const Real across = middle_x(self), down = middle_y(self);
+  self[x1] = across - Value(self[width_half]);
+  self[y1] = down - Value(self[height_half]);
+  self[x2] = across + Value(self[width_half]);
+  self[y2] = down + Value(self[height_half]);
 }
 
 // Towards the wanted value; at once when the smoothing is off.
@@ -92,7 +101,7 @@ METHOD(TarnCamera, update) {
     camera_set_view_angle(self[camera_view], self[camera_angle]);
   }
 
-  // Follow. The offset is what the camera looks at beside its target: it is part of the goal of the smoothing, outside the leash.
+  // Follow, on the leash
   const Value target = self[target_object];
   if (target != noone && instance_exists(target)) {
     const Real target_x = target[x], target_y = target[y];
@@ -103,8 +112,6 @@ METHOD(TarnCamera, update) {
       self[x] = target_x + lengthdir_x(self[max_distance], behind);
       self[y] = target_y + lengthdir_y(self[max_distance], behind);
     }
-    self[x] += self[x_offset];
-    self[y] += self[y_offset];
   }
 
   // Shake. It ends when its time has run out.
@@ -116,27 +123,46 @@ METHOD(TarnCamera, update) {
     self[shake_length] -= dt;
   }
 
-  camera_set_view_pos(self[camera_view], self[x] - self[width_half], self[y] - self[height_half]);
+  camera_set_view_pos(self[camera_view], middle_x(self) - Value(self[width_half]), middle_y(self) - Value(self[height_half]));
   place_rectangle(self);
 
   if (self[debug_enabled]) {
-    self[debug_x1] = self[x] - camera_get_view_width(self[camera_view]) / 2;
-    self[debug_y1] = self[y] - camera_get_view_height(self[camera_view]) / 2;
-    self[debug_x2] = self[x] + camera_get_view_width(self[camera_view]) / 2;
-    self[debug_y2] = self[y] + camera_get_view_height(self[camera_view]) / 2;
+    const Real across = camera_get_view_width(self[camera_view]), down = camera_get_view_height(self[camera_view]);
+    self[debug_x1] = middle_x(self) - across / 2;
+    self[debug_y1] = middle_y(self) - down / 2;
+    self[debug_x2] = middle_x(self) + across / 2;
+    self[debug_y2] = middle_y(self) + down / 2;
   }
   return undefined;
 }
 
-// The view's frame a little inside its edge, its centre, and the leash around the target.
+// In room coordinates: the view's frame a little inside its edge, the camera, its target with the leash, and numbers. What was set for
+// drawing stays as it was.
 METHOD(TarnCamera, drawDebug) {
   if (!self[debug_enabled]) return undefined;
+  const Value colour_before = draw_get_colour(), alpha_before = draw_get_alpha(), font_before = draw_get_font(),
+              halign_before = draw_get_halign(), valign_before = draw_get_valign();
   draw_set_colour(kDebugLine);
-  draw_rectangle(self[x1] + 8, self[y1] + 8, self[x2] - 8, self[y2] - 8, true);
-  draw_circle(self[x], self[y], 6, true);
+  draw_set_alpha(1);
+  draw_rectangle(self[x1] + kDebugInset, self[y1] + kDebugInset, self[x2] - kDebugInset, self[y2] - kDebugInset, true);
+  draw_circle(self[x], self[y], kDebugMark, true);
   const Value target = self[target_object];
-  if (target != noone && instance_exists(target)) draw_circle(target[x], target[y], self[max_distance], true);
-  draw_text(self[x1] + 16, self[y1] + 16, "zoom " + string(self[camera_zoom]) + "  shake " + string(self[shake]));
+  if (target != noone && instance_exists(target)) {
+    const Real target_x = target[x], target_y = target[y];
+    draw_circle(target_x, target_y, self[max_distance], true);
+    draw_line(target_x - kDebugMark, target_y, target_x + kDebugMark, target_y);
+    draw_line(target_x, target_y - kDebugMark, target_x, target_y + kDebugMark);
+  }
+  draw_set_font(fntUi);
+  draw_set_halign(fa_left);
+  draw_set_valign(fa_top);
+  draw_text(self[x1] + 2 * kDebugInset, self[y1] + 2 * kDebugInset,
+            string_of("zoom {0}  shake {1}  angle {2}", self[camera_zoom], self[shake], self[camera_angle]));
+  draw_set_colour(colour_before);
+  draw_set_alpha(alpha_before);
+  draw_set_font(font_before);
+  draw_set_halign(halign_before);
+  draw_set_valign(valign_before);
   return undefined;
 }
 

@@ -10,6 +10,7 @@ extern const Script<Value()> getTarnCamera;
 // Methods that other folders call.
 inline const Variable init{"init"};
 inline const Variable update{"update"};
+inline const Variable drawDebug{"drawDebug"};
 inline const Variable setPosition{"setPosition"};
 inline const Variable applyShake{"applyShake"};
 

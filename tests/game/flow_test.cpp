@@ -215,6 +215,29 @@ TEST_F(Waves, TheGunFiresAcrossTheWeaponPanel) {
   EXPECT_EQ(fires(640 - 108, 360), "false");
 }
 
+TEST_F(Waves, TheCamerasOverlayIsDrawnWhenItIsOn) {
+  const auto calls = [&] {
+    step();
+    std::string seen;
+    const auto draws = ask({{"draws", true}})["draws"];
+    for (const auto& call : draws) {
+      if (call["object"] == "oControl" && call["event"] == "Draw_73") seen += call["call"].get<std::string>() + " ";
+    }
+    return seen;
+  };
+  EXPECT_EQ(calls(), "");
+  eval("c = getTarnCamera(); c.toggleDebugMode()");
+  const std::string seen = calls();
+  for (const char* call : {"draw_rectangle", "draw_circle", "draw_line", "draw_text"})
+    EXPECT_NE(seen.find(call), std::string::npos) << call;
+  check(
+      {{"draw_set_colour(77); draw_set_alpha(0.5); draw_set_font(3); draw_set_halign(2); draw_set_valign(1); c.drawDebug(); "
+        "[draw_get_colour(), draw_get_alpha(), draw_get_font(), draw_get_halign(), draw_get_valign()]",
+        "[77,0.50,3,2,1]"}});
+  eval("c.setTarget(noone); c.toggleDebugMode()");
+  EXPECT_EQ(calls(), "");
+}
+
 TEST_F(Waves, DeathShowsTheKills) {
   eval("global.statistics.kills = 12; oPlayer.takeGun(oGunPickup); oPlayer.takeDamage(150, 0, 0)");
   check({{"oDeathScreen.text", "You are dead!\nKills: 12\nPress SPACE to restart!"},

@@ -145,6 +145,22 @@ TEST_F(Rules, TheCameraZoomsTurnsAndShakes) {
   });
 }
 
+// The offset is beside what the camera follows: the smoothing does not chase it.
+TEST_F(Rules, TheCamerasViewRestsByItsOffsetFromTheTarget) {
+  eval("c = getTarnCamera(); c.init(); global.dt_steady = 1 / 60");
+  player(1000, 1000);
+  eval("c.init(oPlayer); c.setSmoothness(0.1); c.setPosition(1000, 1000); c.setOffset(100, -40)");
+  const char* const beside =
+      "w = camera_get_view_width(c.camera_view); h = camera_get_view_height(c.camera_view); [camera_get_view_x(c.camera_view) + w / 2 - "
+      "c.x, camera_get_view_y(c.camera_view) + h / 2 - c.y, c.x1 + w / 2 - c.x]";
+  for (int frame = 0; frame < 5; ++frame) {
+    eval("c.update()");
+    check({{"[c.x, c.y]", "[1000,1000]"}, {beside, "[100,-40,100]"}});
+  }
+  eval("c.setSmoothness(0); oPlayer.x = 1500; c.update()");
+  check({{"c.x", "1500"}, {beside, "[100,-40,100]"}, {"c.init(); [c.x_offset, c.y_offset]", "[0,0]"}});
+}
+
 TEST_F(Rules, Definitions) {
   define();
   check({
