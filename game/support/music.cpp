@@ -124,7 +124,7 @@ METHOD(VoliMusic, previous) {
 
 METHOD(VoliMusic, volume, Value gain) {
   self[current_volume] = any_clamp(gain, 0, 1);
-  if (self[current_track] != kNoTrack && bool(audio_is_playing(self[current_track])))
+  if (self[current_track] != kNoTrack && bool(audio_exists(self[current_track])))  // a paused one, too
     audio_sound_gain(self[current_track], self[current_volume], 0);
   return undefined;
 }

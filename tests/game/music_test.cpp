@@ -30,6 +30,7 @@ TEST_F(Music, PlaysPausesAndStops) {
       {"global.m.pause(); global.m.update(); [global.m.state, global.m.current_track_id]", "[2,0]"},
       {"global.m.play(); [global.m.state, audio_is_paused(global.m.current_track)]", "[1,false]"},
       {"global.m.volume(0.25); audio_sound_get_gain(global.m.current_track)", "0.25"},
+      {"global.m.pause(); global.m.volume(0.75); global.m.play(); audio_sound_get_gain(global.m.current_track)", "0.75"},
       {"h = global.m.current_track; global.m.stop(); [global.m.state, global.m.current_track, audio_is_playing(h)]", "[0,-1,false]"},
   });
 }
