@@ -2,6 +2,7 @@
 #include "game/decals/stickers.h"
 #include "game/flow/hud.h"
 #include "game/support/camera.h"
+#include "game/support/resolution.h"
 #include "game/support/spatial_hash.h"
 
 namespace arena::game {
@@ -39,6 +40,7 @@ EVENT(oControl, Step_1) {
 }
 
 EVENT(oControl, Step_0) {
+  getTarnResolutionManager()[update]();
   getTarnCamera()[update]();
   global[game_ui][update]();
   global[music_player][update]();

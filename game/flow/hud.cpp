@@ -71,6 +71,7 @@ void build_hud() {
   const Value top = TuiRow.make();
   top[setPadding](kSpace);
   top[setGap](kSpace);
+  top[setFlexWrap](tui::kWrap);  // in narrow windows the panels stand below one another
   top[addContent](array_of(waves, bars, weapon));
   root[addContent](top);
 }
@@ -87,7 +88,7 @@ void rebuild_weapon_panel() {
                                              {width, kWeaponPicture},
                                              {height, kWeaponPictureHeight}})));
   for (const Value& each : elements(slots)) {
-    const Value box = TuiPanel.make(struct_of({{width, kSlot}, {height, kSlot}}));
+    const Value box = TuiBox.make(struct_of({{width, kSlot}, {height, kSlot}, {color, c_white}}));
     box[setPadding](kSlotGap);
     if (each != noone) {
       const Value picture =

@@ -3,11 +3,12 @@
 #include "game/enemies/modifier.h"
 #include "game/enemies/pickups.h"
 #include "game/support/drawing.h"
+#include "game/support/resolution.h"
 
 namespace arena::game {
 namespace {
 
-const Variable start_timer{"start_timer"}, start_timer_on{"start_timer_on"}, pistol{"pistol"};
+const Variable start_timer{"start_timer"}, start_timer_on{"start_timer_on"}, pistol{"pistol"}, update{"update"};
 const Builtin room_goto{"room_goto"}, keyboard_key_name{"keyboard_key_name"};
 
 constexpr int kAnyKey = 1, kKeyEscape = 27;
@@ -37,6 +38,8 @@ EVENT(oPrepare1, Other_4) {
 }
 
 EVENT(oPrepare1, Step_0) {
+  getTarnResolutionManager()[update]();
+  getTarnResolutionManager()[fitRoom]();
   if (!instance_exists(oModifierPickup) && !self[start_timer_on]) self[start_timer_on] = true;
   if (self[start_timer_on]) {
     self[start_timer] -= global[dt_steady];

@@ -15,9 +15,10 @@ const Builtin any_clamp{"clamp"};  // of what may be no number
 const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"}, display_set_gui_size{"display_set_gui_size"};
 const Builtin window_set_fullscreen{"window_set_fullscreen"}, window_get_fullscreen{"window_get_fullscreen"},
     window_set_size{"window_set_size"};
+const Builtin view_get_camera{"view_get_camera"}, camera_set_view_size{"camera_set_view_size"}, camera_set_view_pos{"camera_set_view_pos"};
 
 constexpr Real kDesignWidth = 1280, kDesignHeight = 720;     // GUI pixels: what the interface is made for
-constexpr Real kSmallestWidth = 640, kSmallestHeight = 360;  // GUI pixels: below them the interface would not fit
+constexpr Real kSmallestWidth = 704, kSmallestHeight = 396;  // GUI pixels: below them the interface would not fit
 constexpr Real kSteps = 2;                                   // of the scale, to a whole one
 
 // The largest step at which the design fits; windows smaller than it get a scale of 1 as long as they can.
@@ -50,6 +51,14 @@ STATIC_METHOD(TarnResolutionManager, update) {
   self[window_width] = across;
   self[window_height] = down;
   apply(self);
+  return self;
+}
+STATIC_METHOD(TarnResolutionManager, fitRoom) {
+  const Real across = max(1, Real(Value(self[window_width]))), down = max(1, Real(Value(self[window_height])));
+  const Real smaller = min(across / room_width, down / room_height), view_width = across / smaller, view_height = down / smaller;
+  const Value camera = view_get_camera(0);
+  camera_set_view_size(camera, view_width, view_height);
+  camera_set_view_pos(camera, (room_width - view_width) / 2, (room_height - view_height) / 2);
   return self;
 }
 STATIC_METHOD(TarnResolutionManager, setScale, Value to) {

@@ -14,8 +14,16 @@ double opacity_of(const Value& widget) { return number_or(widget, alpha, 1) * (b
 }  // namespace arena::game
 
 CONSTRUCTOR(TuiBox, Value settings) {
-  TuiBase.extend(self, settings);
+  TuiBase.extend(self);
   self[widget_type] = "TuiBox";
+  self[color] = undefined;
+  apply_settings(self, settings);
+}
+// Seen only with a colour of its own, on the style's panel.
+STATIC_METHOD(TuiBox, onDraw) {
+  if (optional_field(self, color) != nullptr)
+    paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self), whole_or(self, color, c_white), opacity_of(self));
+  return undefined;
 }
 
 CONSTRUCTOR(TuiRow, Value settings) {

@@ -1,6 +1,7 @@
 // A room that shows every widget alive: for whoever builds with the toolkit, and for looking at it.
 #include "game/support/drawing.h"
 #include "game/support/particles.h"
+#include "game/support/resolution.h"
 #include "game/ui/paint.h"
 
 namespace arena::game {
@@ -162,6 +163,8 @@ EVENT(oGallery, Create_0) {
 }
 
 EVENT(oGallery, Step_0) {
+  getTarnResolutionManager()[update]();
+  getTarnResolutionManager()[fitRoom]();
   self[progress] = (self[progress] + 20 * Real(Value(global[dt_steady]))) % 100;
   self[sparks][update]();
   self[interface][update]();

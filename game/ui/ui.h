@@ -19,7 +19,7 @@ namespace arena::game {
 
 extern const Constructor TuiMain;  // the root: fills the GUI, update() and render() once a frame each
 extern const Constructor TuiBase;  // what all widgets share
-extern const Constructor TuiBox;   // a plain container, a column
+extern const Constructor TuiBox;   // a plain container, a column; seen when it has a `color`
 extern const Constructor TuiRow;   // a container whose content stands side by side
 extern const Constructor TuiColumn;
 extern const Constructor TuiPanel;   // a container on the style's panel sprite

@@ -1,5 +1,7 @@
 #include "runtime/instances_loop/cameras.h"
 
+#include <utility>
+
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/elementary.h"
@@ -52,12 +54,16 @@ Camera active_camera() {
 }
 
 void reset_cameras(double width, double height) {
-  cameras() = Cameras();
+  const Cameras before = std::exchange(cameras(), Cameras());
+  cameras().gui_width = before.gui_width;
+  cameras().gui_height = before.gui_height;
   const std::int32_t camera = camera_create();
   find_camera(camera)->width = width;
   find_camera(camera)->height = height;
   cameras().views[0] = {camera, true};
 }
+
+void reset_gui_size() { cameras().gui_width = cameras().gui_height = 0; }
 
 double gui_width() { return cameras().gui_width > 0 ? cameras().gui_width : window_width(); }
 double gui_height() { return cameras().gui_height > 0 ? cameras().gui_height : window_height(); }

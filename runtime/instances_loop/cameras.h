@@ -31,7 +31,9 @@ Camera* find_camera(std::int32_t id);
 Camera active_camera();
 double gui_width();
 double gui_height();
-// A fresh set: view 0 on, with camera 0.
+// As before any script chose it.
+void reset_gui_size();
+// A fresh set for a room: view 0 on, with camera 0. The size of the GUI layer is not the room's and stays.
 void reset_cameras(double width, double height);
 
 struct Point {

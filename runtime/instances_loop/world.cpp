@@ -275,6 +275,7 @@ void World::forget_run() {
   reset_statics();
   reset_input();
   reset_random();
+  reset_gui_size();
   room_wanted = -1;
   layers.clear();
   next_layer_id_ = 0;

@@ -179,7 +179,15 @@ TEST_F(Waves, TheHudShowsTheGunsSlots) {
   check({{"array_length(global.ui_weapon.content)", "7"},  // the picture and six slots
          {"array_length(global.ui_weapon.content[1].content)", "1"},
          {"array_length(global.ui_weapon.content[2].content)", "0"},
-         {"global.ui_weapon.content[1].content[0].value", "24"}});
+         {"global.ui_weapon.content[1].content[0].value", "24"},
+         {"w = global.ui_weapon.content; [w[0].widget_type, w[1].widget_type, w[6].widget_type]", "[\"TuiImage\",\"TuiBox\",\"TuiBox\"]"}});
+  step();
+  const double slot_x = number("w[6].rect_x"), slot_y = number("w[6].rect_y");
+  bool is_seen = false;  // an empty slot, too
+  const auto draws = ask({{"draws", true}})["draws"];
+  for (const auto& call : draws)
+    is_seen = is_seen || (call["call"] == "draw_sprite_nineslice" && call["args"][2] == slot_x && call["args"][3] == slot_y);
+  EXPECT_TRUE(is_seen);
   eval("oPlayer.gun.addModifier(global.modifiers.power); oControl.updateWeaponUI()");
   check({{"array_length(global.ui_weapon.content[2].content)", "1"}});
   eval("oPlayer.dropGun()");
@@ -236,6 +244,60 @@ TEST_F(Waves, TheCamerasOverlayIsDrawnWhenItIsOn) {
         "[77,0.50,3,2,1]"}});
   eval("c.setTarget(noone); c.toggleDebugMode()");
   EXPECT_EQ(calls(), "");
+}
+
+// The game itself in windows of all sizes, from the preparation room to the reward.
+TEST_F(Preparation, FitsEveryWindow) {
+  struct Size {
+    int width, height;
+    double scale;
+  };
+  for (const Size& size :
+       {Size{1280, 720, 1}, {2560, 1440, 2}, {640, 480, 0}, {3440, 1440, 2}, {1366, 768, 1}, {1024, 768, 0}, {800, 1200, 0}}) {
+    SCOPED_TRACE(std::to_string(size.width) + " x " + std::to_string(size.height));
+    InputEvent event;
+    event.type = InputEvent::Type::kWindowSize;
+    event.code = size.width;
+    event.value = size.height;
+    push_input(event);
+    step();
+    const double aspect = static_cast<double>(size.width) / size.height;
+    // The room keeps its form and is seen whole, in the middle.
+    eval("c = view_camera[0]; w = camera_get_view_width(c); h = camera_get_view_height(c)");
+    EXPECT_NEAR(number("w / h"), aspect, 1e-9);
+    check({{"[w >= room_width - 0.001, h >= room_height - 0.001, min(w - room_width, h - room_height) < 0.001]", "[true,true,true]"}});
+    EXPECT_NEAR(number("camera_get_view_x(c) * 2 + w"), 1280, 1e-9);
+    if (size.scale > 0) {
+      EXPECT_NEAR(number("window_get_width() / display_get_gui_width()"), size.scale, 0.01);
+    }
+    // Texts, too, stay within it.
+    const auto draws = ask({{"draws", true}})["draws"];
+    for (const auto& call : draws) {
+      if (call["call"] != "draw_text_transformed") continue;
+      eval("draw_set_font(" + std::string(call["args"][3] == 4 ? "3" : "2") + ")");
+      const double scale = call["args"][3], wide = number("string_width(" + call["args"][2].dump() + ")") * scale;
+      EXPECT_LE(wide, number("display_get_gui_width()")) << call.dump();
+    }
+    eval("room_goto(rArena)");
+    step(2);
+    if (size.scale > 0) {
+      EXPECT_NEAR(number("window_get_width() / display_get_gui_width()"), size.scale, 0.01);
+    }
+    eval("oPlayer.takeGun(oGunPickup); oLevel1.createReward()");
+    step();
+    const int widgets = static_cast<int>(number("array_length(global.game_ui.order)"));
+    EXPECT_GT(widgets, 30);
+    for (int i = 0; i < widgets; ++i) {
+      eval("w = global.game_ui.order[" + std::to_string(i) + "]; 1");
+      EXPECT_EQ(eval("[w.rect_x >= 0, w.rect_y >= 0, w.rect_x + w.rect_width <= display_get_gui_width(), w.rect_y + w.rect_height <= "
+                     "display_get_gui_height()]"),
+                "[true,true,true,true]")
+          << eval("[w.widget_type, w.value, w.rect_x, w.rect_y, w.rect_width, w.rect_height]");
+    }
+    check({{"p = global.ui_weapon; b = global.ui_player_hud; [b.rect_width, p.rect_width]", "[256,512]"}});
+    eval("game_restart()");
+    step();
+  }
 }
 
 TEST_F(Waves, DeathShowsTheKills) {

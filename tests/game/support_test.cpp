@@ -79,8 +79,8 @@ TEST_F(Support, TheResolutionFollowsTheWindowInHalfSteps) {
   };
   const Case cases[] = {{1280, 720, "[1,1280,720]"},  {1920, 1080, "[1.50,1280,720]"}, {2560, 1440, "[2,1280,720]"},
                         {3840, 2160, "[3,1280,720]"}, {7680, 4320, "[6,1280,720]"},    {1000, 900, "[1,1000,900]"},
-                        {640, 360, "[1,640,360]"},    {3440, 1440, "[2,1720,720]"},    {1366, 768, "[1,1366,768]"},
-                        {320, 180, "[0.50,640,360]"}};
+                        {704, 396, "[1,704,396]"},    {3440, 1440, "[2,1720,720]"},    {1366, 768, "[1,1366,768]"},
+                        {352, 198, "[0.50,704,396]"}};
   for (const Case& each : cases) {
     window(each.width, each.height);
     EXPECT_EQ(eval("r = getTarnResolutionManager(); [r.scale, r.gui_width, r.gui_height]"), each.expected)
@@ -90,8 +90,8 @@ TEST_F(Support, TheResolutionFollowsTheWindowInHalfSteps) {
     EXPECT_EQ(eval("getTarnResolutionManager().guiRectangle()"), whole);
   }
   window(1280, 720);
-  check({{"r.setScale(2); [r.scale, display_get_gui_width()]", "[2,640]"},
-         {"r.setScale(5); r.scale", "2"},
+  check({{"r.setScale(1.5); [r.scale, display_get_gui_width()]", "[1.50,853]"},
+         {"r.setScale(5); display_get_gui_width()", "704"},
          {"r.setScale(0); r.scale", "1"},
          {"getTarnResolutionManager() == r", "true"}});
 }
