@@ -1,6 +1,7 @@
 // From widgets to boxes and back: the tree is laid out, and every widget learns where it stands and what clips it.
 #include <charconv>
 #include <deque>
+#include <unordered_set>
 
 #include "game/ui/layout/flexbox.h"
 #include "game/ui/paint.h"
@@ -84,7 +85,8 @@ class Arrangement {
     widgets_.clear();
     texts_.clear();
     sprites_.clear();
-    add(root, layout::kNoBox);
+    placed_.clear();
+    add(root, layout::kNoBox, 1);
     tree_.lay_out(gui_width, gui_height);
     in_order_ = array_create(0);
     write(root, 0, {0, 0, gui_width, gui_height}, 0, 0);
@@ -149,15 +151,17 @@ class Arrangement {
     return nullptr;
   }
 
-  void add(const Value& widget, std::int32_t above) {
+  // Each widget once, and no deeper than the native stack reaches, whatever scripts wrote into `content` and `parent`.
+  void add(const Value& widget, std::int32_t above, int depth) {
+    placed_.insert(widget.object);
     layout::Style made = style_for(widget);
-    const Value inside = widget[content];
-    const bool has_content = array_length(inside) > 0;
+    const std::vector<Value> inside = content_of(widget);
+    const bool has_content = !inside.empty();
     const layout::Content* measured = has_content ? nullptr : content_for(widget, made);
     const std::int32_t box = tree_.add(above, made, measured);
     widgets_.push_back(object_of(widget));
-    for (const Value& each : elements(inside)) {
-      if (bool(each[visible_field])) add(each, box);
+    for (const Value& each : inside) {
+      if (depth < kDeepest && is_set(each, visible_field, true) && placed_.count(each.object) == 0) add(each, box, depth + 1);
     }
   }
 
@@ -175,7 +179,7 @@ class Arrangement {
     widget[clip_bottom] = clip.y + clip.height;
     array_push(in_order_, widget);
     Rect inner = clip;
-    if (bool(widget[clips])) {
+    if (is_set(widget, clips)) {
       const double left = std::max(clip.x, rect.x), top = std::max(clip.y, rect.y);
       const double right = std::min(clip.x + clip.width, rect.x + rect.width),
                    bottom = std::min(clip.y + clip.height, rect.y + rect.height);
@@ -193,6 +197,7 @@ class Arrangement {
   }
 
   layout::Tree tree_;
+  std::unordered_set<const WBObjectBase*> placed_;
   std::vector<PropertyObject*> widgets_;  // by box; alive: they hang in the tree that is being arranged
   std::deque<TextContent> texts_;         // boxes point at them: they stay where they are
   std::deque<SpriteContent> sprites_;

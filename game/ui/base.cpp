@@ -129,16 +129,20 @@ STATIC_METHOD(TuiBase, setMouseIgnoreAll) { return self[mouse_ignore_all] = true
 STATIC_METHOD(TuiBase, setModal, Value modal) { return self[is_modal] = is_undefined(modal) ? Value(true) : modal, self; }
 STATIC_METHOD(TuiBase, setTooltip, Value text) { return self[tooltip] = text, self; }
 STATIC_METHOD(TuiBase, setStyle, Value to) {
+  if (!is_undefined(to) && !is_plain_struct(to)) {
+    ui_error(self, "setStyle", "a style is to be a struct, as TuiStyle makes it, not " + std::string(arena::type_name(to)));
+    return self;
+  }
   self[style] = to;
   mark_dirty(self);
   return self;
 }
 // A changed value is arranged anew and raises "change".
 STATIC_METHOD(TuiBase, setValue, Value to) {
-  const Value old = self[value];
-  if (values_match(old, to)) return self;
+  const RValue* old = optional_field(self, value);
+  if (old != nullptr ? values_match(*old, to) : is_undefined(to)) return self;
   self[value] = to;
-  if (self[measures] != kMeasuresNothing) mark_dirty(self);
+  if (number_or(self, measures, 0) > 0) mark_dirty(self);
   raise(self, "change", to);
   return self;
 }

@@ -9,7 +9,7 @@ const BasedOn image_is_base{TuiImage, TuiBase}, text_is_base{TuiText, TuiBase};
 constexpr double kDisabled = 0.4;  // how opaque what does not work is
 }  // namespace
 
-double opacity_of(const Value& widget) { return number_or(widget, alpha, 1) * (bool(widget[enabled]) ? 1 : kDisabled); }
+double opacity_of(const Value& widget) { return number_or(widget, alpha, 1) * (is_set(widget, enabled, true) ? 1 : kDisabled); }
 
 }  // namespace arena::game
 
@@ -45,9 +45,7 @@ CONSTRUCTOR(TuiPanel, Value settings) {
   apply_settings(self, settings);
 }
 STATIC_METHOD(TuiPanel, onDraw) {
-  const RValue* own = optional_field(self, color);
-  paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self),
-              own != nullptr ? saturate_int32(to_real(*own)) : style_color(self, color_panel), opacity_of(self));
+  paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self), own_color_or(self, color_panel), opacity_of(self));
   return undefined;
 }
 
@@ -67,11 +65,11 @@ STATIC_METHOD(TuiImage, onDraw) {
   if (across <= 0 || down <= 0) return undefined;
   Rect at = rect_of(self);
   const int tint = whole_or(self, color, c_white);
-  if (array_length(self[content]) > 0 || number_or(self, padding_left, 0) > 0) {
+  if (array_length(array_in(self, content)) > 0 || number_or(self, padding_left, 0) > 0) {
     paint_panel(sprite, at, tint, opacity_of(self));
     return undefined;
   }
-  if (bool(self[maintain_aspect])) {
+  if (is_set(self, maintain_aspect)) {
     const double scale = std::min(at.width / across, at.height / down);
     at = {at.x + (at.width - across * scale) / 2, at.y + (at.height - down * scale) / 2, across * scale, down * scale};
   }
@@ -91,8 +89,7 @@ CONSTRUCTOR(TuiText, Value settings) {
   apply_settings(self, settings);
 }
 STATIC_METHOD(TuiText, onDraw) {
-  const RValue* own = optional_field(self, color);
-  const int tint = own != nullptr ? saturate_int32(to_real(*own)) : style_color(self, color_text);
+  const int tint = own_color_or(self, color_text);
   paint_text(self, shown_text(self), inner_rect(self), whole_or(self, text_halign, 0), whole_or(self, text_valign, 1),
              whole_or(self, overflow, 0), tint, opacity_of(self));
   return undefined;

@@ -25,15 +25,10 @@ double share_of(const Value& widget) {
 }
 
 void paint_focus(const Value& widget) {
-  if (!bool(widget[is_focused])) return;
+  if (!is_set(widget, is_focused)) return;
   Rect at = rect_of(widget);
   at = {at.x - 2, at.y - 2, at.width + 4, at.height + 4};
   paint_frame(at, style_color(widget, color_accent), 1);
-}
-
-int own_color_or(const Value& widget, const Variable& from_style) {
-  const RValue* own = optional_field(widget, color);
-  return own != nullptr ? saturate_int32(to_real(*own)) : style_color(widget, from_style);
 }
 
 // A colour made lighter (above 1) or darker.
@@ -50,7 +45,7 @@ void slide_to(const ObjectSelf& slider, double pointer_x) {
   const Rect at = rect_of(slider);
   const double low = number_or(slider, minimum, 0), high = number_or(slider, maximum, 100), by = number_or(slider, step, 0);
   double to = low + std::clamp((pointer_x - at.x - kKnob / 2) / std::max(1.0, at.width - kKnob), 0.0, 1.0) * (high - low);
-  if (by > 0) to = std::clamp(low + std::round((to - low) / by) * by, low, high);
+  if (by > 0) to = std::min(std::max(low + std::round((to - low) / by) * by, low), high);
   slider[setValue](Real(to));
 }
 
@@ -77,11 +72,11 @@ CONSTRUCTOR(TuiButton, Value settings) {
   }
 }
 STATIC_METHOD(TuiButton, onDraw) {
-  const bool works = bool(self[enabled]);
+  const bool works = is_set(self, enabled, true);
   const Rect at = rect_of(self);
-  const double light = works && bool(self[is_pressed]) ? 0.78 : 1;
+  const double light = works && is_set(self, is_pressed) ? 0.78 : 1;
   paint_panel(whole_or(style_of(self), sprite_button, -1), at, shaded(own_color_or(self, color_button), light), opacity_of(self));
-  if (works && bool(self[is_hovered]) && light == 1) paint_rectangle({at.x + 3, at.y + 3, at.width - 6, at.height - 6}, c_white, 0.1);
+  if (works && is_set(self, is_hovered) && light == 1) paint_rectangle({at.x + 3, at.y + 3, at.width - 6, at.height - 6}, c_white, 0.1);
   paint_focus(self);
   return undefined;
 }
@@ -108,17 +103,17 @@ STATIC_METHOD(TuiCheckbox, onDraw) {
   const Rect at = rect_of(self);
   const Rect box{at.x, at.y + (at.height - kBox) / 2, kBox, kBox};
   paint_rectangle(box, style_color(self, color_field), opacity_of(self));
-  paint_frame(box, style_color(self, bool(self[is_hovered]) ? color_accent : color_faint), opacity_of(self));
-  if (bool(self[value])) paint_rectangle({box.x + 4, box.y + 4, kBox - 8, kBox - 8}, style_color(self, color_accent), opacity_of(self));
+  paint_frame(box, style_color(self, is_set(self, is_hovered) ? color_accent : color_faint), opacity_of(self));
+  if (is_set(self, value)) paint_rectangle({box.x + 4, box.y + 4, kBox - 8, kBox - 8}, style_color(self, color_accent), opacity_of(self));
   paint_focus(self);
   return undefined;
 }
 STATIC_METHOD(TuiCheckbox, onRelease, Value, Value, Value inside) {
-  if (bool(inside)) self[setValue](!bool(self[value]));
+  if (bool(inside)) self[setValue](!is_set(self, value));
   return undefined;
 }
 STATIC_METHOD(TuiCheckbox, onActivate) {
-  self[setValue](!bool(self[value]));
+  self[setValue](!is_set(self, value));
   return undefined;
 }
 
@@ -141,7 +136,7 @@ STATIC_METHOD(TuiSlider, onDraw) {
   paint_rectangle({at.x, middle - kTrack / 2, at.width, kTrack}, style_color(self, color_field), opacity_of(self));
   paint_rectangle({at.x, middle - kTrack / 2, knob - at.x, kTrack}, style_color(self, color_accent), opacity_of(self));
   draw_set_alpha(opacity_of(self));
-  draw_set_colour(style_color(self, bool(self[is_hovered]) || bool(self[is_pressed]) ? color_text : color_faint));
+  draw_set_colour(style_color(self, is_set(self, is_hovered) || is_set(self, is_pressed) ? color_text : color_faint));
   draw_circle(knob, middle, kKnob / 2, false);
   draw_set_alpha(1);
   paint_focus(self);
@@ -159,7 +154,7 @@ STATIC_METHOD(TuiSlider, onKey, Value key) {
   if (key != kKeyLeft && key != kKeyRight) return false;
   const double low = number_or(self, minimum, 0), high = number_or(self, maximum, 100);
   const double by = number_or(self, step, 0) > 0 ? number_or(self, step, 0) : (high - low) / 20;
-  self[setValue](std::clamp(number_or(self, value, low) + (key == kKeyLeft ? -by : by), low, high));
+  self[setValue](std::min(std::max(number_or(self, value, low) + (key == kKeyLeft ? -by : by), low), high));
   return true;
 }
 

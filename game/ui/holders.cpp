@@ -23,8 +23,7 @@ constexpr double kSmallestWindow = 80;             // pixels each way
 double scroll_room(const Value& area) {
   double lowest = 0;
   const Rect inner = inner_rect(area);
-  const Value inside = area[content];
-  for (const Value& each : elements(inside)) {
+  for (const Value& each : content_of(area)) {
     const Rect at = rect_of(each);
     lowest = std::max(lowest, at.y + at.height + number_or(area, scroll_y, 0) - inner.y);
   }
@@ -46,7 +45,7 @@ Rect bar_of(const Value& area) {
 }
 
 void close_list(const Value& box) {
-  const Value open = box[popup];
+  const Value open = struct_in(box, popup);
   if (is_widget(open)) open[destroy]();
   box[popup] = undefined;
 }
@@ -69,7 +68,7 @@ CONSTRUCTOR(TuiScroll, Value settings) {
 STATIC_METHOD(TuiScroll, addContent, Value what) {
   const Value base_method(RValue(*statics_of(TuiBase.function())->find_variable(addContent.slot)));
   call_guarded(self, base_method, {what});
-  for (const Value& each : elements(Value(self[content]))) each[flex_shrink] = 0;
+  for (const Value& each : content_of(self)) each[flex_shrink] = 0;
   return self;
 }
 STATIC_METHOD(TuiScroll, onUpdate, Value) {
@@ -95,7 +94,7 @@ STATIC_METHOD(TuiScroll, onDraw) {
   if (scroll_room(self) <= 0) return undefined;
   const Rect at = rect_of(self);
   paint_rectangle({at.x + at.width - kBarWidth, at.y, kBarWidth, at.height}, style_color(self, color_field), 0.8);
-  paint_rectangle(bar_of(self), style_color(self, bool(self[is_hovered]) || bool(self[is_pressed]) ? color_accent : color_faint), 1);
+  paint_rectangle(bar_of(self), style_color(self, is_set(self, is_hovered) || is_set(self, is_pressed) ? color_accent : color_faint), 1);
   return undefined;
 }
 
@@ -147,19 +146,19 @@ STATIC_METHOD(TuiWindow, onPress, Value at_x, Value at_y) {
   const Rect at = rect_of(self);
   self[bringToFront]();
   self[is_resizing] = to_real(at_x) > at.x + at.width - kCorner && to_real(at_y) > at.y + at.height - kCorner;
-  self[grab_x] = to_real(at_x) - (bool(self[is_resizing]) ? at.width : at.x);
-  self[grab_y] = to_real(at_y) - (bool(self[is_resizing]) ? at.height : at.y);
+  self[grab_x] = to_real(at_x) - (is_set(self, is_resizing) ? at.width : at.x);
+  self[grab_y] = to_real(at_y) - (is_set(self, is_resizing) ? at.height : at.y);
   return undefined;
 }
 STATIC_METHOD(TuiWindow, onDrag, Value at_x, Value at_y) {
   const double to_x = to_real(at_x) - number_or(self, grab_x, 0), to_y = to_real(at_y) - number_or(self, grab_y, 0);
   const Rect at = rect_of(self), room = rect_of(root_of(self));
-  if (bool(self[is_resizing])) {
+  if (is_set(self, is_resizing)) {
     self[setSize](std::max(kSmallestWindow, to_x), std::max(kSmallestWindow, to_y));
   } else {
     // The title bar stays within reach.
-    self[setInset](std::clamp(to_x, kSmallestWindow - at.width, room.width - kSmallestWindow),
-                   std::clamp(to_y, 0.0, std::max(0.0, room.height - kTitleHeight)));
+    self[setInset](std::min(std::max(to_x, kSmallestWindow - at.width), room.width - kSmallestWindow),
+                   std::min(std::max(to_y, 0.0), std::max(0.0, room.height - kTitleHeight)));
   }
   return undefined;
 }
@@ -215,10 +214,10 @@ CONSTRUCTOR(TuiCombo, Value settings) {
 }
 STATIC_METHOD(TuiCombo, onDraw) {
   const Rect at = rect_of(self);
-  const Value all = self[options];
+  const Value all = array_in(self, options);
   const double number = number_or(self, value, 0);
   paint_rectangle(at, style_color(self, color_field), opacity_of(self));
-  paint_frame(at, style_color(self, bool(self[is_hovered]) || bool(self[is_focused]) ? color_accent : color_faint), opacity_of(self));
+  paint_frame(at, style_color(self, is_set(self, is_hovered) || is_set(self, is_focused) ? color_accent : color_faint), opacity_of(self));
   if (number >= 0 && number < array_length(all)) {
     paint_text(self, to_text(Value(all[number])), {at.x + 8, at.y, at.width - 32, at.height}, 0, 1, tui::kOverflowEllipsis,
                style_color(self, color_text), opacity_of(self));
@@ -229,9 +228,9 @@ STATIC_METHOD(TuiCombo, onDraw) {
   return undefined;
 }
 STATIC_METHOD(TuiCombo, onActivate) {
-  if (is_widget(Value(self[popup]))) return close_list(self), undefined;
+  if (is_widget(struct_in(self, popup))) return close_list(self), undefined;
   const Rect at = rect_of(self), room = rect_of(root_of(self));
-  const Value all = self[options];
+  const Value all = array_in(self, options);
   const double row = 28, tall = std::min(row * array_length(all).number() + 8, room.height * 0.5);
   const bool opens_above = at.y + at.height + tall > room.height && at.y > tall;
   const Value list = TuiPanel.make(struct_of({{is_absolute, true}, {width, at.width}, {height, tall}, {inset_left, at.x}}));
@@ -258,10 +257,10 @@ STATIC_METHOD(TuiCombo, onRelease, Value, Value, Value inside) {
   return undefined;
 }
 STATIC_METHOD(TuiCombo, onUpdate, Value) {
-  const Value open = self[popup];
+  const Value open = struct_in(self, popup);
   if (!is_widget(open)) return undefined;
   // Anything pressed outside closes the list.
-  if (!bool(mouse_check_button_pressed(1)) || bool(self[is_hovered])) return undefined;
+  if (!bool(mouse_check_button_pressed(1)) || is_set(self, is_hovered)) return undefined;
   if (rect_of(open).contains(to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)))) return undefined;
   close_list(self);
   return undefined;

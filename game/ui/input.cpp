@@ -13,10 +13,11 @@ constexpr int kBackspace = 8, kEnter = 13, kEnd = 35, kHome = 36, kLeft = 37, kR
               kShift = 16, kControl = 17;
 constexpr double kPadding = 8, kBlinkSeconds = 1;
 
-std::string text_in(const Value& input) {
-  const RValue* held = optional_field(input, value);
+std::string text_of_field(const Value& input, const Variable& field) {
+  const RValue* held = optional_field(input, field);
   return held != nullptr ? to_text(*held) : std::string();
 }
+std::string text_in(const Value& input) { return text_of_field(input, value); }
 bool starts_character(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
 std::size_t before(const std::string& text, std::size_t at) {
   if (at == 0) return 0;
@@ -35,7 +36,7 @@ std::size_t characters(const std::string& text) {
 }
 
 std::size_t place(const Value& input, const Variable& field, const std::string& text) {
-  std::size_t at = std::min(static_cast<std::size_t>(std::max(0.0, number_or(input, field, 0))), text.size());
+  std::size_t at = static_cast<std::size_t>(std::min(std::max(0.0, number_or(input, field, 0)), static_cast<double>(text.size())));
   while (at > 0 && at < text.size() && !starts_character(text[at])) --at;
   return at;
 }
@@ -104,10 +105,10 @@ CONSTRUCTOR(TuiInput, Value settings) {
 
 STATIC_METHOD(TuiInput, onDraw) {
   const Rect at = rect_of(self);
-  const bool has_focus = bool(self[is_focused]);
+  const bool has_focus = is_set(self, is_focused);
   const std::string all = text_in(self);
   paint_rectangle(at, style_color(self, color_field), opacity_of(self));
-  paint_frame(at, style_color(self, has_focus || bool(self[is_hovered]) ? color_accent : color_faint), opacity_of(self));
+  paint_frame(at, style_color(self, has_focus || is_set(self, is_hovered) ? color_accent : color_faint), opacity_of(self));
 
   // The caret stays in sight.
   const Rect inner{at.x + kPadding, at.y, std::max(1.0, at.width - 2 * kPadding), at.height};
@@ -125,7 +126,7 @@ STATIC_METHOD(TuiInput, onDraw) {
     paint_rectangle({inner.x + left - shifted, inner.y + 5, right - left, inner.height - 10}, style_color(self, color_accent), 0.35);
   }
   const bool shows_placeholder = all.empty() && !has_focus;
-  const std::string shown = shows_placeholder ? to_text(Value(self[placeholder])) : all;
+  const std::string shown = shows_placeholder ? text_of_field(self, placeholder) : all;
   paint_text(self, shown, {inner.x - shifted, inner.y, inner.width, inner.height}, 0, 1, tui::kOverflowVisible,
              style_color(self, shows_placeholder ? color_faint : color_text), opacity_of(self));
   if (has_focus && number_or(self, blink, 0) < kBlinkSeconds / 2) {

@@ -25,15 +25,18 @@ void follow_binding(const Value& widget) {
 }
 
 void advance_tweens(const Value& widget, double dt) {
-  const RValue* running = optional_field(widget, tweens);
-  if (running == nullptr) return;
-  const Value all(*running), left = array_create(0);
+  const Value all = array_in(widget, tweens), left = array_create(0);
+  if (is_undefined(all)) return;
   for (const Value& each : elements(all)) {
-    each[passed] += dt;
+    if (!is_plain_struct(each)) continue;
+    each[passed] = number_or(each, passed, 0) + dt;
     const double span = number_or(each, seconds, 0), share = span > 0 ? std::min(1.0, number_or(each, passed, 0) / span) : 1;
     const double start = number_or(each, from_value, 0), end = number_or(each, to_value, 0);
-    const Value name_of_field = each[field_name], name_of_easing = each[easing];
-    variable_struct_set(widget, name_of_field, share >= 1 ? end : start + (end - start) * ease(text_of(name_of_easing), share));
+    const RValue* const of_field = optional_field(each, field_name);
+    const RValue* const curve = optional_field(each, easing);
+    if (of_field == nullptr || !of_field->is_string()) continue;
+    const double now = share >= 1 ? end : start + (end - start) * ease(curve != nullptr ? text_of(*curve) : "linear", share);
+    variable_struct_set(widget, Value(RValue(*of_field)), now);
     if (share < 1)
       array_push(left, each);
     else if (const RValue* handler = optional_field(each, when_done))
@@ -61,10 +64,10 @@ STATIC_METHOD(TuiBase, tween, Value of_field, Value to, Value within, Value by, 
     ui_warning(self, "tween", "there is no easing '" + to_text(easing_name) + "'");
   }
   const Value kept = array_create(0), start = variable_struct_get(self, of_field);
-  if (const RValue* running = optional_field(self, tweens)) {
-    for (const Value& each : elements(Value(RValue(*running)))) {
-      if (Value(each[field_name]) != of_field) array_push(kept, each);
-    }
+  const Value running = array_in(self, tweens);
+  for (const Value& each : elements(running)) {
+    const RValue* const moved = optional_field(each, field_name);
+    if (moved != nullptr && Value(RValue(*moved)) != of_field) array_push(kept, each);
   }
   array_push(kept, struct_of({{field_name, of_field},
                               {from_value, is_numeric(start) ? start : Value(0)},

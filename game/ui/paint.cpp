@@ -13,9 +13,8 @@ constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is s
 }  // namespace
 
 int font_of(const Value& widget) {
-  if (const RValue* own = optional_field(widget, font)) return saturate_int32(to_real(*own));
   const bool is_caption = number_or(widget, caption_of_button, 0) > 0;
-  return whole_or(style_of(widget), is_caption ? font_button : font_text, -1);
+  return whole_or(widget, font, whole_or(style_of(widget), is_caption ? font_button : font_text, -1));
 }
 
 double text_width(std::string_view text, int with_font) {
@@ -39,7 +38,7 @@ std::string shown_text(const Value& widget) {
   if (before != nullptr) text += to_text(*before);
   if (shown != nullptr) {
     const RValue* decimals = optional_field(widget, rounding);
-    if (decimals != nullptr && is_numeric(*shown)) {
+    if (decimals != nullptr && is_numeric(*decimals) && is_numeric(*shown)) {
       const double scale = elementary::pow(10.0, std::clamp(to_real(*decimals), 0.0, 6.0));
       text += to_text(RValue(std::round(to_real(*shown) * scale) / scale));
     } else {
@@ -51,6 +50,8 @@ std::string shown_text(const Value& widget) {
 }
 
 int style_color(const Value& widget, const Variable& field) { return whole_or(style_of(widget), field, c_white); }
+
+int own_color_or(const Value& widget, const Variable& from_style) { return whole_or(widget, color, style_color(widget, from_style)); }
 
 void paint_rectangle(const Rect& at, int tint, double opacity) {
   if (at.width <= 0 || at.height <= 0) return;

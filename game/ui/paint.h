@@ -26,6 +26,8 @@ double sprite_height_of(int sprite);
 
 // A colour that a style gives, by the name of its field.
 int style_color(const Value& widget, const Variable& field);
+// The widget's own colour, or one that its style gives.
+int own_color_or(const Value& widget, const Variable& from_style);
 // A sprite of the style stretched as nine pieces: its corners keep their size.
 void paint_panel(int sprite, const Rect& at, int tint, double opacity);
 // A sprite stretched over a rectangle, turned around its middle.

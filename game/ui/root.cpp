@@ -18,8 +18,8 @@ const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_
 const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
 const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"};
 const Builtin keyboard_key_name{"keyboard_key_name"};
-const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, keyboard_key_name{"keyboard_key_name"},
-    gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"}, window_has_focus{"window_has_focus"};
+const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, gpu_push_scissor{"gpu_push_scissor"},
+    gpu_pop_scissor{"gpu_pop_scissor"}, window_has_focus{"window_has_focus"};
 
 constexpr int kLeftButton = 1;
 constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyShift = 16, kKeySpace = 32, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
@@ -27,26 +27,37 @@ constexpr int kKeysForWidgets[] = {8, kKeyEnter, 27, kKeySpace, 35, 36, kKeyLeft
 constexpr double kTooltipDelay = 0.4;  // s of rest over a widget
 
 Value reference(const Value& root, const Variable& field) {
-  const RValue* found = optional_field(root, field);
-  return found != nullptr && is_widget(Value(RValue(*found))) && !bool(Value(RValue(*found))[is_destroyed]) ? Value(RValue(*found))
-                                                                                                            : Value();
+  const Value found = struct_in(root, field);
+  return is_widget(found) && !is_set(found, is_destroyed) ? found : Value();
 }
 
-bool is_same(const Value& a, const Value& b) { return a.is_object() && b.is_object() && a.object == b.object; }
+// Those on the screen, in the order of drawing.
+std::vector<Value> shown_widgets(const Value& root) {
+  std::vector<Value> found;
+  const Value all = array_in(root, order);
+  for (const Value& each : elements(all)) {
+    if (is_widget(each) && !is_set(each, is_destroyed)) found.push_back(each);
+  }
+  return found;
+}
+
 bool stands_in(const Value& widget, const Value& holder) {
-  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
+  for (const Value& at : upwards(widget)) {
     if (is_same(at, holder)) return true;
   }
   return false;
 }
 
 bool takes_pointer(const Value& widget) {
-  if (bool(widget[mouse_ignore])) return false;
-  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
-    if (bool(at[mouse_ignore_all])) return false;
+  if (is_set(widget, mouse_ignore)) return false;
+  for (const Value& at : upwards(widget)) {
+    if (is_set(at, mouse_ignore_all)) return false;
   }
   return true;
 }
+
+// What a method of a script answered.
+bool is_true(const Value& answer) { return is_numeric(answer) && to_real(answer) > 0.5; }
 
 bool is_under(const Value& widget, double at_x, double at_y) {
   return rect_of(widget).contains(at_x, at_y) && at_x >= number_or(widget, clip_left, 0) && at_x < number_or(widget, clip_right, 0) &&
@@ -56,18 +67,17 @@ bool is_under(const Value& widget, double at_x, double at_y) {
 // The modal widget above all others, or undefined.
 Value modal_of(const Value& root) {
   Value found;
-  const Value all = root[order];
-  for (const Value& each : elements(all)) {
-    if (bool(each[is_modal]) && !bool(each[is_destroyed])) found = each;
+  for (const Value& each : shown_widgets(root)) {
+    if (is_set(each, is_modal)) found = each;
   }
   return found;
 }
 
 Value widget_at(const Value& root, double at_x, double at_y) {
   Value found;
-  const Value all = root[order], modal = modal_of(root);
-  for (const Value& each : elements(all)) {
-    if (is_same(each, root) || bool(each[is_destroyed]) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
+  const Value modal = modal_of(root);
+  for (const Value& each : shown_widgets(root)) {
+    if (is_same(each, root) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
     if (is_undefined(modal) || stands_in(each, modal)) found = each;
   }
   return found;
@@ -89,12 +99,11 @@ void set_focus(const Value& root, const Value& to) {
 
 // Whether the keyboard may have a widget that is shown: it is neither disabled nor under a modal layer.
 bool takes_keyboard(const Value& widget, const Value& modal) {
-  return bool(widget[enabled]) && (is_undefined(modal) || stands_in(widget, modal));
+  return is_set(widget, enabled, true) && (is_undefined(modal) || stands_in(widget, modal));
 }
 
 bool is_shown(const Value& root, const Value& widget) {
-  const Value all = root[order];
-  for (const Value& each : elements(all)) {
+  for (const Value& each : shown_widgets(root)) {
     if (is_same(each, widget)) return true;
   }
   return false;
@@ -102,9 +111,9 @@ bool is_shown(const Value& root, const Value& widget) {
 
 std::vector<Value> focusable(const Value& root) {
   std::vector<Value> found;
-  const Value all = root[order], modal = modal_of(root);
-  for (const Value& each : elements(all)) {
-    if (bool(each[is_focusable]) && takes_keyboard(each, modal)) found.push_back(each);
+  const Value modal = modal_of(root);
+  for (const Value& each : shown_widgets(root)) {
+    if (is_set(each, is_focusable) && takes_keyboard(each, modal)) found.push_back(each);
   }
   return found;
 }
@@ -138,10 +147,10 @@ void move_focus(const Value& root, int key, bool backwards) {
 
 // Whether a press there is the interface's and not the game's: on a widget that takes clicks, or on what stands in one.
 bool takes_press(const Value& widget) {
-  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
-    if (number_or(at, takes_clicks, 0) > 0 || bool(at[is_focusable])) return true;
+  for (const Value& at : upwards(widget)) {
+    if (is_set(at, takes_clicks) || is_set(at, is_focusable)) return true;
     for (const char* const event : {"press", "drag", "release", "click"}) {
-      if (is_array(variable_struct_get(at[events], event))) return true;
+      if (has_handlers(at, event)) return true;
     }
   }
   return false;
@@ -155,13 +164,13 @@ bool can_be_pressed(const Value& root, const Value& widget) {
 
 // `over` is where the pointer is then: it makes a click of what began there, too.
 void end_press(const Value& root, const Value& held, double at_x, double at_y, const Value& over) {
-  const bool inside = is_same(over, held), was_told = bool(held[is_pressed]);
+  const bool inside = is_same(over, held), was_told = is_set(held, is_pressed);
   root[pressed] = undefined;
   held[is_pressed] = false;
   if (!was_told) return;
-  call_guarded(held, held[onRelease], {Real(at_x), Real(at_y), inside});
+  call_own(held, onRelease, {Real(at_x), Real(at_y), inside});
   raise(held, "release");
-  if (inside && bool(held[enabled])) raise(held, "click");
+  if (inside && is_set(held, enabled, true)) raise(held, "click");
 }
 
 // What is disabled keeps the press from the game, but hears nothing of it.
@@ -169,13 +178,13 @@ void begin_press(const Value& root, const Value& over, double at_x, double at_y)
   const Value before = reference(root, pressed);
   if (is_widget(before)) end_press(root, before, at_x, at_y, over);  // let go and pressed again within one frame
   root[hover_seconds] = 0;
-  set_focus(root, is_widget(over) && bool(over[is_focusable]) && bool(over[enabled]) ? over : Value());
+  set_focus(root, is_widget(over) && is_set(over, is_focusable) && is_set(over, enabled, true) ? over : Value());
   if (!takes_press(over)) return;
   root[pressed] = over;
-  if (!bool(over[enabled])) return;
+  if (!is_set(over, enabled, true)) return;
   over[is_pressed] = true;
   raise(over, "press");
-  call_guarded(over, over[onPress], {Real(at_x), Real(at_y)});
+  call_own(over, onPress, {Real(at_x), Real(at_y)});
 }
 
 void use_pointer(const Value& root, double dt) {
@@ -196,7 +205,7 @@ void use_pointer(const Value& root, double dt) {
       raise(over, "hover");
     }
   } else {
-    root[hover_seconds] += dt;
+    root[hover_seconds] = number_or(root, hover_seconds, 0) + dt;
   }
 
   const Value held = reference(root, pressed);
@@ -209,14 +218,14 @@ void use_pointer(const Value& root, double dt) {
   const Value still = reference(root, pressed);
   if (is_widget(still) && !bool(mouse_check_button(kLeftButton))) {
     end_press(root, still, at_x, at_y, bool(window_has_focus()) ? over : Value());  // a lost focus lets go of the button, but is no click
-  } else if (is_widget(still) && moved && bool(still[is_pressed])) {
-    call_guarded(still, still[onDrag], {Real(at_x), Real(at_y)});
+  } else if (is_widget(still) && moved && is_set(still, is_pressed)) {
+    call_own(still, onDrag, {Real(at_x), Real(at_y)});
     raise(still, "drag");
   }
 
   const int turned = (bool(mouse_wheel_up()) ? 1 : 0) - (bool(mouse_wheel_down()) ? 1 : 0);
-  for (Value at = turned != 0 ? over : Value(); is_widget(at); at = Value(at[parent])) {
-    if (bool(call_guarded(at, at[onWheel], {turned}))) break;
+  for (const Value& at : upwards(turned != 0 ? over : Value())) {
+    if (is_true(call_own(at, onWheel, {turned}))) break;
   }
 }
 
@@ -234,14 +243,14 @@ void use_keyboard(const Value& root) {
   if (!is_widget(target)) return;
   if (!is_shown(root, target) || !takes_keyboard(target, modal_of(root))) return set_focus(root, undefined);
   const Value typed = keyboard_text();
-  if (typed.is_string() && !text_of(typed).empty()) call_guarded(target, target[onText], {typed});
+  if (typed.is_string() && !text_of(typed).empty()) call_own(target, onText, {typed});
   for (int place = 'A'; place <= 'Z'; ++place) {
-    if (bool(keyboard_check_pressed(place))) call_guarded(target, target[onKey], {letter_at(place)});
+    if (bool(keyboard_check_pressed(place))) call_own(target, onKey, {letter_at(place)});
   }
   for (const int key : kKeysForWidgets) {
-    if (!bool(keyboard_check_pressed(key)) || bool(call_guarded(target, target[onKey], {key}))) continue;
+    if (!bool(keyboard_check_pressed(key)) || is_true(call_own(target, onKey, {key}))) continue;
     if (key >= kKeyLeft && key <= kKeyDown) move_focus(root, key, false);
-    if (key == kKeyEnter || key == kKeySpace) call_guarded(target, target[onActivate], {});
+    if (key == kKeyEnter || key == kKeySpace) call_own(target, onActivate, {});
   }
 }
 
@@ -282,17 +291,16 @@ CONSTRUCTOR(TuiMain, Value settings) {
 STATIC_METHOD(TuiMain, update) {
   const double dt = to_real(Value(global[dt_steady]));
   const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
-  const Value all = self[order];
-  for (const Value& each : elements(all)) {
-    if (bool(each[is_destroyed])) continue;
+  for (const Value& each : shown_widgets(self)) {
+    if (is_set(each, is_destroyed)) continue;  // by one before it
     follow_binding(each);
     advance_tweens(each, dt);
-    call_guarded(each, each[onUpdate], {Real(dt)});
+    call_own(each, onUpdate, {Real(dt)});
   }
   const bool resized = number_or(self, last_width, 0) != across || number_or(self, last_height, 0) != down;
   self[last_width] = across;
   self[last_height] = down;
-  if (resized || bool(self[layout_dirty])) arrange(self, across, down);
+  if (resized || is_set(self, layout_dirty)) arrange(self, across, down);
   use_pointer(self, dt);
   use_keyboard(self);
   return undefined;
@@ -301,16 +309,15 @@ STATIC_METHOD(TuiMain, update) {
 // Once a frame, in a Draw GUI event. What changed since update() is arranged first.
 STATIC_METHOD(TuiMain, render) {
   const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
-  if (bool(self[layout_dirty])) arrange(self, across, down);
-  const Value all = self[order];
-  for (const Value& each : elements(all)) {
+  if (is_set(self, layout_dirty)) arrange(self, across, down);
+  for (const Value& each : shown_widgets(self)) {
     const double left = number_or(each, clip_left, 0), top = number_or(each, clip_top, 0), right = number_or(each, clip_right, 0),
                  bottom = number_or(each, clip_bottom, 0);
     const Rect at = rect_of(each);
     if (at.x >= right || at.y >= bottom || at.x + at.width <= left || at.y + at.height <= top) continue;
     const bool is_cut = left > 0 || top > 0 || right < across || bottom < down;
     if (is_cut) gpu_push_scissor(left, top, right - left, bottom - top);
-    call_guarded(each, each[onDraw], {});
+    call_own(each, onDraw, {});
     if (is_cut) gpu_pop_scissor();
   }
   draw_tooltip(self);
@@ -326,7 +333,7 @@ STATIC_METHOD(TuiMain, isInteracting) {
   if (bool(mouse_check_button(kLeftButton)) && !begins) return false;
   const Value over = widget_at(self, to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)));
   const Value writer = begins ? Value() : reference(self, focused);
-  return takes_press(over) || (is_widget(writer) && number_or(writer, takes_text, 0) > 0);
+  return takes_press(over) || (is_widget(writer) && is_set(writer, takes_text));
 }
 
 // Gives the keyboard to a widget of the tree.

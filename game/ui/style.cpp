@@ -13,10 +13,11 @@ constexpr int kInk = 0xF2EEE8, kFaint = 0x9A9086, kPanel = 0x3A322B, kButton = 0
 }  // namespace
 
 Value style_of(const Value& widget) {
-  for (Value at = widget; is_widget(at); at = Value(at[parent])) {
-    if (const RValue* own = optional_field(at, style)) return Value(RValue(*own));
+  for (const Value& at : upwards(widget)) {
+    const Value own = struct_in(at, style);
+    if (!is_undefined(own)) return own;
   }
-  if (global_object()->find_variable(default_style.slot) == nullptr) global[default_style] = TuiStyle.make();
+  if (is_undefined(struct_in(RValue::of_object(global_object()), default_style))) global[default_style] = TuiStyle.make();
   return global[default_style];
 }
 

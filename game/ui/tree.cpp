@@ -1,4 +1,7 @@
 // Widgets in their tree: content, events, data, order, and the reports of what scripts get wrong.
+#include <unordered_set>
+#include <utility>
+
 #include "game/ui/widget.h"
 
 namespace arena::game {
@@ -21,12 +24,11 @@ std::string prefix(const char* level, const Value& widget, std::string_view plac
 }
 
 void leave_parent(const Value& widget) {
-  const RValue* above = optional_field(widget, parent);
-  if (above == nullptr) return;
-  const Value holder(*above), left = array_create(0);
-  const Value old = holder[content];
+  const Value holder = parent_of(widget);
+  if (!is_widget(holder)) return;
+  const Value left = array_create(0), old = array_in(holder, content);
   for (const Value& each : elements(old)) {
-    if (each.object != widget.object) array_push(left, each);
+    if (!is_same(each, widget)) array_push(left, each);
   }
   holder[content] = left;
   mark_dirty(holder);
@@ -38,30 +40,45 @@ void add_one(const Value& holder, const Value& widget) {
     ui_error(holder, "addContent", "content is to be a widget or an array of widgets, not " + std::string(arena::type_name(widget)));
     return;
   }
-  for (Value above = holder; is_widget(above); above = Value(above[parent])) {
-    if (above.object == widget.object) {
+  int depth = 0;
+  for (const Value& above : upwards(holder)) {
+    ++depth;
+    if (is_same(above, widget)) {
       ui_error(holder, "addContent", "a widget cannot stand in itself");
       return;
     }
   }
-  if (bool(widget[is_destroyed])) {
+  if (depth >= kDeepest) {
+    ui_error(holder, "addContent", "widgets stand in one another at most " + std::to_string(kDeepest) + " deep");
+    return;
+  }
+  if (is_set(widget, is_destroyed)) {
     ui_error(holder, "addContent", "the widget was destroyed");
     return;
   }
   leave_parent(widget);
   widget[parent] = holder;
+  if (is_undefined(array_in(holder, content))) holder[content] = array_create(0);
   array_push(holder[content], widget);
 }
 
 // Children first, so that a handler of "destroy" still finds its parent.
 void destroy_tree(const Value& widget) {
-  if (bool(widget[is_destroyed])) return;
-  widget[is_destroyed] = true;
-  for (const Variable* state : {&is_hovered, &is_pressed, &is_focused}) widget[*state] = false;
-  const Value inside = widget[content];
-  for (const Value& each : elements(inside)) destroy_tree(each);
-  call_guarded(widget, widget[onDestroy], {});
-  raise(widget, "destroy");
+  std::vector<std::pair<Value, bool>> waiting{{widget, false}};  // and whether its content is done
+  while (!waiting.empty()) {
+    const auto [at, is_last] = waiting.back();
+    waiting.pop_back();
+    if (is_last) {
+      call_own(at, onDestroy, {});
+      raise(at, "destroy");
+    } else if (!is_set(at, is_destroyed)) {
+      at[is_destroyed] = true;
+      for (const Variable* state : {&is_hovered, &is_pressed, &is_focused}) at[*state] = false;
+      waiting.emplace_back(at, true);
+      const std::vector<Value> inside = content_of(at);
+      for (auto each = inside.rbegin(); each != inside.rend(); ++each) waiting.emplace_back(*each, false);
+    }
+  }
 }
 
 }  // namespace
@@ -75,8 +92,18 @@ void ui_warning(const Value& widget, std::string_view place, std::string_view wh
 
 Value root_of(const Value& widget) {
   Value top = widget;
-  while (const RValue* above = optional_field(top, parent)) top = Value(RValue(*above));
+  for (const Value& at : upwards(widget)) top = at;
   return top;
+}
+
+std::vector<Value> content_of(const Value& widget) {
+  std::vector<Value> found;
+  std::unordered_set<const WBObjectBase*> seen;
+  const Value inside = array_in(widget, content);
+  for (const Value& each : elements(inside)) {
+    if (is_widget(each) && is_same(parent_of(each), widget) && seen.insert(each.object).second) found.push_back(each);
+  }
+  return found;
 }
 
 void mark_dirty(const Value& widget) {
@@ -90,8 +117,20 @@ Value call_guarded(const Value& widget, const Value& method, std::initializer_li
   return made.result;
 }
 
+Value call_own(const Value& widget, const Variable& method, std::initializer_list<Value> arguments) {
+  const RValue* found = optional_field(widget, method);
+  return found != nullptr ? call_guarded(widget, Value(RValue(*found)), arguments) : Value();
+}
+
+static Value handlers_of(const Value& widget, std::string_view event) {
+  const Value all = struct_in(widget, events);
+  return is_undefined(all) ? all : variable_struct_get(all, Value(event));
+}
+
+bool has_handlers(const Value& widget, std::string_view event) { return is_array(handlers_of(widget, event)); }
+
 void raise(const Value& widget, std::string_view event, const Value& detail) {
-  const Value handlers = variable_struct_get(widget[events], Value(event));
+  const Value handlers = handlers_of(widget, event);
   if (!is_array(handlers)) return;
   const Value copy = array_create(0);  // a handler may add or remove some
   array_copy(copy, 0, handlers, 0, array_length(handlers));
@@ -128,15 +167,14 @@ STATIC_METHOD(TuiBase, addContent, Value what) {
 }
 
 STATIC_METHOD(TuiBase, removeContent, Value what) {
-  if (is_widget(what) && optional_field(what, parent) != nullptr && optional_field(what, parent)->object == self.object())
-    leave_parent(what);
+  if (is_widget(what) && is_same(parent_of(what), self)) leave_parent(what);
   return self;
 }
 
 STATIC_METHOD(TuiBase, destroyContent) {
-  const Value old = self[content];
+  const std::vector<Value> old = content_of(self);
   self[content] = array_create(0);
-  for (const Value& each : elements(old)) {
+  for (const Value& each : old) {
     destroy_tree(each);
     each[parent] = undefined;
   }
@@ -169,13 +207,14 @@ STATIC_METHOD(TuiBase, setData, Value key, Value what) {
 STATIC_METHOD(TuiBase, getData, Value key) { return variable_struct_get(self[data], key); }
 
 STATIC_METHOD(TuiBase, addEvent, Value event, Value handler) {
+  if (is_undefined(struct_in(self, events))) self[events] = struct_of({});
   const Value all = self[events];
   if (!is_array(variable_struct_get(all, event))) variable_struct_set(all, event, array_create(0));
   array_push(variable_struct_get(all, event), handler);
   return self;
 }
 STATIC_METHOD(TuiBase, removeEvent, Value event) {
-  variable_struct_set(self[events], event, undefined);
+  if (!is_undefined(struct_in(self, events))) variable_struct_set(self[events], event, undefined);
   return self;
 }
 STATIC_METHOD(TuiBase, trigger, Value event, Value detail) {
@@ -185,11 +224,16 @@ STATIC_METHOD(TuiBase, trigger, Value event, Value detail) {
 
 // The first widget of this name in the content, however deep; undefined when there is none.
 STATIC_METHOD(TuiBase, find, Value wanted) {
-  const Value inside = self[content];
-  for (const Value& each : elements(inside)) {
-    if (Value(each[name_field]) == wanted) return each;
-    const Value deeper = each[find](wanted);
-    if (!is_undefined(deeper)) return deeper;
+  std::vector<Value> waiting{self};
+  std::unordered_set<const WBObjectBase*> seen;
+  while (!waiting.empty()) {
+    const Value at = waiting.back();
+    waiting.pop_back();
+    if (!seen.insert(at.object).second) continue;
+    const RValue* called = optional_field(at, name_field);
+    if (seen.size() > 1 && called != nullptr && Value(RValue(*called)) == wanted) return at;
+    const std::vector<Value> inside = content_of(at);
+    waiting.insert(waiting.end(), inside.rbegin(), inside.rend());
   }
   return undefined;
 }

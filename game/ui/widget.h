@@ -59,17 +59,32 @@ struct Rect {
 };
 
 inline PropertyObject* object_of(const Value& widget) { return property_object(widget); }
-inline bool is_widget(const Value& value) {
-  return value.is_object() && value.object->object_kind == ObjectKind::kStruct && object_of(value)->find_variable(rect_x.slot) != nullptr;
-}
-// A field that may be absent.
+inline bool is_plain_struct(const Value& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
+inline bool is_widget(const Value& value) { return is_plain_struct(value) && object_of(value)->find_variable(rect_x.slot) != nullptr; }
+inline bool is_same(const Value& a, const Value& b) { return a.is_object() && b.is_object() && a.object == b.object; }
+
+// Scripts may write anything into any field of a widget or a style. What the toolkit reads while it works goes through these: a field
+// that is absent or holds something else than expected counts as its default.
 inline const RValue* optional_field(const Value& widget, const Variable& field) {
-  const RValue* found = object_of(widget)->find_variable(field.slot);
+  PropertyObject* const object = object_of(widget);
+  const RValue* found = object != nullptr ? object->find_variable(field.slot) : nullptr;
   return found != nullptr && !found->is_unset() && !found->is_undefined() ? found : nullptr;
 }
 inline double number_or(const Value& widget, const Variable& field, double otherwise) {
   const RValue* found = optional_field(widget, field);
   return found != nullptr && is_numeric(*found) ? to_real(*found) : otherwise;
+}
+inline bool is_set(const Value& widget, const Variable& field, bool otherwise = false) {
+  return number_or(widget, field, otherwise ? 1 : 0) > 0.5;
+}
+inline Value struct_in(const Value& widget, const Variable& field) {
+  const RValue* found = optional_field(widget, field);
+  return found != nullptr && is_plain_struct(Value(RValue(*found))) ? Value(RValue(*found)) : Value();
+}
+// Undefined when there is none.
+inline Value array_in(const Value& widget, const Variable& field) {
+  const RValue* found = optional_field(widget, field);
+  return found != nullptr && found->is_array() ? Value(RValue(*found)) : Value();
 }
 inline int whole_or(const Value& widget, const Variable& field, int otherwise) {
   return saturate_int32(number_or(widget, field, otherwise));
@@ -77,6 +92,33 @@ inline int whole_or(const Value& widget, const Variable& field, int otherwise) {
 inline Rect rect_of(const Value& widget) {
   return {number_or(widget, rect_x, 0), number_or(widget, rect_y, 0), number_or(widget, rect_width, 0), number_or(widget, rect_height, 0)};
 }
+
+// A widget stands in its parent, that one in its own, and so on; deeper trees are refused when they are made and not arranged.
+inline constexpr int kDeepest = 500;
+inline Value parent_of(const Value& widget) {
+  const Value above = struct_in(widget, parent);
+  return is_widget(above) ? above : Value();
+}
+// The widget and all that it stands in, for `for (const Value& at : upwards(widget))`. Ends also where scripts made a circle.
+class Upwards {
+ public:
+  explicit Upwards(const Value& from) : from_(from) {}
+  struct Iterator {
+    Value at;
+    int left;
+    const Value& operator*() const { return at; }
+    Iterator& operator++() { return at = --left > 0 ? parent_of(at) : Value(), *this; }
+    bool operator!=(const Iterator&) const { return is_widget(at); }
+  };
+  Iterator begin() const { return {from_, kDeepest + 1}; }
+  Iterator end() const { return {Value(), 0}; }
+
+ private:
+  Value from_;
+};
+inline Upwards upwards(const Value& widget) { return Upwards(widget); }
+// The widgets that stand in this one, each once: those in its content that name it as their parent.
+std::vector<Value> content_of(const Value& widget);
 
 // The pixels inside padding and border.
 Rect inner_rect(const Value& widget);
@@ -88,6 +130,10 @@ void mark_dirty(const Value& widget);
 void raise(const Value& widget, std::string_view event, const Value& detail = undefined);
 // Calls a method of the widget, with the same care.
 Value call_guarded(const Value& widget, const Value& method, std::initializer_list<Value> arguments);
+// One of its own methods.
+Value call_own(const Value& widget, const Variable& method, std::initializer_list<Value> arguments);
+// Whether anybody listens for the event.
+bool has_handlers(const Value& widget, std::string_view event);
 void ui_error(const Value& widget, std::string_view place, std::string_view what);
 void ui_warning(const Value& widget, std::string_view place, std::string_view what);
 // Copies the fields of the settings into the widget, over its defaults.
