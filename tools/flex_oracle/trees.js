@@ -27,9 +27,9 @@ function style(random, depth, isRoot, family) {
   const s = {};
   const chance = (p) => random() < p;
   if (chance(0.55)) s['flex-direction'] = pick(random, ['row', 'row-reverse', 'column', 'column', 'column-reverse']);
-  if (chance(family.wrap)) s['flex-wrap'] = pick(random, ['wrap', 'wrap', 'wrap-reverse']);
+  if (chance(family.wrap)) s['flex-wrap'] = pick(random, family.dense ? ['wrap', 'wrap-reverse'] : ['wrap', 'wrap', 'wrap-reverse']);
   if (chance(0.4)) s['justify-content'] = pick(random, ['flex-start', 'flex-end', 'center', 'space-between', 'space-around', 'space-evenly']);
-  if (chance(0.4)) s['align-items'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'baseline']);
+  if (chance(family.dense ? 0.7 : 0.4)) s['align-items'] = pick(random, family.alignments);
   if (chance(0.25)) s['align-content'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'space-between', 'space-around', 'space-evenly']);
   if (chance(0.3)) s['column-gap'] = length(random, 0, 20, family.percent);
   if (chance(0.3)) s['row-gap'] = length(random, 0, 20, family.percent / 2);
@@ -49,7 +49,7 @@ function style(random, depth, isRoot, family) {
   if (chance(0.3)) s['flex-grow'] = pick(random, [0.25, 0.5, 1, 1, 2, 3]);
   if (chance(0.3)) s['flex-shrink'] = pick(random, [0, 0, 0.5, 1, 2, 3]);
   if (chance(0.2)) s['flex-basis'] = length(random, 0, 150, family.percent);
-  if (chance(0.2)) s['align-self'] = pick(random, ['stretch', 'flex-start', 'flex-end', 'center', 'baseline']);
+  if (chance(family.dense ? 0.4 : 0.2)) s['align-self'] = pick(random, family.alignments);
   if (chance(family.ratio)) s['aspect-ratio'] = pick(random, [0.5, 1, 1.5, 2]);
   if (chance(0.1)) s.overflow = 'hidden';
   if (chance(family.absolute)) {
@@ -93,6 +93,15 @@ function runTrees(seed, count) {
     const random = generator(seed * 100003 + i);
     // Half of the trees keep to lengths of the grid, the others have percentages; proportions and absolute boxes come in some.
     const family = {percent: i % 2 === 0 ? 0 : 0.3, ratio: i % 4 < 2 ? 0 : 0.25, absolute: i % 3 === 0 ? 0.12 : 0, wrap: i % 5 === 0 ? 0 : 0.3};
+    // Every seventh tree has far more of what interacts: baselines, wrapping in both directions, percentages.
+    family.dense = i % 7 === 6;
+    family.alignments = ['stretch', 'flex-start', 'flex-end', 'center', 'baseline'];
+    if (family.dense) {
+      family.alignments.push('baseline', 'baseline', 'baseline');
+      family.wrap = 0.6;
+      if (family.percent > 0) family.percent = 0.5;
+      if (family.absolute > 0) family.absolute = 0.25;
+    }
     const tree = build(random, 0, true, family, {left: 14});
     const room = document.getElementById('room');
     room.replaceChildren(make(tree));

@@ -40,7 +40,7 @@ void Tree::lay_out(double width, double height) {
   const bool is_definite = is_known(wanted_height);
   const double tall = is_definite ? wanted_height : solver.natural_height(0, root.width, width, height);
   root.height = limits(style, 1, height, frame_height).clamp(tall);
-  solver.place(0, root.width, root.height, is_definite, width);
+  solver.place(0, root.width, root.height, is_definite ? Tall::kDefinite : Tall::kFromContent, width, height);
 }
 
 }  // namespace arena::layout

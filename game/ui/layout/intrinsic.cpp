@@ -30,9 +30,9 @@ double Solver::contribution(const Style& parent, std::int32_t index, Measure mea
   const double preferred = wanted(style, 0, kUnknown, own_frame);
   const double from_height = style.aspect_ratio > 0 && is_known(height) ? height * style.aspect_ratio : kUnknown;
   double width = is_known(preferred) ? preferred : from_height;
-  if (!is_known(width)) width = intrinsic_width(index, measure, kUnknown, height);
+  if (!is_known(width)) width = intrinsic_width(index, measure, kUnknown, inner_height, height);
   if (!is_known(preferred) && is_known(from_height) && style.min_size[0].is_auto() && !style.clips) {
-    width = std::max(width, intrinsic_width(index, kNarrowest, kUnknown, height));
+    width = std::max(width, intrinsic_width(index, kNarrowest, kUnknown, inner_height, height));
   }
   if (is_row(parent) && (in_line || measure == kWidest)) {
     // An item that cannot grow is not wider than its base, one that cannot shrink not narrower; none is below its automatic minimum.
@@ -40,7 +40,7 @@ double Solver::contribution(const Style& parent, std::int32_t index, Measure mea
     if (is_known(base) && style.grow == 0) width = std::min(width, std::max(base, own_frame));
     if (is_known(base) && style.shrink == 0) width = std::max(width, base);
     if (style.min_size[0].is_auto() && !style.clips) {
-      double least = intrinsic_width(index, kNarrowest, kUnknown, height);
+      double least = intrinsic_width(index, kNarrowest, kUnknown, inner_height, height);
       if (is_known(from_height)) least = std::max(least, from_height);
       if (is_known(preferred)) least = std::min(least, preferred);
       width = std::max(width, least);
@@ -49,11 +49,11 @@ double Solver::contribution(const Style& parent, std::int32_t index, Measure mea
   return limits(style, 0, kUnknown, own_frame).clamp(width) + margins;
 }
 
-// The lines of a column that wraps stand side by side; where the height is unknown there is one.
-double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_height) {
+// The lines of a column that wraps at `limit` stand side by side. Percentages refer to the height only where that is known.
+double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_height, double limit) {
   const Style& style = boxes_[static_cast<std::size_t>(box)].style;
   const double gap_between = resolve_or(style.gap[0], kUnknown, 0), gap_along = resolve_or(style.gap[1], inner_height, 0);
-  double width = 0, line_width = 0, used = 0, before = 0, behind = 0;  // before and behind what baselines are counted from
+  double width = 0, line_width = 0, used = 0, before = -kEndless, behind = -kEndless;  // before and behind what baselines are counted from
   bool is_first = true;
   for (std::int32_t child = boxes_[static_cast<std::size_t>(box)].first_child; child != kNoBox;
        child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
@@ -63,7 +63,8 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
     const double added = contribution(style, child, measure, inner_height);
     const double own_width = added - resolve_or(each.margin[kLeft], kUnknown, 0) - resolve_or(each.margin[kRight], kUnknown, 0);
     double height = each.basis.is_auto() ? wanted(each, 1, inner_height, own_frame) : resolve(each.basis, inner_height);
-    const double natural = natural_height(child, own_width, kUnknown, inner_height);
+    double natural = natural_height(child, own_width, kUnknown, kUnknown);
+    if (each.aspect_ratio > 0) natural = std::max(natural, own_width / each.aspect_ratio);
     if (!is_known(height)) height = natural;
     const bool has_minimum = each.min_size[1].is_auto() && !each.clips;
     if (has_minimum) {
@@ -72,9 +73,10 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
     }
     height = limits(each, 1, inner_height, own_frame).clamp(height) + resolve_or(each.margin[kTop], kUnknown, 0) +
              resolve_or(each.margin[kBottom], kUnknown, 0);
-    if (!is_first && is_known(inner_height) && used + gap_along + height > inner_height + 1.0 / 128) {
+    if (!is_first && used + gap_along + height > limit + 1.0 / 128) {
       width += line_width + gap_between;
-      line_width = used = before = behind = 0;
+      line_width = used = 0;
+      before = behind = -kEndless;
       is_first = true;
     }
     used += height + (is_first ? 0 : gap_along);
@@ -91,24 +93,25 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
   return width + line_width;
 }
 
-double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent_width, double height) {
+double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent_width, double percent_height, double height) {
   const auto index = static_cast<std::size_t>(box);
   for (const Memo::Width& known : memos_[index].widths) {
-    if (known.measure == measure && same(known.percent_width, percent_width) && same(known.height, height) && is_known(known.result))
+    if (known.measure == measure && same(known.percent_width, percent_width) && same(known.percent_height, percent_height) &&
+        same(known.height, height) && is_known(known.result))
       return known.result;
   }
   const Box& self = boxes_[index];
   const Style& style = self.style;
   const double frame_height = frame(style, 1, percent_width);
   const double inner_height = is_known(height) ? std::max(0.0, height - frame_height) : kUnknown;
-  const double tallest = is_known(inner_height) ? inner_height : resolve(style.max_size[1], kUnknown) - frame_height;
   const bool sums = is_row(style) && (measure == kWidest || style.wrap == Wrap::kNone);
   double width = 0;
   int count = 0;
   if (self.first_child == kNoBox && self.content != nullptr)
     width = measure == kWidest ? self.content->widest() : self.content->narrowest();
   if (!is_row(style) && style.wrap != Wrap::kNone && measure == kWidest) {
-    width = width_of_columns(box, measure, is_known(tallest) ? std::max(0.0, tallest) : kUnknown);
+    const double limit = limits(style, 1, percent_height, frame_height).clamp(kEndless) - frame_height;
+    width = width_of_columns(box, measure, inner_height, is_known(inner_height) ? inner_height : limit);
   } else {
     for (std::int32_t child = self.first_child; child != kNoBox; child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
       if (boxes_[static_cast<std::size_t>(child)].style.position == Position::kAbsolute) continue;
@@ -120,20 +123,20 @@ double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent
   if (sums && count > 1) width += (count - 1) * resolve_or(style.gap[0], kUnknown, 0);
   width = std::max(0.0, width) + frame(style, 0, percent_width);
   if (style.aspect_ratio > 0) {
-    const Limits heights = limits(style, 1, kUnknown, frame_height);
+    const Limits heights = limits(style, 1, percent_height, frame_height);
     width = std::max(heights.least * style.aspect_ratio, std::min(width, heights.most * style.aspect_ratio));
   }
   if (measure == kWidest && style.wrap != Wrap::kNone && is_row(style))
-    width = std::max(width, intrinsic_width(box, kNarrowest, percent_width, height));
+    width = std::max(width, intrinsic_width(box, kNarrowest, percent_width, percent_height, height));
   Memo& memo = memos_[index];
-  memo.widths[memo.next_width] = {measure, percent_width, height, width};
+  memo.widths[memo.next_width] = {measure, percent_width, percent_height, height, width};
   memo.next_width = static_cast<std::uint8_t>((memo.next_width + 1) % memo.widths.size());
   return width;
 }
 
-double Solver::fitting_width(std::int32_t box, double available, double percent_width, double height) {
-  const double widest = intrinsic_width(box, kWidest, percent_width, height);
-  return widest <= available ? widest : std::max(intrinsic_width(box, kNarrowest, percent_width, height), available);
+double Solver::fitting_width(std::int32_t box, double available, double percent_width, double percent_height, double height) {
+  const double widest = intrinsic_width(box, kWidest, percent_width, percent_height, height);
+  return widest <= available ? widest : std::max(intrinsic_width(box, kNarrowest, percent_width, percent_height, height), available);
 }
 
 double Solver::natural_height(std::int32_t box, double width, double percent_width, double percent_height) {
@@ -141,7 +144,7 @@ double Solver::natural_height(std::int32_t box, double width, double percent_wid
   for (const Memo::Height& known : memos_[index].heights) {
     if (known.width == width && same(known.percent_width, percent_width) && same(known.percent_height, percent_height)) return known.result;
   }
-  const double result = run(box, width, kUnknown, false, percent_width, percent_height, false);
+  const double result = run(box, width, kUnknown, Tall::kFromContent, percent_width, percent_height, false);
   Memo& memo = memos_[index];
   memo.heights[memo.next_height] = {width, percent_width, percent_height, result};
   memo.next_height ^= 1;

@@ -50,13 +50,13 @@ void Solver::size_row_item(const Container& in, Item& item) {
 
   double base = style.basis.is_auto() ? width : resolve(style.basis, in.inner[0]);
   if (!is_known(base)) base = from_height;
-  if (!is_known(base)) base = intrinsic_width(item.box, kWidest, in.inner[0], clamped_height);
+  if (!is_known(base)) base = intrinsic_width(item.box, kWidest, in.inner[0], in.percent_height(), clamped_height);
   item.base = std::max(base, frame_width);
 
   item.most = widths.most;
   item.least = widths.least;
   if (style.min_size[0].is_auto() && !style.clips) {
-    double least = intrinsic_width(item.box, kNarrowest, in.inner[0], clamped_height);
+    double least = intrinsic_width(item.box, kNarrowest, in.inner[0], in.percent_height(), clamped_height);
     if (is_known(from_height)) least = std::max(least, from_height);
     if (style.aspect_ratio > 0) least = std::max(heights.least * style.aspect_ratio, std::min(least, heights.most * style.aspect_ratio));
     if (is_known(width)) least = std::min(least, width);
@@ -75,21 +75,21 @@ void Solver::size_column_item(const Container& in, Item& item) {
   const double available = std::max(0.0, in.inner[0] - item.margins(0));
   double width = wanted(style, 0, in.inner[0], frame_width);
   if (!is_known(width) && stretches && !in.is_multi_line()) width = available;
-  const bool follows_height = !is_known(width) && style.aspect_ratio > 0 && is_known(height);
+  const double asked = style.basis.is_auto() ? height : resolve(style.basis, in.percent_height());
+  const bool follows_height = !is_known(width) && style.aspect_ratio > 0 && is_known(height) && is_known(asked);
   if (follows_height) width = heights.clamp(height) * style.aspect_ratio;
-  if (!is_known(width)) width = fitting_width(item.box, available, in.inner[0], is_known(height) ? heights.clamp(height) : kUnknown);
-  item.cross = widths.clamp(width);
+  if (!is_known(width)) width = fitting_width(item.box, available, in.inner[0], kUnknown, kUnknown);
+  item.cross = widths.clamp(width);  // flexing may still change the height, and a width that follows it
 
   const double from_width = style.aspect_ratio > 0 && !follows_height ? item.cross / style.aspect_ratio : kUnknown;
-  double base = style.basis.is_auto() ? height : resolve(style.basis, in.percent_height());
-  if (!is_known(base)) base = from_width;
-  if (!is_known(base)) base = natural_height(item.box, item.cross, in.inner[0], in.percent_height());
+  double base = is_known(asked) ? asked : from_width;
+  if (!is_known(base)) base = natural_height(item.box, item.cross, in.inner[0], kUnknown);
   item.base = std::max(base, frame_height);
 
   item.most = heights.most;
   item.least = heights.least;
   if (style.min_size[1].is_auto() && !style.clips) {
-    double least = natural_height(item.box, item.cross, in.inner[0], in.percent_height());
+    double least = natural_height(item.box, item.cross, in.inner[0], kUnknown);
     if (is_known(from_width)) least = std::max(least, from_width);
     if (style.aspect_ratio > 0) least = std::max(widths.least / style.aspect_ratio, std::min(least, widths.most / style.aspect_ratio));
     if (is_known(height)) least = std::min(least, height);

@@ -7,6 +7,8 @@
 
 namespace arena::layout {
 
+inline constexpr double kEndless = std::numeric_limits<double>::infinity();
+
 // Unknown for automatic lengths and for percentages of something unknown.
 inline double resolve(Length length, double base) {
   if (length.unit == Length::Unit::kPixels) return length.value;
@@ -35,8 +37,7 @@ struct Limits {
 // `base` is what percentages of this axis refer to; `frame` the padding and border of it. A minimum wins over a maximum.
 inline Limits limits(const Style& style, int axis, double base, double frame) {
   const auto which = static_cast<std::size_t>(axis);
-  return {std::max(resolve_or(style.min_size[which], base, 0), frame),
-          resolve_or(style.max_size[which], base, std::numeric_limits<double>::infinity())};
+  return {std::max(resolve_or(style.min_size[which], base, 0), frame), resolve_or(style.max_size[which], base, kEndless)};
 }
 // The size that the style asks for, never below its frame; unknown when automatic.
 inline double wanted(const Style& style, int axis, double base, double frame) {

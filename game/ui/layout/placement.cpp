@@ -38,15 +38,32 @@ Justify justify_of(Align align) {
 // A height from proportions may still grow with the content, unless a minimum or clipping rules that out.
 bool proportions_decide(const Style& style) { return style.aspect_ratio > 0 && (!style.min_size[1].is_auto() || style.clips); }
 
-constexpr double kEndless = std::numeric_limits<double>::infinity();
-
 // Whether an item fills its line across.
 bool stretches(const Solver::Container& in, const Item& item, const Style& style) {
   const auto low = static_cast<std::size_t>(in.cross);
   return item.align == Align::kStretch && style.size[low].is_auto() && !item.margin_is_auto[low] && !item.margin_is_auto[low + 2];
 }
 
+// The room for a column's items that the style gives by itself; without end where only the content decides.
+double tallest(const Style& style, double percent_height, double own_frame) {
+  const Limits heights = limits(style, 1, percent_height, own_frame);
+  const double asked = wanted(style, 1, percent_height, own_frame);
+  return heights.clamp(is_known(asked) ? asked : kEndless) - own_frame;
+}
+
 bool is_reverse(Direction direction) { return direction == Direction::kRowReverse || direction == Direction::kColumnReverse; }
+
+// The share of the free space that lies before a box out of the flow, were it the only child.
+double share_before(const Solver::Container& in, const Style& style, int axis) {
+  const bool is_main = axis == in.main;
+  const Align align = style.align_self == Align::kAuto ? in.style->align_items : style.align_self;
+  const Justify justify = is_main ? in.style->justify : justify_of(align);
+  double share = 0.5;
+  if (justify == Justify::kStart || justify == Justify::kBetween) share = 0;
+  if (justify == Justify::kEnd) share = 1;
+  const bool reverse = is_main ? is_reverse(in.style->direction) : in.style->wrap == Wrap::kReverse && align != Align::kBaseline;
+  return reverse ? 1 - share : share;
+}
 
 }  // namespace
 
@@ -72,10 +89,10 @@ double Solver::child_width(const Container& in, const Item& item) {
   if (!style.size[0].is_auto() || stretches) return item.cross;
   double width = item.target * style.aspect_ratio;
   if (style.aspect_ratio <= 0) {
-    const bool is_definite = in.height_counts || is_known(wanted(style, 1, in.percent_height(), 0));
-    width = fitting_width(item.box, std::max(0.0, in.inner[0] - item.margins(0)), in.inner[0], is_definite ? item.target : kUnknown);
+    width = fitting_width(item.box, std::max(0.0, in.inner[0] - item.margins(0)), in.inner[0], in.percent_height(),
+                          tall(in, item) == Tall::kDefinite ? item.target : kUnknown);
   } else if (style.min_size[0].is_auto() && !style.clips)
-    width = std::max(width, intrinsic_width(item.box, kNarrowest, in.inner[0], item.target));
+    width = std::max(width, intrinsic_width(item.box, kNarrowest, in.inner[0], in.percent_height(), item.target));
   return limits(style, 0, in.inner[0], frame(style, 0, in.inner[0])).clamp(width);
 }
 
@@ -98,12 +115,12 @@ void Solver::size_lines(Container& in) {
   }
 }
 
-// Whether percentages of an item's children may refer to its height.
-bool Solver::has_definite_height(const Container& in, const Item& item) const {
+Tall Solver::tall(const Container& in, const Item& item) const {
   const Style& style = boxes_[static_cast<std::size_t>(item.box)].style;
   const bool is_asked_for =
       is_known(in.is_row() || style.basis.is_auto() ? wanted(style, 1, in.percent_height(), 0) : resolve(style.basis, in.percent_height()));
-  return is_asked_for || (in.is_row() ? stretches(in, item, style) || proportions_decide(style) : in.height_counts);
+  if (is_asked_for || (in.is_row() ? stretches(in, item, style) || proportions_decide(style) : in.height_counts)) return Tall::kDefinite;
+  return in.is_row() ? Tall::kFromContent : Tall::kFixed;
 }
 
 // Items with automatic margins across are not aligned at all. Where lines wrap in reverse the baselines are counted from the far end. In
@@ -117,7 +134,7 @@ double Solver::ascent(const Container& in, const Item& item) {
   Box& box = boxes_[static_cast<std::size_t>(copy.box)];
   box.width = copy.target;
   box.height = copy.cross;
-  place(copy.box, copy.target, copy.cross, has_definite_height(in, copy), in.inner[0]);
+  place(copy.box, copy.target, copy.cross, tall(in, copy), in.inner[0], in.percent_height());
   const double from_top = baseline(copy.box);
   return reverse ? copy.margin[kBottom] + copy.cross - from_top : copy.margin[kTop] + from_top;
 }
@@ -200,13 +217,22 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   const Style& style = boxes_[static_cast<std::size_t>(item.box)].style;
   const double own_frame = frame(style, in.cross, in.inner[0]);
   const bool has_auto_margin = item.margin_is_auto[low] || item.margin_is_auto[high];
+  const Limits cross_limits = limits(style, in.cross, in.percent(in.cross), own_frame);
+  const double line_room = line.cross - item.margins(in.cross);
   double size = item.cross;
-  if (stretches(in, item, style))
-    size = limits(style, in.cross, in.percent(in.cross), own_frame).clamp(std::max(own_frame, line.cross - item.margins(in.cross)));
+  double ascent = item.ascent;
+  if (stretches(in, item, style)) {
+    size = cross_limits.clamp(std::max(own_frame, line_room));
+  } else if (!in.is_row() && in.is_multi_line() && style.size[0].is_auto() && style.aspect_ratio <= 0) {
+    // A line that another item made wider than the container has room for more of the content.
+    size = cross_limits.clamp(fitting_width(item.box, std::max(0.0, line_room), in.inner[0], in.percent_height(),
+                                            tall(in, item) == Tall::kDefinite ? item.target : kUnknown));
+    if (is_known(ascent) && in.style->wrap == Wrap::kReverse) ascent += size - item.cross;
+  }
 
   // Wrapping in reverse turns the cross axis around: positions are measured from its other end.
   const bool reverse = in.style->wrap == Wrap::kReverse;
-  const double free_space = line.cross - size - item.margins(in.cross);
+  const double free_space = line_room - size;
   double before = reverse ? item.margin[high] : item.margin[low];
   double offset = 0;
   if (has_auto_margin) {
@@ -217,8 +243,8 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
     offset = free_space;
   } else if (item.align == Align::kCenter) {
     offset = free_space / 2;
-  } else if (is_known(item.ascent)) {
-    offset = line.ascent - item.ascent;
+  } else if (is_known(ascent)) {
+    offset = line.ascent - ascent;
   }
   const double from_start = line.position + before + offset;
   const double cross_position = reverse ? in.inner_cross() - from_start - size : from_start;
@@ -228,7 +254,10 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   box.y = in.start[1] + (in.is_row() ? cross_position : main_position);
   box.width = in.is_row() ? item.target : size;
   box.height = in.is_row() ? size : item.target;
-  place(item.box, box.width, box.height, has_definite_height(in, item), in.inner[0]);
+  Tall is_tall = tall(in, item);
+  if (is_tall == Tall::kFixed && style.size[1].is_auto() && natural_height(item.box, box.width, in.inner[0], kUnknown) == box.height)
+    is_tall = Tall::kFromContent;  // it may reach further down on its way than in the end, where margins are negative
+  place(item.box, box.width, box.height, is_tall, in.inner[0], in.percent_height());
 }
 
 // A box out of the flow: its containing block is the padding box of the parent.
@@ -242,12 +271,20 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
     inset[edge] = resolve(style.inset[edge], block[edge % 2]);
     margin[edge] = resolve_or(style.margin[edge], block[0], 0);
   }
-  std::array<double, 2> size{}, space{};
+  std::array<double, 2> size{}, space{}, point{}, share{};
   const std::array<double, 2> own_frame{frame(style, 0, block[0]), frame(style, 1, block[0])};
   for (std::size_t axis = 0; axis < 2; ++axis) {
     size[axis] = wanted(style, static_cast<int>(axis), block[axis], own_frame[axis]);
     const double insets = (is_known(inset[axis]) ? inset[axis] : 0) + (is_known(inset[axis + 2]) ? inset[axis + 2] : 0);
-    space[axis] = std::max(0.0, block[axis] - insets) - margin[axis] - margin[axis + 2];
+    double around = block[axis] - insets;
+    if (!is_known(inset[axis]) && !is_known(inset[axis + 2])) {
+      // Where it would stand as the only child: it may reach from there to the edges that it does not lean on.
+      share[axis] = share_before(in, style, static_cast<int>(axis));
+      point[axis] = in.start[axis] + in.inner[axis] * share[axis];
+      const double before = point[axis] - in.style->border[axis], behind = block[axis] - before;
+      around = share[axis] == 0 ? behind : share[axis] == 1 ? before : 2 * std::min(before, behind);
+    }
+    space[axis] = std::max(0.0, around) - margin[axis] - margin[axis + 2];
     const bool fills = is_known(inset[axis]) && is_known(inset[axis + 2]);
     const bool other_decides = style.aspect_ratio > 0 && is_known(axis == 1 ? size[0] : wanted(style, 1, block[1], own_frame[1]));
     if (!is_known(size[axis]) && fills && !other_decides) size[axis] = std::max(own_frame[axis], space[axis]);
@@ -256,14 +293,16 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
   if (is_known(size[1])) size[1] = heights.clamp(size[1]);
   if (!is_known(size[0]) && style.aspect_ratio > 0 && is_known(size[1])) {
     size[0] = size[1] * style.aspect_ratio;
-    if (style.min_size[0].is_auto() && !style.clips) size[0] = std::max(size[0], intrinsic_width(index, kNarrowest, block[0], size[1]));
+    if (style.min_size[0].is_auto() && !style.clips)
+      size[0] = std::max(size[0], intrinsic_width(index, kNarrowest, block[0], block[1], size[1]));
   }
-  if (!is_known(size[0])) size[0] = fitting_width(index, std::max(0.0, space[0]), block[0], size[1]);
+  if (!is_known(size[0])) size[0] = fitting_width(index, std::max(0.0, space[0]), block[0], block[1], size[1]);
   if (style.aspect_ratio > 0 && style.size[0].is_auto()) {
     size[0] = std::max(heights.least * style.aspect_ratio, std::min(size[0], heights.most * style.aspect_ratio));
   }
   size[0] = widths.clamp(size[0]);
   const bool height_counts = is_known(size[1]) || proportions_decide(style);
+  if (style.aspect_ratio > 0 && style.size[1].is_auto()) size[1] = kUnknown;  // the width may have met its limits
   if (!is_known(size[1]) && style.aspect_ratio > 0) {
     size[1] = size[0] / style.aspect_ratio;
     if (style.min_size[1].is_auto() && !style.clips) size[1] = std::max(size[1], natural_height(index, size[0], block[0], block[1]));
@@ -285,16 +324,7 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
     } else if (is_known(inset[high])) {
       position[axis] = border + block[axis] - inset[high] - margin[high] - size[axis];
     } else {
-      // Where it would stand as the only child.
-      const double room = in.inner[axis], outer = size[axis] + margin[low] + margin[high];
-      const bool is_main = static_cast<int>(axis) == in.main;
-      const Align align = style.align_self == Align::kAuto ? in.style->align_items : style.align_self;
-      Justify justify = is_main ? in.style->justify : justify_of(align);
-      if (is_main && justify == Justify::kBetween) justify = Justify::kStart;
-      if (is_main && (justify == Justify::kAround || justify == Justify::kEvenly)) justify = Justify::kCenter;
-      const bool reverse = is_main ? is_reverse(in.style->direction) : in.style->wrap == Wrap::kReverse && align != Align::kBaseline;
-      const double offset = spread(justify, room - outer, 1, reverse).first;
-      position[axis] = in.start[axis] + margin[low] + (reverse ? room - outer - offset : offset);
+      position[axis] = point[axis] - (size[axis] + margin[low] + margin[high]) * share[axis] + margin[low];
     }
   }
   Box& box = boxes_[static_cast<std::size_t>(index)];
@@ -302,11 +332,10 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
   box.y = position[1];
   box.width = size[0];
   box.height = size[1];
-  place(index, size[0], size[1], height_counts, block[0]);
+  place(index, size[0], size[1], height_counts ? Tall::kDefinite : Tall::kFromContent, block[0], block[1]);
 }
 
-double Solver::run(std::int32_t box, double width, double height, bool height_counts, double percent_width, double percent_height,
-                   bool places) {
+double Solver::run(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height, bool places) {
   const Box& self = boxes_[static_cast<std::size_t>(box)];
   const Style& style = self.style;
   const double frame_width = frame(style, 0, percent_width), frame_height = frame(style, 1, percent_width);
@@ -320,13 +349,12 @@ double Solver::run(std::int32_t box, double width, double height, bool height_co
   in.cross = 1 - in.main;
   in.inner = {inner_width, is_known(height) ? std::max(0.0, height - frame_height) : kUnknown};
   in.start = {frame_before(style, 0, percent_width), frame_before(style, 1, percent_width)};
-  in.height_counts = height_counts;
+  in.height_counts = tall == Tall::kDefinite;
   in.first_item = items_.size();
   in.first_line = lines_.size();
   collect(in);
 
-  const double most = limits(style, 1, percent_height, frame_height).most - frame_height;
-  break_lines(in, in.is_row() || is_known(in.inner[1]) ? in.inner_main() : most);
+  break_lines(in, in.is_row() || tall != Tall::kFromContent ? in.inner_main() : tallest(style, percent_height, frame_height));
   double natural = 0;
   if (!in.is_row() && !is_known(in.inner[1])) {
     for (std::size_t l = in.first_line; l < lines_.size(); ++l) {
@@ -358,8 +386,8 @@ double Solver::run(std::int32_t box, double width, double height, bool height_co
   return natural + frame_height;
 }
 
-void Solver::place(std::int32_t box, double width, double height, bool height_counts, double percent_width) {
-  run(box, width, height, height_counts, percent_width, kUnknown, true);
+void Solver::place(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height) {
+  run(box, width, height, tall, percent_width, percent_height, true);
 }
 
 }  // namespace arena::layout

@@ -30,7 +30,7 @@ struct Line {
 struct Memo {
   struct Width {
     std::uint8_t measure = 0;
-    double percent_width = kUnknown, height = kUnknown, result = kUnknown;
+    double percent_width = kUnknown, percent_height = kUnknown, height = kUnknown, result = kUnknown;
   };
   struct Height {
     double width = kUnknown, percent_width = kUnknown, percent_height = kUnknown, result = kUnknown;
@@ -40,13 +40,20 @@ struct Memo {
   std::uint8_t next_width = 0, next_height = 0;
 };
 
+// What the height of a box is worth to its children.
+enum class Tall : std::uint8_t {
+  kFromContent,  // columns do not wrap at it
+  kFixed,        // columns wrap at it
+  kDefinite,     // and percentages refer to it
+};
+
 class Solver {
  public:
   Solver(std::vector<Box>& boxes, std::vector<Memo>& memos, std::vector<Item>& items, std::vector<Line>& lines)
       : boxes_(boxes), memos_(memos), items_(items), lines_(lines) {}
 
-  // Gives the children of the box their rectangles. `height_counts`: the height is definite, percentages may refer to it.
-  void place(std::int32_t box, double width, double height, bool height_counts, double percent_width);
+  // Gives the children of the box their rectangles.
+  void place(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height);
   // The height of a box of this width when its content decides; its own minimum and maximum are left out.
   double natural_height(std::int32_t box, double width, double percent_width, double percent_height);
 
@@ -56,14 +63,14 @@ class Solver {
   enum Measure : std::uint8_t { kNarrowest, kWidest };
 
   // `height` is that of the box where it is definite before its width is.
-  double intrinsic_width(std::int32_t box, Measure measure, double percent_width, double height);
+  double intrinsic_width(std::int32_t box, Measure measure, double percent_width, double percent_height, double height);
   double contribution(const Style& parent, std::int32_t child, Measure measure, double inner_height);
-  double width_of_columns(std::int32_t box, Measure measure, double inner_height);
-  double fitting_width(std::int32_t box, double available, double percent_width, double height);
+  double width_of_columns(std::int32_t box, Measure measure, double inner_height, double limit);
+  double fitting_width(std::int32_t box, double available, double percent_width, double percent_height, double height);
   double child_height(const Container& in, std::int32_t box, double width);
   double child_width(const Container& in, const Item& item);
 
-  double run(std::int32_t box, double width, double height, bool height_counts, double percent_width, double percent_height, bool places);
+  double run(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height, bool places);
   void collect(Container& in);
   void size_row_item(const Container& in, Item& item);
   void size_column_item(const Container& in, Item& item);
@@ -73,7 +80,7 @@ class Solver {
   double ascent(const Container& in, const Item& item);
   double baseline(std::int32_t box) const;
   std::int32_t standing_child(const Container& in) const;
-  bool has_definite_height(const Container& in, const Item& item) const;
+  Tall tall(const Container& in, const Item& item) const;
   void size_lines(Container& in);
   void align_lines(Container& in);
   void place_line(const Container& in, const Line& line);
