@@ -86,7 +86,7 @@ int run(const Options& options) {
     window = platform::open_window(window_options, problem);
     if (window != nullptr) game_options.backend = window->create_backend(problem);
     if (game_options.backend == nullptr) return fail(problem, wants_window, kFailed);
-    platform::use_window(window.get());
+    game_options.window = window.get();
   }
   if (wants_window && !options.mute && !shows_offscreen) {
     std::string no_sound;

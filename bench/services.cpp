@@ -11,7 +11,7 @@
 #include "engine/draw/particles.h"
 #include "engine/draw/stamps.h"
 #include "game/ui/layout/flexbox.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/memory/block_pool.h"
 #include "runtime/variables_calls/frame.h"
 
 namespace bench {

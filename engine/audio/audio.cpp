@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "runtime/session/session.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 
@@ -18,12 +19,11 @@ bool matches(const Voice& voice, std::int32_t handle_or_sound) {
   return handle_or_sound >= kFirstHandle ? voice.handle == handle_or_sound : voice.sound == handle_or_sound;
 }
 
+const Part<Audio> part{PartLevel::kServices, "sounds"};
+
 }  // namespace
 
-Audio& audio() {
-  static Audio model;
-  return model;
-}
+Audio& audio() { return part(); }
 
 double falloff_gain(Falloff model, double distance, double reference, double maximum, double factor) {
   const bool clamped = model == Falloff::kInverseClamped || model == Falloff::kLinearClamped || model == Falloff::kExponentClamped;

@@ -16,6 +16,7 @@
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/session/session.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/text.h"
 #include "runtime/variables_calls/log.h"
@@ -41,15 +42,15 @@ struct StepErrors {
   json shown = json::array();
   std::int64_t more = 0;
 };
-StepErrors step_errors;
+const Part<StepErrors> step_errors{PartLevel::kHost, "console: errors of a step"};
 
 void keep_error(const WBKSLException& error) {
   draw::restore_draw_state();
   log_message("ERROR: " + error.message());
-  if (step_errors.shown.size() >= kMostErrors) {
-    ++step_errors.more;
+  if (step_errors().shown.size() >= kMostErrors) {
+    ++step_errors().more;
   } else {
-    step_errors.shown.push_back({{"error", error.message()}, {"report", error.report()}});
+    step_errors().shown.push_back({{"error", error.message()}, {"report", error.report()}});
   }
 }
 
@@ -121,7 +122,7 @@ struct Console::State {
   json step(const json& request) {
     const std::int64_t frames = whole(request, "step", "a whole number of frames", 0, kMostFrames);
     const double seconds = request.contains("dt") ? number(request, "dt", "a number of seconds", 0, kLongestFrame) : kDefaultFrame;
-    step_errors = {};
+    step_errors() = {};
     for (std::int64_t left = frames; left > 0 && !world().ended; --left) {
       if (hooks.must_end && hooks.must_end()) break;
       if (hooks.before_frame) hooks.before_frame();
@@ -129,9 +130,9 @@ struct Console::State {
       game.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
     }
     json reply = {
-        {"frame", game_clock.frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
-    if (!step_errors.shown.empty()) reply["errors"] = step_errors.shown;
-    if (step_errors.more > 0) reply["more_errors"] = step_errors.more;
+        {"frame", game_clock().frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
+    if (!step_errors().shown.empty()) reply["errors"] = step_errors().shown;
+    if (step_errors().more > 0) reply["more_errors"] = step_errors().more;
     return reply;
   }
 
@@ -161,15 +162,22 @@ struct Console::State {
   }
 };
 
-Console::Console(host::Game& game, StepHooks hooks) : state_(new State{game, std::move(hooks), {}, false}) {
+Console::Console(host::Game& game, StepHooks hooks) {
+  const SessionScope scope(game.session());
+  state_.reset(new State{game, std::move(hooks), {}, false});
   set_script_error_sink(keep_error);
 }
 
-Console::~Console() { set_script_error_sink(nullptr); }
+Console::~Console() {
+  const SessionScope scope(state_->game.session());
+  set_script_error_sink(nullptr);
+  state_.reset();
+}
 
 bool Console::has_quit() const { return state_->quit; }
 
 std::string Console::answer(const std::string& line) {
+  const SessionScope scope(state_->game.session());
   const auto written = [](const json& reply) { return reply.dump(-1, ' ', false, json::error_handler_t::replace); };
   const auto complaint = [&](const std::string& about) {
     return written({{"error", about.size() > kLongestComplaint ? about.substr(0, kLongestComplaint) + "..." : about}, {"report", ""}});

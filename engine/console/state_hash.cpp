@@ -34,7 +34,7 @@ class StateWalk : public ValueVisitor {
 
   void world_state() {
     number(static_cast<std::uint64_t>(world().room));
-    clock(game_clock.total_microseconds);
+    clock(game_clock().total_microseconds);
     for (const std::uint64_t word : game_random().state) number(word);
     visit(RValue::of_object(global_object()));
     for (CInstance* each : world().all()) {

@@ -5,6 +5,7 @@
 #include "engine/draw/draw_service.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/session/session.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
 #include "runtime/values/text.h"
@@ -13,14 +14,21 @@
 namespace arena::draw {
 namespace {
 
-Draw* service = nullptr;
-const RefKind font_refs{ref_type::kFont, "font",
-                        [](std::int32_t index) { return service != nullptr ? std::string(service->font_name(index)) : std::string(); }};
+struct DrawService {
+  Draw* draw = nullptr;
+  DrawState without_draw;  // the state of a game that nobody looks at
+  DrawState saved;
+};
+const Part<DrawService> part{PartLevel::kServices, "draw"};
 
+Draw* service() { return part().draw; }
+const RefKind font_refs{ref_type::kFont, "font", [](std::int32_t index) {
+                          return service() != nullptr ? std::string(service()->font_name(index)) : std::string();
+                        }};
 std::uint32_t colour_of(double colour) { return static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF; }
 DrawState& state() {
-  static DrawState without_service;
-  return service != nullptr ? service->state : without_service;
+  DrawService& own = part();
+  return own.draw != nullptr ? own.draw->state : own.without_draw;
 }
 bool require_sprite(std::int32_t sprite) {
   if (find_sprite(sprite) != nullptr) return true;
@@ -34,7 +42,7 @@ double get_colour() { return state().color; }
 void set_alpha(float alpha) { state().alpha = static_cast<double>(alpha); }
 double get_alpha() { return state().alpha; }
 void set_font(std::int32_t font) {
-  if (font >= 0 && service != nullptr && !service->has_font(font)) {
+  if (font >= 0 && service() != nullptr && !service()->has_font(font)) {
     report_invalid_resource(1, "font", font, -1);
     return;
   }
@@ -52,44 +60,44 @@ void set_circle_precision(std::int32_t sides) { state().circle_precision = sides
 
 // Sprites
 void draw_instance(const CInstance& instance) {
-  if (service == nullptr) return;
-  service->sprite(saturate_int32(instance.sprite_index), instance.image_index,
+  if (service() == nullptr) return;
+  service()->sprite(saturate_int32(instance.sprite_index), instance.image_index,
                   {instance.x, instance.y, instance.image_xscale, instance.image_yscale, instance.image_angle,
                    colour_of(instance.image_blend), instance.image_alpha});
 }
 void draw_self(SelfInstance self) { draw_instance(*self.instance); }
 void draw_sprite(std::int32_t sprite, double frame, double x, double y) {
-  if (require_sprite(sprite) && service != nullptr) service->sprite(sprite, frame, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
+  if (require_sprite(sprite) && service() != nullptr) service()->sprite(sprite, frame, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
 }
 void draw_sprite_ext(std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle, double colour,
                      double alpha) {
-  if (require_sprite(sprite) && service != nullptr) service->sprite(sprite, frame, {x, y, xscale, yscale, angle, colour_of(colour), alpha});
+  if (require_sprite(sprite) && service() != nullptr) service()->sprite(sprite, frame, {x, y, xscale, yscale, angle, colour_of(colour), alpha});
 }
 void draw_sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y) {
-  if (require_sprite(sprite) && service != nullptr)
-    service->sprite_part(sprite, frame, left, top, width, height, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
+  if (require_sprite(sprite) && service() != nullptr)
+    service()->sprite_part(sprite, frame, left, top, width, height, {x, y, 1, 1, 0, 0xFFFFFF, state().alpha});
 }
 void draw_sprite_part_ext(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y,
                           double xscale, double yscale, double colour, double alpha) {
-  if (!require_sprite(sprite) || service == nullptr) return;
-  service->sprite_part(sprite, frame, left, top, width, height, {x, y, xscale, yscale, 0, colour_of(colour), alpha});
+  if (!require_sprite(sprite) || service() == nullptr) return;
+  service()->sprite_part(sprite, frame, left, top, width, height, {x, y, xscale, yscale, 0, colour_of(colour), alpha});
 }
 void draw_sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height) {
-  if (require_sprite(sprite) && service != nullptr) service->sprite_stretched(sprite, frame, x, y, width, height, 0xFFFFFF, state().alpha);
+  if (require_sprite(sprite) && service() != nullptr) service()->sprite_stretched(sprite, frame, x, y, width, height, 0xFFFFFF, state().alpha);
 }
 void draw_sprite_stretched_ext(std::int32_t sprite, double frame, double x, double y, double width, double height, double colour,
                                double alpha) {
-  if (require_sprite(sprite) && service != nullptr) service->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
+  if (require_sprite(sprite) && service() != nullptr) service()->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
 }
 
 // In nine parts: corners of that share of the sprite keep their size, or shrink together where the box is smaller than two of them.
 void draw_sprite_nineslice(std::int32_t sprite, double frame, double x, double y, double width, double height, double corner, double colour,
                            double alpha) {
-  if (!require_sprite(sprite) || service == nullptr || width <= 0 || height <= 0) return;
+  if (!require_sprite(sprite) || service() == nullptr || width <= 0 || height <= 0) return;
   const SpriteInfo& info = *find_sprite(sprite);
   const double share = std::clamp(corner, 0.0, 0.5), corner_x = info.width * share, corner_y = info.height * share;
   if (corner_x <= 0 || corner_y <= 0) {
-    service->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
+    service()->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
     return;
   }
   const double shrink = std::min({1.0, width / (2 * corner_x), height / (2 * corner_y)});
@@ -101,7 +109,7 @@ void draw_sprite_nineslice(std::int32_t sprite, double frame, double x, double y
       const double part_width = from_x[column + 1] - from_x[column], part_height = from_y[row + 1] - from_y[row];
       const double width_to = to_x[column + 1] - to_x[column], height_to = to_y[row + 1] - to_y[row];
       if (width_to <= 0 || height_to <= 0 || part_width <= 0 || part_height <= 0) continue;
-      service->sprite_part(sprite, frame, from_x[column], from_y[row], part_width, part_height,
+      service()->sprite_part(sprite, frame, from_x[column], from_y[row], part_width, part_height,
                            {x + to_x[column], y + to_y[row], width_to / part_width, height_to / part_height, 0, colour_of(colour), alpha});
     }
   }
@@ -109,24 +117,24 @@ void draw_sprite_nineslice(std::int32_t sprite, double frame, double x, double y
 
 // Shapes
 void rectangle(double x1, double y1, double x2, double y2, double c1, double c2, double c3, double c4, bool outline) {
-  if (service != nullptr) service->rectangle(x1, y1, x2, y2, {colour_of(c1), colour_of(c2), colour_of(c3), colour_of(c4)}, outline);
+  if (service() != nullptr) service()->rectangle(x1, y1, x2, y2, {colour_of(c1), colour_of(c2), colour_of(c3), colour_of(c4)}, outline);
 }
 void draw_rectangle(double x1, double y1, double x2, double y2, bool outline) {
   const double c = state().color;
   rectangle(x1, y1, x2, y2, c, c, c, c, outline);
 }
 void draw_circle_colour(double x, double y, double radius, double inner, double outer, bool outline) {
-  if (service != nullptr) service->ellipse(x, y, radius, radius, colour_of(inner), colour_of(outer), outline);
+  if (service() != nullptr) service()->ellipse(x, y, radius, radius, colour_of(inner), colour_of(outer), outline);
 }
 void draw_circle(double x, double y, double radius, bool outline) {
   draw_circle_colour(x, y, radius, state().color, state().color, outline);
 }
 void draw_ellipse(double x1, double y1, double x2, double y2, bool outline) {
-  if (service != nullptr)
-    service->ellipse((x1 + x2) / 2, (y1 + y2) / 2, (x2 - x1) / 2, (y2 - y1) / 2, state().color, state().color, outline);
+  if (service() != nullptr)
+    service()->ellipse((x1 + x2) / 2, (y1 + y2) / 2, (x2 - x1) / 2, (y2 - y1) / 2, state().color, state().color, outline);
 }
 void draw_line_width_colour(double x1, double y1, double x2, double y2, double width, double from, double to) {
-  if (service != nullptr) service->line(x1, y1, x2, y2, width, colour_of(from), colour_of(to));
+  if (service() != nullptr) service()->line(x1, y1, x2, y2, width, colour_of(from), colour_of(to));
 }
 void draw_line_width(double x1, double y1, double x2, double y2, double width) {
   draw_line_width_colour(x1, y1, x2, y2, width, state().color, state().color);
@@ -135,13 +143,13 @@ void draw_line(double x1, double y1, double x2, double y2) { draw_line_width(x1,
 void draw_point(double x, double y) { draw_rectangle(x, y, x + 1, y + 1, false); }
 void draw_triangle(double x1, double y1, double x2, double y2, double x3, double y3, bool outline) {
   const std::uint32_t c = state().color;
-  if (service != nullptr) service->triangle({x1, x2, x3}, {y1, y2, y3}, {c, c, c}, outline);
+  if (service() != nullptr) service()->triangle({x1, x2, x3}, {y1, y2, y3}, {c, c, c}, outline);
 }
 
 // Text
 void text(double x, double y, const RValue& value, double separation, double wrap, double xscale, double yscale, double angle) {
   const std::string shown = to_text(value);
-  if (service != nullptr) service->text(x, y, shown, xscale, yscale, angle, separation, wrap);
+  if (service() != nullptr) service()->text(x, y, shown, xscale, yscale, angle, separation, wrap);
 }
 void draw_text(double x, double y, const RValue& value) { text(x, y, value, -1, 0, 1, 1, 0); }
 void draw_text_ext(double x, double y, const RValue& value, double separation, double wrap) {
@@ -155,27 +163,27 @@ void draw_text_ext_transformed(double x, double y, const RValue& value, double s
   text(x, y, value, separation, wrap, xscale, yscale, angle);
 }
 double string_width_ext(const RValue& value, double separation, double wrap) {
-  return service != nullptr ? service->measure(to_text(value), separation, wrap).width : 0;
+  return service() != nullptr ? service()->measure(to_text(value), separation, wrap).width : 0;
 }
 double string_height_ext(const RValue& value, double separation, double wrap) {
-  return service != nullptr ? service->measure(to_text(value), separation, wrap).height : 0;
+  return service() != nullptr ? service()->measure(to_text(value), separation, wrap).height : 0;
 }
 void push_scissor(double x, double y, double width, double height) {
-  if (service != nullptr) service->push_clip(x, y, width, height);
+  if (service() != nullptr) service()->push_clip(x, y, width, height);
 }
 void pop_scissor() {
-  if (service != nullptr) service->pop_clip();
+  if (service() != nullptr) service()->pop_clip();
 }
 void draw_text_colour(double x, double y, const RValue& value, double c1, double c2, double c3, double c4, double alpha) {
   const std::string shown = to_text(value);
-  if (service == nullptr) return;
+  if (service() == nullptr) return;
   const double before = std::exchange(state().alpha, alpha);
   const std::uint32_t corners[] = {colour_of(c1), colour_of(c2), colour_of(c3), colour_of(c4)};
-  service->text(x, y, shown, 1, 1, 0, -1, 0, corners);
+  service()->text(x, y, shown, 1, 1, 0, -1, 0, corners);
   state().alpha = before;
 }
-double string_width(const RValue& value) { return service != nullptr ? service->measure(to_text(value)).width : 0; }
-double string_height(const RValue& value) { return service != nullptr ? service->measure(to_text(value)).height : 0; }
+double string_width(const RValue& value) { return service() != nullptr ? service()->measure(to_text(value)).width : 0; }
+double string_height(const RValue& value) { return service() != nullptr ? service()->measure(to_text(value)).height : 0; }
 
 const BuiltinEntry kEntries[] = {
     {"draw_set_colour", builtin<set_colour>},
@@ -227,14 +235,11 @@ const BuiltinTable table(kEntries);
 
 }  // namespace
 
-void use_draw_service(Draw* draw) { service = draw; }
-Draw* draw_service() { return service; }
+void use_draw_service(Draw* draw) { part().draw = draw; }
+Draw* draw_service() { return service(); }
 void reset_draw_state() { state() = DrawState(); }
-namespace {
-DrawState saved;
-}
-void save_draw_state() { saved = state(); }
-void restore_draw_state() { state() = saved; }
+void save_draw_state() { part().saved = state(); }
+void restore_draw_state() { state() = part().saved; }
 void draw_instance_default(CInstance& instance) { draw_instance(instance); }
 
 }  // namespace arena::draw

@@ -11,6 +11,7 @@
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/session/session.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
@@ -142,29 +143,32 @@ void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) cons
 
 namespace {
 
-std::vector<ParticleType> types;
-std::map<std::int32_t, std::unique_ptr<ParticleSystem>> systems;
-std::int32_t next_system = 1;
+struct Particles {
+  std::vector<ParticleType> types;
+  std::map<std::int32_t, std::unique_ptr<ParticleSystem>> systems;
+  std::int32_t next_system = 1;
+};
+const Part<Particles> part{PartLevel::kServices, "particles"};
 const RefKind system_refs{ref_type::kParticleSystem, "particle system"};
 const RefKind type_refs{ref_type::kParticleType, "particle type"};
 
 ParticleSystem* require_system(std::int32_t handle) {
-  const auto found = systems.find(handle);
-  if (found != systems.end()) return found->second.get();
+  const auto found = part().systems.find(handle);
+  if (found != part().systems.end()) return found->second.get();
   report_error(messages::kArgumentHandle, current_builtin_name(), 1, "particle system", handle);
   return nullptr;
 }
 ParticleType* require_type(std::int32_t handle) {
-  if (handle >= 0 && static_cast<std::size_t>(handle) < types.size()) return &types[static_cast<std::size_t>(handle)];
+  if (handle >= 0 && static_cast<std::size_t>(handle) < part().types.size()) return &part().types[static_cast<std::size_t>(handle)];
   report_error(messages::kArgumentHandle, current_builtin_name(), 1, "particle type", handle);
   return nullptr;
 }
 
 std::int32_t part_system_create() {
-  systems[next_system] = std::make_unique<ParticleSystem>();
-  return next_system++;
+  part().systems[part().next_system] = std::make_unique<ParticleSystem>();
+  return part().next_system++;
 }
-void part_system_destroy(std::int32_t handle) { systems.erase(handle); }
+void part_system_destroy(std::int32_t handle) { part().systems.erase(handle); }
 void part_system_clear(std::int32_t handle) {
   if (ParticleSystem* system = require_system(handle)) system->clear();
 }
@@ -176,24 +180,24 @@ void part_system_update(std::int32_t handle, double seconds) {
   ParticleSystem* system = require_system(handle);
   if (system == nullptr || !(seconds > 0)) return;
   const StageTimer timer(Stage::kParticleSystemUpdate);
-  system->update(types, std::min(seconds, 1.0));
+  system->update(part().types, std::min(seconds, 1.0));
 }
 void part_system_draw(std::int32_t handle) {
   const ParticleSystem* system = require_system(handle);
-  if (system != nullptr && draw_service() != nullptr) system->draw(types, *draw_service());
+  if (system != nullptr && draw_service() != nullptr) system->draw(part().types, *draw_service());
 }
 void part_emit(std::int32_t handle, std::int32_t type, std::int32_t count, std::int32_t shape, double x1, double y1, double x2, double y2) {
   ParticleSystem* system = require_system(handle);
   if (system == nullptr) return;
-  if (type < 0 || static_cast<std::size_t>(type) >= types.size()) {
+  if (type < 0 || static_cast<std::size_t>(type) >= part().types.size()) {
     report_error(messages::kArgumentHandle, current_builtin_name(), 2, "particle type", type);
     return;
   }
-  system->emit(types, type, count, static_cast<EmitShape>(std::clamp(shape, 0, 3)), x1, y1, x2, y2);
+  system->emit(part().types, type, count, static_cast<EmitShape>(std::clamp(shape, 0, 3)), x1, y1, x2, y2);
 }
 std::int32_t part_type_create() {
-  types.emplace_back();
-  return static_cast<std::int32_t>(types.size()) - 1;
+  part().types.emplace_back();
+  return static_cast<std::int32_t>(part().types.size()) - 1;
 }
 
 // A field of the struct: a number, or for ranges and courses an array of two or three. An array that never was one counts as left out.
@@ -289,9 +293,9 @@ const BuiltinTable table(kEntries);
 }  // namespace
 
 void reset_particles() {
-  systems.clear();
-  types.clear();
-  next_system = 1;
+  part().systems.clear();
+  part().types.clear();
+  part().next_system = 1;
 }
 
 }  // namespace arena::draw

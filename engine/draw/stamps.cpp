@@ -7,6 +7,7 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/session/session.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
@@ -19,8 +20,11 @@ constexpr double kRegionSize = 1024;       // pixels: a full-screen view sees 6 
 constexpr std::size_t kLongestTail = 384;  // stamps drawn one by one before a region is baked anew
 constexpr std::size_t kDroppedAtOnce = 8;  // the share of the capacity whose age the dropped ones of a region lie within
 
-std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
-std::int32_t next_handle = 1;
+struct StampLayers {
+  std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
+  std::int32_t next_handle = 1;
+};
+const Part<StampLayers> part{PartLevel::kServices, "stamps"};
 const RefKind stickers_refs{ref_type::kStickers, "stickers"};
 
 }  // namespace
@@ -112,13 +116,13 @@ void StampLayer::drop_meshes() {
 }
 
 StampLayer* find_stamp_layer(std::int32_t handle) {
-  const auto found = layers.find(handle);
-  return found != layers.end() ? found->second.get() : nullptr;
+  const auto found = part().layers.find(handle);
+  return found != part().layers.end() ? found->second.get() : nullptr;
 }
 
 void reset_stamp_layers() {
-  layers.clear();
-  next_handle = 1;
+  part().layers.clear();
+  part().next_handle = 1;
 }
 
 namespace {
@@ -130,10 +134,10 @@ StampLayer* require_layer(std::int32_t handle) {
 }
 
 std::int32_t stamps_create(std::int32_t capacity) {
-  layers[next_handle] = std::make_unique<StampLayer>(static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
-  return next_handle++;
+  part().layers[part().next_handle] = std::make_unique<StampLayer>(static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
+  return part().next_handle++;
 }
-void stamps_destroy(std::int32_t handle) { layers.erase(handle); }
+void stamps_destroy(std::int32_t handle) { part().layers.erase(handle); }
 void stamps_add(std::int32_t handle, std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle,
                 double colour, double alpha) {
   StampLayer* layer = require_layer(handle);

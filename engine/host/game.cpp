@@ -15,13 +15,13 @@
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/shutter.h"
 #include "engine/platform/window.h"
-#include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
@@ -29,14 +29,18 @@
 namespace arena::host {
 namespace {
 
-int target_width = 1280, target_height = 720;
-Shutter* shutter = nullptr;         // of a game whose frames nobody sees
-bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
-std::vector<std::uint8_t> picture;  // empty: none was taken
+struct Screen {
+  int width = 1280, height = 720;     // pixels of the drawing area
+  Shutter* shutter = nullptr;         // of a game whose frames nobody sees
+  bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
+  std::vector<std::uint8_t> picture;  // empty: none was taken
+  bool run_began = false;             // in this frame, by a restart
+};
+const Part<Screen> screen{PartLevel::kHost, "screen"};
 
 void begin_world() {
-  if (shutter != nullptr) shutter->is_open = picture_wanted;
-  if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(target_width, target_height);
+  if (screen().shutter != nullptr) screen().shutter->is_open = screen().picture_wanted;
+  if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(screen().width, screen().height);
 }
 void begin_gui() {
   if (draw::draw_service() != nullptr) draw::draw_service()->begin_gui();
@@ -44,9 +48,9 @@ void begin_gui() {
 void end_frame() {
   draw::Draw* service = draw::draw_service();
   if (service == nullptr) return;
-  if (picture_wanted) {
-    picture = service->gpu().read_pixels();
-    picture_wanted = picture.empty();
+  if (screen().picture_wanted) {
+    screen().picture = service->gpu().read_pixels();
+    screen().picture_wanted = screen().picture.empty();
   }
   service->end_frame();
 }
@@ -58,11 +62,9 @@ void before_handler(const CInstance&, EventKey key) {
   if (key.kind == EventKind::kDraw) draw::save_draw_state();
 }
 
-bool run_began = false;  // in this frame, by a restart
-
 // What belongs to one run of the game and is forgotten by a restart.
 void forget_run() {
-  run_began = true;
+  screen().run_began = true;
   audio::audio().reset();
   draw::reset_draw_state();
   draw::reset_stamp_layers();
@@ -72,7 +74,7 @@ void forget_run() {
   reset_unhandled_handler();
 }
 
-void screen_save_numbered() { picture_wanted = true; }
+void screen_save_numbered() { screen().picture_wanted = true; }
 // For tests of what happens when the graphics card goes away.
 void gpu_debug_lose_device() {
   if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
@@ -108,21 +110,22 @@ std::string in_one_message(const std::vector<std::string>& problems) {
 }  // namespace
 
 Started Game::start(GameOptions options) {
-  std::vector<std::string> problems = look_up_names().problems;
+  const LookupResult& lookup = look_up_names();
+  std::vector<std::string> problems = lookup.problems;
+  std::unique_ptr<Game> game(new Game);
+  std::string report = lookup.report();
+  report.pop_back();  // the log ends its lines itself
+  log_note(report);
   const std::vector<std::string> data_problems = data::install_in_world(*options.data, options.extra_objects);
   problems.insert(problems.end(), data_problems.begin(), data_problems.end());
   if (!problems.empty()) return {nullptr, Started::Failure::kDataAndCodeDiffer, in_one_message(problems)};
   const std::int32_t room = find_room(options.room);
   if (room < 0) return {nullptr, Started::Failure::kUnknownRoom, "there is no room '" + files::on_one_line(options.room) + "'"};
-  std::unique_ptr<Game> game(new Game);
   game->data_ = std::move(options.data);
   if (options.backend == nullptr) options.backend = std::make_unique<gpu::Recorder>();
-  picture_wanted = false;
-  picture.clear();
-  shutter = nullptr;
   if (!options.shows_frames) {
     auto before_it = std::make_unique<Shutter>(std::move(options.backend));
-    shutter = before_it.get();
+    screen().shutter = before_it.get();
     options.backend = std::move(before_it);
   }
   game->gpu_ = std::make_unique<gpu::Gpu>(std::move(options.backend));
@@ -134,27 +137,24 @@ Started Game::start(GameOptions options) {
   load_clips(*game->data_->content);
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);
-  if (world().restart_hooks.empty()) world().restart_hooks.push_back(forget_run);
-  begin_input_frame();  // sizes that the window reported already
+  world().restart_hooks.push_back(forget_run);
+  platform::use_window(options.window);
+  if (options.window != nullptr) options.window->announce();
+  begin_input_frame();
   world().start_game(room);
   return {std::move(game), Started::Failure::kNone, ""};
 }
 
-Game::~Game() {
-  world().shut_down();
-  draw::use_draw_service(nullptr);
-  set_draw_hooks({});
-  shutter = nullptr;
-  collect_everything();
-}
+Game::~Game() = default;
 
 void Game::run_frame(std::int64_t microseconds) {
-  run_began = false;
+  const SessionScope scope(session_);
+  screen().run_began = false;
   arena::run_frame(microseconds);
   // What a new run plays from its start is heard from its first frame on, as after a first start.
-  if (!run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
+  if (!screen().run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
-  if (!picture.empty()) save_numbered(std::exchange(picture, {}));
+  if (!screen().picture.empty()) save_numbered(std::exchange(screen().picture, {}));
 }
 
 void Game::take_screenshot() { picture_wanted = true; }
@@ -165,8 +165,9 @@ void Game::save_numbered(const std::vector<std::uint8_t>& pixels) {
 }
 
 void Game::set_target_size(int width, int height) {
-  target_width = width;
-  target_height = height;
+  const SessionScope scope(session_);
+  screen().width = width;
+  screen().height = height;
 }
 
 // The first name that no file has.
@@ -180,9 +181,10 @@ std::string Game::free_screenshot_name(const std::string& folder) {
 }
 
 bool Game::save_screenshot(const std::string& path) {
-  picture_wanted = true;
+  const SessionScope scope(session_);
+  screen().picture_wanted = true;
   draw_frame();
-  return save_png(path, std::exchange(picture, {}));
+  return save_png(path, std::exchange(screen().picture, {}));
 }
 
 bool Game::save_png(const std::string& path, std::vector<std::uint8_t> pixels) {

@@ -11,6 +11,11 @@
 #include "engine/draw/draw.h"
 #include "engine/gpu/backend.h"
 #include "runtime/instances_loop/object_type.h"
+#include "runtime/session/session.h"
+
+namespace arena::platform {
+class Window;
+}
 
 namespace arena::host {
 
@@ -18,6 +23,7 @@ struct GameOptions {
   std::unique_ptr<data::DataFile> data;
   std::unique_ptr<gpu::Backend> backend;        // null: the recorder
   std::unique_ptr<audio::Device> audio_device;  // null: silence
+  platform::Window* window = nullptr;           // not owned; null: none
   std::string room;                             // "": the first room of the data
   std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
@@ -40,11 +46,13 @@ struct Started {
 
 class Game {
  public:
+  // The new game's session is the current one from here on.
   static Started start(GameOptions options);
   ~Game();
   Game(const Game&) = delete;
   Game& operator=(const Game&) = delete;
 
+  Session& session() { return session_; }
   // One frame: world, sound, drawing.
   void run_frame(std::int64_t microseconds);
   // Pixels of the drawing area; follows the window.
@@ -65,6 +73,7 @@ class Game {
   std::unique_ptr<draw::Draw> draw_;
   std::unique_ptr<audio::Device> audio_device_;
   std::function<std::string()> screenshot_folder_;
+  Session session_;  // ends before the services that its parts use
 };
 
 }  // namespace arena::host

@@ -73,7 +73,8 @@ void add_address(const void* pointer) {
 void add_scripts() {
   report << "scripts:\n";
   int count = 0;
-  for (const Frame* frame = innermost_frame; frame != nullptr && count < kMostScripts; frame = frame->previous, ++count) {
+  if (detail::current_session == nullptr) return;
+  for (const Frame* frame = innermost_frame(); frame != nullptr && count < kMostScripts; frame = frame->previous, ++count) {
     report << "  " << frame->function << " (line ";
     report.number(static_cast<std::uintptr_t>(frame->line), 10) << ")\n";
   }

@@ -31,8 +31,6 @@ class SdlWindow final : public Window {
   SdlWindow(SDL_Window* window, std::unique_ptr<WindowGraphics> graphics, const WindowOptions& options)
       : window_(window), graphics_(std::move(graphics)), windowed_{0, 0, options.width, options.height} {
     if (is_fullscreen()) fill_display();
-    report_size();
-    report_keys();
   }
   ~SdlWindow() override {
     graphics_.reset();
@@ -48,6 +46,10 @@ class SdlWindow final : public Window {
 
   std::unique_ptr<gpu::Backend> create_backend(std::string& problem) override { return graphics_->create_backend(problem); }
   void drawable_size(int& width, int& height) const override { graphics_->drawable_size(width, height); }
+  void announce() override {
+    report_size();
+    report_keys();
+  }
   bool takes_screenshot() override { return std::exchange(takes_screenshot_, false); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
   void toggle_fullscreen() override {

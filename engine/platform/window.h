@@ -23,6 +23,8 @@ class Window {
   virtual std::unique_ptr<gpu::Backend> create_backend(std::string& problem) = 0;
   // Pixels of the drawing area.
   virtual void drawable_size(int& width, int& height) const = 0;
+  // Puts its size and what stands on its keys into the input queue, as each change of them does.
+  virtual void announce() = 0;
   // Whether F12 was pressed since last asked.
   virtual bool takes_screenshot() = 0;
   virtual void show_cursor(bool shown) = 0;

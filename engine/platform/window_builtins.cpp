@@ -1,34 +1,39 @@
 // The window functions of scripts that act on the real window. Sizes come through the input queue (window_get_width and its like).
 #include "engine/platform/window.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/arguments.h"
 
 namespace arena::platform {
 namespace {
 
-Window* window = nullptr;
-std::int32_t cursor = 0;  // 0 the arrow, -1 none
-std::string own_clipboard;
+struct WindowService {
+  Window* window = nullptr;
+  std::int32_t cursor = 0;    // 0 the arrow, -1 none
+  std::string own_clipboard;  // without a window the clipboard is the game's own
+};
+const Part<WindowService> part{PartLevel::kServices, "window"};
+
+Window* window() { return part().window; }
 
 void set_cursor(std::optional<std::int32_t> wanted) {
-  cursor = wanted.value_or(0);
-  if (window != nullptr) window->show_cursor(cursor != -1);
+  part().cursor = wanted.value_or(0);
+  if (window() != nullptr) window()->show_cursor(part().cursor != -1);
 }
-std::int32_t get_cursor() { return cursor; }
+std::int32_t get_cursor() { return part().cursor; }
 
-// Without a window the clipboard is the program's own.
 void clipboard_set_text(std::string_view text) {
-  own_clipboard = text;
-  if (window != nullptr) window->set_clipboard(own_clipboard);
+  part().own_clipboard = text;
+  if (window() != nullptr) window()->set_clipboard(part().own_clipboard);
 }
-std::string clipboard_get_text() { return window != nullptr ? window->clipboard() : own_clipboard; }
+std::string clipboard_get_text() { return window() != nullptr ? window()->clipboard() : part().own_clipboard; }
 bool clipboard_has_text() { return !clipboard_get_text().empty(); }
 
-bool get_fullscreen() { return window != nullptr && window->is_fullscreen(); }
+bool get_fullscreen() { return window() != nullptr && window()->is_fullscreen(); }
 void set_fullscreen(bool wanted) {
-  if (window != nullptr && window->is_fullscreen() != wanted) window->toggle_fullscreen();
+  if (window() != nullptr && window()->is_fullscreen() != wanted) window()->toggle_fullscreen();
 }
 void set_size(std::int32_t width, std::int32_t height) {
-  if (window != nullptr && width > 0 && height > 0) window->resize(width, height);
+  if (window() != nullptr && width > 0 && height > 0) window()->resize(width, height);
 }
 
 const BuiltinEntry kEntries[] = {
@@ -42,8 +47,8 @@ const BuiltinTable table(kEntries);
 }  // namespace
 
 void use_window(Window* used) {
-  window = used;
-  if (window != nullptr) window->show_cursor(cursor != -1);
+  part().window = used;
+  if (used != nullptr) used->show_cursor(part().cursor != -1);
 }
 
 void reset_cursor() { set_cursor(0); }

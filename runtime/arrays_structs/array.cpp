@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
@@ -17,10 +17,7 @@ namespace {
 
 constexpr std::int32_t kLongestReused = 64;  // elements of capacity: longer blocks go back at the next collection
 
-std::vector<GCArrayThing*>& put_aside() {
-  static auto* const arrays = new std::vector<GCArrayThing*>;  // for life: values are still dropped while the program ends
-  return *arrays;
-}
+const Part<std::vector<GCArrayThing*>> put_aside{PartLevel::kHeap, "arrays put aside"};
 
 GCArrayThing* thing_of(const ArrayRecord& array) { return static_cast<GCArrayThing*>(array.owner); }
 
@@ -72,7 +69,7 @@ void replace_array(RValue& value, GCArrayThing* made, BarrierSite site) {
   value.array = &made->record;
   value.flags = 0;
   value.kind_bits = kArray;
-  if (array_counting_is_on) made->record.count = 1;
+  if (session().array_counting_is_on) made->record.count = 1;
   write_barrier(current_container(), made, site);
   note_heap_value_stored(current_container(), value);
 }
@@ -122,15 +119,15 @@ void forget_arrays_put_aside() { put_aside().clear(); }
 
 // Whoever stopped counting left counts behind that say nothing: from then on only the collector decides.
 void set_array_counting(bool on) {
-  array_counting_is_on = on;
-  arrays_are_reused = false;
+  session().array_counting_is_on = on;
+  session().arrays_are_reused = false;
   forget_arrays_put_aside();
 }
 
 RValue make_empty_array(std::int64_t token) { return RValue::of_array(&new_thing(token)->record); }
 
 RValue make_array(std::int32_t length) {
-  RValue made = make_empty_array(current_owner_token);
+  RValue made = make_empty_array(session().owner_token);
   if (length > 0) extend(*made.array, length);
   return made;
 }
@@ -143,8 +140,8 @@ RValue make_array(const RValue* values, std::int32_t count) {
 
 RValue* array_element_for_write(RValue& value, std::int32_t index) {
   if (!value.is_array() || value.array == nullptr) {
-    replace_array(value, new_thing(current_owner_token), BarrierSite::kArrayMade);
-  } else if (array_counting_is_on && value.array->owner_token != current_owner_token) {
+    replace_array(value, new_thing(session().owner_token), BarrierSite::kArrayMade);
+  } else if (session().array_counting_is_on && value.array->owner_token != session().owner_token) {
     if (value.array->count != 1) {
       const ArrayRecord& shared = *value.array;
       RValue copy = array_copy(shared, 0, shared.length);
@@ -152,7 +149,7 @@ RValue* array_element_for_write(RValue& value, std::int32_t index) {
       replace_array(value, thing, BarrierSite::kArrayCopied);
       copy.forget();
     } else if (value.array->owner_token == 0) {
-      value.array->owner_token = current_owner_token;
+      value.array->owner_token = session().owner_token;
     }
   }
   ArrayRecord& array = *value.array;

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "runtime/arrays_structs/object.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/session/session.h"
 #include "runtime/values/value.h"
 
 namespace arena {
@@ -49,16 +49,14 @@ class GCArrayThing final : public WBObjectBase {
 // Whether an array of that length may be; reports when it is longer than the longest.
 bool check_array_length(std::int64_t length);
 
-// Process-wide: whether arrays count their references. Off, nothing is ever copied on write.
-inline bool array_counting_is_on = true;
+// Whether arrays count their references. Off, nothing is ever copied on write.
 void set_array_counting(bool on);
-// Process-wide: who writes now. A script frame, an object or an outer array, by serial number.
-inline std::int64_t current_owner_token = 1;
 
+// Names who writes for the life of the scope.
 class OwnerTokenScope {
  public:
-  explicit OwnerTokenScope(std::int64_t token) : saved_(current_owner_token) { current_owner_token = token; }
-  ~OwnerTokenScope() { current_owner_token = saved_; }
+  explicit OwnerTokenScope(std::int64_t token) : saved_(session().owner_token) { session().owner_token = token; }
+  ~OwnerTokenScope() { session().owner_token = saved_; }
   OwnerTokenScope(const OwnerTokenScope&) = delete;
   OwnerTokenScope& operator=(const OwnerTokenScope&) = delete;
 
@@ -67,20 +65,18 @@ class OwnerTokenScope {
 };
 
 // Counted only while counting is on; the first count or release stamps the array with the collector's mark counter.
-inline std::uint32_t collector_mark = 1;
 inline void count_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !array_counting_is_on) return;
+  if (array == nullptr || !session().array_counting_is_on) return;
   ++array->count;
-  if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
+  if (array->release_mark == 0) array->release_mark = session().collector_mark & 0xFFFFFF;
 }
 // Releasing frees nothing: the collector reclaims arrays. But the scratch arrays of a frame, thousands of them, never get as far: one that
 // no value refers to and nothing knows is put aside, and the next new array takes its place, still warm in the cache.
 void put_aside_for_reuse(GCArrayThing* thing);
-inline bool arrays_are_reused = !kStressBuild;
 inline void discount_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !array_counting_is_on) return;
-  if (array->release_mark == 0) array->release_mark = collector_mark & 0xFFFFFF;
-  if (--array->count == 0 && arrays_are_reused) put_aside_for_reuse(static_cast<GCArrayThing*>(array->owner));
+  if (array == nullptr || !session().array_counting_is_on) return;
+  if (array->release_mark == 0) array->release_mark = session().collector_mark & 0xFFFFFF;
+  if (--array->count == 0 && session().arrays_are_reused) put_aside_for_reuse(static_cast<GCArrayThing*>(array->owner));
 }
 // The collector is about to reclaim what was put aside.
 void forget_arrays_put_aside();

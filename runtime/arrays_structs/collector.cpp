@@ -8,7 +8,7 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/weak_ref.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/messages.h"
 
@@ -32,7 +32,12 @@ constexpr bool kChecksThread = false;
 
 enum class Phase { kIdle, kMarking, kSweeping };
 
-struct Collector {
+}  // namespace
+
+class Collector {
+ public:
+  Collector() { session().collector = this; }
+  ~Collector();
   std::vector<WBObjectBase*> objects[kGenerations];
   std::vector<WBObjectBase*> referenced_from_older[kGenerations];
   std::vector<WBObjectBase*> remembered[kGenerations];
@@ -50,13 +55,10 @@ struct Collector {
   std::thread::id main_thread = std::this_thread::get_id();
 };
 
-Collector* the_collector = nullptr;  // made on first use, never destroyed: static objects still drop references at the end
+namespace {
 
-[[gnu::noinline]] Collector& make_collector() {
-  the_collector = new Collector;
-  return *the_collector;
-}
-Collector& collector() { return the_collector != nullptr ? *the_collector : make_collector(); }
+const Part<Collector> collector_part{PartLevel::kHeap, "collector"};
+Collector& collector() { return *session().collector; }
 
 WBObjectBase* object_of(const RValue& value) {
   if (value.is_object()) return value.object;
@@ -244,7 +246,7 @@ void promote(const std::vector<WBObjectBase*>& promoted) {
 void collect_generations(int oldest) {
   Collector& c = collector();
   ++c.minors;
-  ++collector_mark;
+  ++session().collector_mark;
   Marker marker(oldest);
   mark_roots(marker, oldest);
   clear_dead_weak_references(oldest, 0);
@@ -281,7 +283,7 @@ void mark_old_roots(OldMarker& marker) {
 void start_old_cycle() {
   Collector& c = collector();
   c.phase = Phase::kMarking;
-  ++collector_mark;
+  ++session().collector_mark;
   c.dropped_at_last_cycle = c.dropped;
   OldMarker marker;
   mark_old_roots(marker);
@@ -337,6 +339,21 @@ bool old_cycle_is_due() {
 
 }  // namespace
 
+// The session ends: nothing is left that could ask for them.
+Collector::~Collector() {
+  for (std::vector<WBObjectBase*>& list : counted) {
+    for (WBObjectBase* object : list) object->release_counted_values();
+  }
+  forget_arrays_put_aside();
+  if (phase == Phase::kSweeping) {  // what the sweep dropped already leaves a gap behind those it kept
+    std::vector<WBObjectBase*>& old = objects[kOldest];
+    old.erase(old.begin() + static_cast<std::ptrdiff_t>(sweep_write), old.begin() + static_cast<std::ptrdiff_t>(sweep_read));
+  }
+  for (std::vector<WBObjectBase*>& list : objects) {
+    for (WBObjectBase* object : list) destroy(object);
+  }
+}
+
 void adopt_new_object(WBObjectBase* object) { collector().objects[0].push_back(object); }
 void request_collection() { collector().whole_requested = true; }
 void set_collector_thread_check(bool on) { collector().checks_thread = on; }
@@ -344,8 +361,8 @@ void set_collector_thread_check(bool on) { collector().checks_thread = on; }
 void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite site) {
   Collector& c = collector();
   if (c.checks_thread && std::this_thread::get_id() != c.main_thread) log_warning(messages::kStoreOnThread.format);
-  if ((disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
-  if (c.phase == Phase::kMarking && (disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0) OldMarker::mark(object);
+  if ((session().disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
+  if (c.phase == Phase::kMarking && (session().disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0) OldMarker::mark(object);
   if (container->generation <= object->generation) return;
   const WorkerLock lock(WorkerLock::kNursery);
   // A list first, its mark afterwards: where memory runs out no mark says what no list knows.

@@ -48,8 +48,6 @@ void set_collector_thread_check(bool on);
 // safe point logs a warning.
 void set_memory_warning(std::size_t bytes);
 
-// For tests: a bit set here takes that barrier away.
-inline std::uint32_t disabled_barriers = 0;
 bool is_remembered(const WBObjectBase* container, int generation);
 
 class CWeakRef;

@@ -5,22 +5,24 @@
 namespace arena {
 
 void grow_container_stack() {
-  const int capacity = std::max(1, container_stack.capacity * 2);
+  ContainerStack& stack = session().containers;
+  const int capacity = std::max(1, stack.capacity * 2);
   WBObjectBase** entries = new WBObjectBase*[static_cast<std::size_t>(capacity)];
-  std::copy(container_stack.entries, container_stack.entries + container_stack.count, entries);
-  delete[] container_stack.entries;
-  container_stack.entries = entries;
-  container_stack.capacity = capacity;
+  std::copy(stack.entries, stack.entries + stack.count, entries);
+  delete[] stack.entries;
+  stack.entries = entries;
+  stack.capacity = capacity;
 }
 
 WBObjectBase* current_container() {
-  return container_stack.count == 0 ? global_object() : container_stack.entries[container_stack.count - 1];
+  const ContainerStack& stack = session().containers;
+  return stack.count == 0 ? global_object() : stack.entries[stack.count - 1];
 }
 
 PropertyObject* make_global_object() {
-  the_global_object = new PropertyObject(ObjectKind::kStruct);
-  the_global_object->is_root = true;
-  return the_global_object;
+  PropertyObject* const made = session().globals = new PropertyObject(ObjectKind::kStruct);
+  made->is_root = true;
+  return made;
 }
 
 }  // namespace arena

@@ -1,31 +1,28 @@
 #pragma once
 // Names the object into which the current store writes, for the collector's write barrier.
 #include "runtime/arrays_structs/object.h"
+#include "runtime/session/session.h"
 
 namespace arena {
 
-// A growable array whose capacity doubles, starting at 1.
-struct ContainerStack {
-  WBObjectBase** entries = nullptr;
-  int count = 0, capacity = 0;
-};
-inline ContainerStack container_stack;
-
 void grow_container_stack();
 inline void push_container(WBObjectBase* container) {
-  if (container_stack.count == container_stack.capacity) grow_container_stack();
-  container_stack.entries[container_stack.count++] = container;
+  ContainerStack& stack = session().containers;
+  if (stack.count == stack.capacity) grow_container_stack();
+  stack.entries[stack.count++] = container;
 }
 // Never below empty.
 inline void pop_container() {
-  if (container_stack.count > 0) --container_stack.count;
+  ContainerStack& stack = session().containers;
+  if (stack.count > 0) --stack.count;
 }
-inline int container_depth() { return container_stack.count; }
+inline int container_depth() { return session().containers.count; }
 // Top of the stack, or the global object when the stack is empty.
 WBObjectBase* current_container();
 // Restores a depth remembered before, after an exception.
 inline void restore_container_depth(int depth) {
-  if (container_stack.count > depth) container_stack.count = depth;
+  ContainerStack& stack = session().containers;
+  if (stack.count > depth) stack.count = depth;
 }
 
 class ContainerScope {
@@ -36,9 +33,11 @@ class ContainerScope {
   ContainerScope& operator=(const ContainerScope&) = delete;
 };
 
-// The object that holds all global variables; made on first use, alive for the process.
+// The object that holds all global variables; made on first use, alive for the session.
 PropertyObject* make_global_object();
-inline PropertyObject* the_global_object = nullptr;
-inline PropertyObject* global_object() { return the_global_object != nullptr ? the_global_object : make_global_object(); }
+inline PropertyObject* global_object() {
+  PropertyObject* const made = session().globals;
+  return made != nullptr ? made : make_global_object();
+}
 
 }  // namespace arena

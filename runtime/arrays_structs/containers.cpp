@@ -1,18 +1,21 @@
 #include "runtime/arrays_structs/containers.h"
 
+#include "runtime/session/session.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/strings.h"
 
 namespace arena {
 
-ContainerTable<DsList>& ds_lists() {
-  static ContainerTable<DsList> table;
-  return table;
-}
-ContainerTable<DsMap>& ds_maps() {
-  static ContainerTable<DsMap> table;
-  return table;
-}
+namespace {
+const Part<ContainerTable<DsList>> lists{PartLevel::kScripts, "lists"};
+const Part<ContainerTable<DsMap>> maps{PartLevel::kScripts, "maps"};
+const Part<ContainerTable<DsGrid>> grids{PartLevel::kScripts, "grids"};
+}  // namespace
+
+ContainerTable<DsList>& ds_lists() { return lists(); }
+ContainerTable<DsMap>& ds_maps() { return maps(); }
+ContainerTable<DsGrid>& ds_grids() { return grids(); }
+
 void DsGrid::clear(const RValue& value) {
   const bool is_same = value.i64 == ground_.i64 && value.kind_bits == ground_.kind_bits && value.flags == ground_.flags;
   if (is_same && !value.owns_heap() && written_.size() < kMostRemembered) {
@@ -23,11 +26,6 @@ void DsGrid::clear(const RValue& value) {
     if (value.owns_heap()) ground_.kind_bits = kUnset;
   }
   written_.clear();
-}
-
-ContainerTable<DsGrid>& ds_grids() {
-  static ContainerTable<DsGrid> table;
-  return table;
 }
 
 void reset_containers() {

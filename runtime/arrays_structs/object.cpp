@@ -6,26 +6,20 @@
 #include <unordered_map>
 
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/session/session.h"
 
 namespace arena {
-namespace {
 
-std::uint32_t next_serial = 1;
-int live_count = 0;
-
-}  // namespace
-
-int live_objects() { return live_count; }
+int live_objects() { return session().live_objects; }
 
 WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind) {
   const WorkerLock lock(WorkerLock::kNursery);
   adopt_new_object(this);
-  serial = next_serial++;
-  ++live_count;
+  serial = session().next_serial++;
+  ++session().live_objects;
 }
-WBObjectBase::~WBObjectBase() { --live_count; }
-void WBObjectBase::renew_serial() { serial = next_serial++; }
+WBObjectBase::~WBObjectBase() { --session().live_objects; }
+void WBObjectBase::renew_serial() { serial = session().next_serial++; }
 const RValue* WBObjectBase::find_variable(std::int32_t) { return nullptr; }
 RValue* WBObjectBase::get_variable_ref(std::int32_t) { return nullptr; }
 void WBObjectBase::visit_values(ValueVisitor&) {}

@@ -3,50 +3,63 @@
 #include <cstring>
 #include <memory>
 
+#include "runtime/session/session.h"
+
 namespace arena {
 namespace {
 
-std::int32_t table_size = 0;
-// Never destroyed: every shape hangs on them.
-Shape& empty = *new Shape;
-Shape& dictionary = *new Shape;
+std::int32_t table_size = 0;  // of the program: fixed by the start-up lookup
 
-std::uint8_t* new_table(const std::uint8_t* copy_of) {
-  std::uint8_t* table = new std::uint8_t[static_cast<std::size_t>(table_size) + 1];
-  if (copy_of != nullptr) {
-    std::memcpy(table, copy_of, static_cast<std::size_t>(table_size) + 1);
-  } else {
-    std::memset(table, kNoPosition, static_cast<std::size_t>(table_size) + 1);
+// All shapes of a session. Few exist, and objects of a type all walk the same way.
+class Shapes {
+ public:
+  Shapes() {
+    empty_.positions = dictionary_.positions = new_table(nullptr);
   }
-  return table;
-}
+  const Shape* empty() const { return &empty_; }
+  const Shape* dictionary() const { return &dictionary_; }
+
+  const Shape* add(const Shape* shape, std::int32_t id) {
+    std::uint8_t* const positions = new_table(shape->positions);
+    positions[id] = static_cast<std::uint8_t>(shape->ids.size());
+    Shape& longer = *shapes_.emplace_back(std::make_unique<Shape>());
+    longer.positions = positions;
+    longer.ids = shape->ids;
+    longer.ids.push_back(id);
+    shape->next.emplace_back(id, &longer);
+    return &longer;
+  }
+
+ private:
+  std::uint8_t* new_table(const std::uint8_t* copy_of) {
+    const std::size_t size = static_cast<std::size_t>(table_size) + 1;
+    std::uint8_t* const table = tables_.emplace_back(new std::uint8_t[size]).get();
+    if (copy_of != nullptr) {
+      std::memcpy(table, copy_of, size);
+    } else {
+      std::memset(table, kNoPosition, size);
+    }
+    return table;
+  }
+  std::vector<std::unique_ptr<std::uint8_t[]>> tables_;
+  std::vector<std::unique_ptr<Shape>> shapes_;
+  Shape empty_, dictionary_;
+};
+const Part<Shapes> shapes{PartLevel::kMemory, "shapes"};
 
 }  // namespace
 
-const Shape* empty_shape() { return &empty; }
-const Shape* dictionary_shape() { return &dictionary; }
+const Shape* empty_shape() { return shapes().empty(); }
+const Shape* dictionary_shape() { return shapes().dictionary(); }
 std::int32_t shape_table_size() { return table_size; }
-
-void set_shape_table_size(std::int32_t variable_count) {
-  table_size = variable_count;
-  empty.positions = new_table(nullptr);
-  dictionary.positions = empty.positions;
-  empty.next.clear();
-}
+void set_shape_table_size(std::int32_t variable_count) { table_size = variable_count; }
 
 const Shape* shape_with(const Shape* shape, std::int32_t id) {
   for (const auto& [next_id, next_shape] : shape->next) {
     if (next_id == id) return next_shape;
   }
   if (id < 0 || id >= table_size || shape->ids.size() >= kLongestRow) return nullptr;
-  std::unique_ptr<std::uint8_t[]> positions(new_table(shape->positions));
-  positions[static_cast<std::size_t>(id)] = static_cast<std::uint8_t>(shape->ids.size());
-  std::unique_ptr<Shape> longer(new Shape);
-  longer->ids = shape->ids;
-  longer->ids.push_back(id);
-  shape->next.emplace_back(id, longer.get());
-  longer->positions = positions.release();
-  return longer.release();
+  return shapes().add(shape, id);
 }
 
 }  // namespace arena

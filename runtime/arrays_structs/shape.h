@@ -13,7 +13,7 @@ inline constexpr std::size_t kLongestRow = 64;  // variables; objects with more 
 struct Shape {
   const std::uint8_t* positions = nullptr;  // one byte a variable id known at start-up
   std::vector<std::int32_t> ids;            // in order of insertion
-  // Shapes live as long as the process: few exist, and objects of a type all walk the same way.
+  // Shapes live as long as their session.
   mutable std::vector<std::pair<std::int32_t, const Shape*>> next;
 };
 
@@ -22,7 +22,7 @@ const Shape* empty_shape();
 const Shape* dictionary_shape();
 // The shape with one variable more; null when a table cannot hold it.
 const Shape* shape_with(const Shape* shape, std::int32_t id);
-// Called once by the start-up lookup, before any object has a variable: how many variable ids the tables cover.
+// Called once by the start-up lookup, before any session begins: how many variable ids the tables cover.
 void set_shape_table_size(std::int32_t variable_count);
 std::int32_t shape_table_size();
 

@@ -43,7 +43,7 @@ class Freezer {
   void freeze_array(WBObjectBase* container, RValue& slot) {
     if ((slot.array->flags & kArrayImmutable) != 0) return;
     const auto place = copies_.find(slot.array);
-    const bool is_shared = array_counting_is_on && slot.array->count > 1;
+    const bool is_shared = session().array_counting_is_on && slot.array->count > 1;
     if (is_shared) {
       const RValue whole = slot;
       const RValue copy = place != copies_.end() ? place->second : array_copy(*whole.array, 0, whole.array->length);

@@ -140,12 +140,12 @@ const BuiltinVariable bbox_bottom{"bbox_bottom", true, [](CInstance* self, std::
 
 // The world
 const BuiltinVariable delta_time{"delta_time", false,
-                                 [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock.frame_microseconds)); }};
+                                 [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock().frame_microseconds)); }};
 const BuiltinVariable current_time{
-    "current_time", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock.total_microseconds) / 1000.0); }};
+    "current_time", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(game_clock().total_microseconds) / 1000.0); }};
 const BuiltinVariable fps{
     "fps", false, [](CInstance*, std::int32_t) {
-      return RValue(game_clock.frame_microseconds > 0 ? 1e6 / static_cast<double>(game_clock.frame_microseconds) : 0.0);
+      return RValue(game_clock().frame_microseconds > 0 ? 1e6 / static_cast<double>(game_clock().frame_microseconds) : 0.0);
     }};
 const BuiltinVariable mouse_x{"mouse_x", false, [](CInstance*, std::int32_t) { return RValue(pointer_in_room().x); }};
 const BuiltinVariable mouse_y{"mouse_y", false, [](CInstance*, std::int32_t) { return RValue(pointer_in_room().y); }};

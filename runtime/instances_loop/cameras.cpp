@@ -10,6 +10,7 @@
 namespace arena {
 namespace {
 
+const Part<Cameras> part{PartLevel::kWorld, "cameras"};
 const RefKind camera_refs{ref_type::kCamera, "camera"};
 
 double window_width() { return input_state().window_width > 0 ? input_state().window_width : 1; }
@@ -24,10 +25,7 @@ Point turned(Point point, Point centre, double degrees) {
 
 }  // namespace
 
-Cameras& cameras() {
-  static Cameras all;
-  return all;
-}
+Cameras& cameras() { return part(); }
 
 std::int32_t camera_create() {
   Camera camera;

@@ -2,6 +2,7 @@
 
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/session/session.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
@@ -15,9 +16,9 @@ class UnhandledHandler final : public Holder {
   void visit_values(ValueVisitor& visitor) override { visitor(function); }
   RValue function;
 };
-UnhandledHandler unhandled;
+const Part<UnhandledHandler> unhandled{PartLevel::kScripts, "handler of unhandled errors"};
 
-void exception_unhandled_handler(const RValue& function) { unhandled.function = function; }
+void exception_unhandled_handler(const RValue& function) { unhandled().function = function; }
 
 const BuiltinEntry kEntries[] = {{"exception_unhandled_handler", builtin<exception_unhandled_handler>}};
 const BuiltinTable table(kEntries);
@@ -36,7 +37,7 @@ RValue exception_value(const WBKSLException& error) {
 }
 
 void tell_unhandled_error(const WBKSLException& error) {
-  const RValue function = unhandled.function;  // it may set another while it runs
+  const RValue function = unhandled().function;  // it may set another while it runs
   if (function.is_undefined()) return;
   const RValue told = exception_value(error);
   const RValue* arguments[] = {&told};
@@ -44,6 +45,6 @@ void tell_unhandled_error(const WBKSLException& error) {
   call_method(nullptr, nullptr, ignored, 1, function, arguments);
 }
 
-void reset_unhandled_handler() { unhandled.function = RValue(); }
+void reset_unhandled_handler() { unhandled().function = RValue(); }
 
 }  // namespace arena

@@ -10,6 +10,6 @@ struct GameClock {
   std::int64_t frame = 0;                   // frames begun
 };
 
-inline GameClock game_clock;
+GameClock& game_clock();
 
 }  // namespace arena

@@ -12,6 +12,7 @@
 #include "runtime/instances_loop/motion.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/session/session.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/number_text.h"
 #include "runtime/variables_calls/report.h"
@@ -19,7 +20,33 @@
 namespace arena {
 namespace {
 
-DrawHooks draw_hooks;
+// What a pass over the world draws, kept between frames for its memory.
+struct DrawList {
+  std::vector<Layer> backgrounds;  // copies: a handler may make layers
+  std::vector<CInstance*> instances;
+
+  void gather() {
+    backgrounds.clear();
+    instances.clear();
+    for (const Layer& layer : world().layers) {
+      if (layer.visible && layer.background_sprite >= 0) backgrounds.push_back(layer);
+    }
+    std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return sorts_before(b.depth, a.depth); });
+    for (const auto& [depth, bucket] : world().by_depth()) {
+      for (CInstance* instance : bucket) {
+        const Layer* layer = instance->layer >= 0 ? world().find_layer(saturate_int32(instance->layer)) : nullptr;
+        if (layer == nullptr || layer->visible) instances.push_back(instance);
+      }
+    }
+  }
+};
+
+struct FrameLoop {
+  DrawHooks hooks;
+  DrawList draw_list;
+};
+const Part<FrameLoop> loop{PartLevel::kWorld, "frame loop"};
+
 
 // The instances of a long pass lie all over the memory: those that come next are fetched while this one runs (a quarter of a crowd's
 // step was waiting).
@@ -40,7 +67,7 @@ void run_pass(EventKey key, bool only_visible = false) {
   if (entry == object_types().lists().end()) return;
   EventList& list = entry->second;
   const std::size_t count = list.size();
-  const auto before_handler = key.kind == EventKind::kDraw ? draw_hooks.before_handler : nullptr;
+  const auto before_handler = key.kind == EventKind::kDraw ? loop().hooks.before_handler : nullptr;
   for (std::size_t i = 0; i < count && i < list.size(); ++i) {
     const Participant each = list[i];
     fetch_ahead(list, i);
@@ -113,7 +140,7 @@ void animate(CInstance& instance) {
   if (instance.image_speed == 0) return;
   const SpriteInfo* sprite = find_sprite(saturate_int32(instance.sprite_index));
   if (sprite == nullptr || sprite->frames <= 1) return;
-  const double seconds = static_cast<double>(game_clock.frame_microseconds) / 1e6;
+  const double seconds = static_cast<double>(game_clock().frame_microseconds) / 1e6;
   const double speed = sprite->frames_per_second > 0 ? sprite->frames_per_second * seconds : 1;
   const double frames = sprite->frames, next = instance.image_index + instance.image_speed * speed;
   instance.image_index = std::isfinite(next) ? next : 0;  // what is no number of a picture starts anew
@@ -134,6 +161,7 @@ void animate_all() {
 
 void draw_one(CInstance& instance) {
   const EventKey key{EventKind::kDraw, kDrawNormal};
+  const DrawHooks& draw_hooks = loop().hooks;
   if (draw_hooks.before_handler != nullptr) draw_hooks.before_handler(instance, key);
   if (const BoundEvent* event = instance.type->find_event(key)) {
     run_handler(instance, &instance, *event);
@@ -142,30 +170,10 @@ void draw_one(CInstance& instance) {
   }
 }
 
-// What a pass over the world draws, kept between frames for its memory.
-struct DrawList {
-  std::vector<Layer> backgrounds;  // copies: a handler may make layers
-  std::vector<CInstance*> instances;
-
-  void gather() {
-    backgrounds.clear();
-    instances.clear();
-    for (const Layer& layer : world().layers) {
-      if (layer.visible && layer.background_sprite >= 0) backgrounds.push_back(layer);
-    }
-    std::stable_sort(backgrounds.begin(), backgrounds.end(), [](const Layer& a, const Layer& b) { return sorts_before(b.depth, a.depth); });
-    for (const auto& [depth, bucket] : world().by_depth()) {
-      for (CInstance* instance : bucket) {
-        const Layer* layer = instance->layer >= 0 ? world().find_layer(saturate_int32(instance->layer)) : nullptr;
-        if (layer == nullptr || layer->visible) instances.push_back(instance);
-      }
-    }
-  }
-};
-
 // Backgrounds and instances by depth, the furthest first; a background lies behind the instances of its own depth.
 void draw_world() {
-  static DrawList list;
+  DrawList& list = loop().draw_list;
+  const DrawHooks& draw_hooks = loop().hooks;
   list.gather();
   std::size_t background = 0;
   const auto draw_backgrounds_above = [&](double depth) {
@@ -189,9 +197,9 @@ void timed(Stage stage, Work work) {
 // Everything of a frame before its drawing.
 void do_a_step(std::int64_t microseconds) {
   begin_input_frame();
-  game_clock.frame_microseconds = microseconds;
-  game_clock.total_microseconds += microseconds;
-  ++game_clock.frame;
+  game_clock().frame_microseconds = microseconds;
+  game_clock().total_microseconds += microseconds;
+  ++game_clock().frame;
   timed(Stage::kHandleInstanceMovement, remember_positions);
   timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepBegin}); });
   timed(Stage::kHandleAlarm, run_alarms);
@@ -211,10 +219,11 @@ void do_a_step(std::int64_t microseconds) {
 
 }  // namespace
 
-void set_draw_hooks(const DrawHooks& hooks) { draw_hooks = hooks; }
+void set_draw_hooks(const DrawHooks& hooks) { loop().hooks = hooks; }
 
 void draw_frame() {
   const StageTimer timer(Stage::kDrawRoom);
+  const DrawHooks& draw_hooks = loop().hooks;
   if (draw_hooks.begin_world != nullptr) draw_hooks.begin_world();
   {
     const StageTimer in_room(Stage::kDrawTheRoom);

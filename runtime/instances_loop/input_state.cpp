@@ -2,10 +2,16 @@
 
 #include <algorithm>
 
+#include "runtime/session/session.h"
+
 namespace arena {
 namespace {
 
-std::vector<InputEvent> queue, applied;
+struct Input {
+  std::vector<InputEvent> queue, applied;
+  InputState state;
+};
+const Part<Input> part{PartLevel::kWorld, "input"};
 
 bool in_range(int code, int count) { return code >= 0 && code < count; }
 
@@ -78,7 +84,7 @@ void clear_edges(InputState& state) {
 
 }  // namespace
 
-void push_input(const InputEvent& event) { queue.push_back(event); }
+void push_input(const InputEvent& event) { part().queue.push_back(event); }
 
 void push_key(int code, bool down) {
   InputEvent event;
@@ -105,14 +111,14 @@ void push_pointer(PointerSpace space, double x, double y) {
 }
 
 void begin_input_frame() {
-  InputState& state = input_state();
-  clear_edges(state);
-  applied.swap(queue);
-  queue.clear();
-  for (const InputEvent& event : applied) apply(state, event);
+  Input& input = part();
+  clear_edges(input.state);
+  input.applied.swap(input.queue);
+  input.queue.clear();
+  for (const InputEvent& event : input.applied) apply(input.state, event);
 }
 
-const std::vector<InputEvent>& applied_input() { return applied; }
+const std::vector<InputEvent>& applied_input() { return part().applied; }
 
 void reset_input() {
   InputState& state = input_state();
@@ -121,7 +127,7 @@ void reset_input() {
   std::fill(std::begin(state.button_down), std::end(state.button_down), false);
   state.last_key = 0;
   state.typed.clear();
-  queue.clear();
+  part().queue.clear();
 }
 
 void set_typed(std::string text) {
@@ -158,10 +164,7 @@ std::string key_name(int code) {
   }
 }
 
-InputState& input_state() {
-  static InputState state;
-  return state;
-}
+InputState& input_state() { return part().state; }
 
 bool key_test(const bool (&keys)[kKeys], int code) {
   if (code == kVkAnyKey) return std::any_of(std::begin(keys), std::end(keys), [](bool key) { return key; });

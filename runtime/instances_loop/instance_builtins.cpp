@@ -167,7 +167,7 @@ std::string room_get_name(std::int32_t room) {
 void game_restart() { world().restart_wanted = true; }
 void game_end() { world().ended = true; }
 void debug_message(const RValue& value) { log_message(to_text(value)); }
-double get_timer() { return static_cast<double>(game_clock.total_microseconds); }
+double get_timer() { return static_cast<double>(game_clock().total_microseconds); }
 
 // Sprites as the world knows them
 const SpriteInfo* require_sprite(std::int32_t sprite) {

@@ -13,12 +13,11 @@ bool runs_in_passes(EventKind kind) {
 
 std::int32_t find_object(std::string_view name) { return object_types().find(name); }
 
+const Part<ObjectTypes> part{PartLevel::kWorld, "object types"};
+
 }  // namespace
 
-ObjectTypes& object_types() {
-  static ObjectTypes types;
-  return types;
-}
+ObjectTypes::ObjectTypes() { session().object_types = this; }
 
 const BoundEvent* ObjectType::find_event(EventKey key) const {
   const auto place = std::lower_bound(events.begin(), events.end(), key,

@@ -8,6 +8,7 @@
 
 #include "runtime/arrays_structs/shape.h"
 #include "runtime/instances_loop/events.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/functions.h"
 
 namespace arena {
@@ -56,6 +57,7 @@ struct ObjectType {
 // The table of types. Defining replaces all; problems (unknown parents, circles, events without code) are listed, one line each.
 class ObjectTypes {
  public:
+  ObjectTypes();
   std::vector<std::string> define(std::vector<ObjectDefinition> definitions);
   std::int32_t count() const { return static_cast<std::int32_t>(types_.size()); }
   bool has(std::int32_t index) const { return index >= 0 && index < count(); }
@@ -71,6 +73,6 @@ class ObjectTypes {
   std::map<EventKey, EventList> lists_;
 };
 
-ObjectTypes& object_types();
+inline ObjectTypes& object_types() { return *session().object_types; }
 
 }  // namespace arena

@@ -5,10 +5,19 @@
 #include <optional>
 #include <utility>
 
+#include "runtime/session/session.h"
+
 namespace arena {
 namespace {
-std::optional<std::uint64_t> fixed_seed;
 constexpr std::uint64_t kVisualSeed = 1;
+
+struct Generators {
+  RandomGenerator game;
+  RandomGenerator visual{kVisualSeed};
+  std::optional<std::uint64_t> fixed_seed;
+};
+const Part<Generators> part{PartLevel::kWorld, "generators"};
+
 }  // namespace
 
 void RandomGenerator::reseed(std::uint64_t seed) {
@@ -47,29 +56,22 @@ std::int64_t RandomGenerator::integer(std::int64_t low, std::int64_t high) {
   return static_cast<std::int64_t>(static_cast<std::uint64_t>(low) + drawn % span);
 }
 
-RandomGenerator& game_random() {
-  static RandomGenerator generator;
-  return generator;
-}
-
-RandomGenerator& visual_random() {
-  static RandomGenerator generator(kVisualSeed);
-  return generator;
-}
+RandomGenerator& game_random() { return part().game; }
+RandomGenerator& visual_random() { return part().visual; }
 
 void fix_random_seed(std::uint64_t seed) {
-  fixed_seed = seed;
+  part().fixed_seed = seed;
   game_random().reseed(seed);
 }
 
 void reset_random() {
-  game_random().reseed(fixed_seed.value_or(0));
+  game_random().reseed(part().fixed_seed.value_or(0));
   visual_random().reseed(kVisualSeed);
 }
 
 std::uint64_t randomize() {
   const std::uint64_t seed =
-      fixed_seed ? *fixed_seed : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;
+      part().fixed_seed ? *part().fixed_seed : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;
   game_random().reseed(seed);
   return seed;
 }

@@ -7,20 +7,24 @@
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
-namespace {
 
 // The handler that runs, linked to the one that caused it.
 struct RunningEvent {
-  RunningEvent* previous;
+  const RunningEvent* previous;
   CInstance* self;
   WBObjectBase* other;
   const BoundEvent* event;
   int action;  // counts the handlers of one event of one instance, the inherited ones included, from 1
 };
-RunningEvent* running = nullptr;
-ScriptErrorSink error_sink = nullptr;
+
+namespace {
+
+const Part<ScriptErrorSink> error_sink{PartLevel::kWorld, "error sink"};
+
+const RunningEvent* running_event() { return session().running_event; }
 
 EventDescription describe_running_event() {
+  const RunningEvent* const running = running_event();
   if (running == nullptr) return {};
   return {event_text(running->event->key), running->self->type->definition.name, running->action};
 }
@@ -29,11 +33,11 @@ EventDescription describe_running_event() {
 class HandlerScope : RunningEvent {
  public:
   HandlerScope(CInstance* for_self, WBObjectBase* for_other, const BoundEvent* which, int action_number)
-      : RunningEvent{running, for_self, for_other, which, action_number}, container_depth_(container_depth()) {
-    running = this;
+      : RunningEvent{running_event(), for_self, for_other, which, action_number}, container_depth_(container_depth()) {
+    session().running_event = this;
   }
   ~HandlerScope() {
-    running = previous;
+    session().running_event = previous;
     restore_container_depth(container_depth_);
   }
   HandlerScope(const HandlerScope&) = delete;
@@ -52,13 +56,14 @@ const bool installed = (set_event_describer(describe_running_event), true);
 
 }  // namespace
 
-void set_script_error_sink(ScriptErrorSink sink) { error_sink = sink; }
+void set_script_error_sink(ScriptErrorSink sink) { error_sink() = sink; }
 
 bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
   const HandlerScope scope(&self, other, &event, 1);
   CInstance* const other_instance = instance_or(other, &self);
   const auto run = [&] { with_memory_reported([&] { event.function->handler(&self, other_instance); }); };
-  if (error_sink == nullptr) {
+  const ScriptErrorSink sink = error_sink();
+  if (sink == nullptr) {
     run();
     return true;
   }
@@ -66,12 +71,12 @@ bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) 
     run();
     return true;
   } catch (const WBKSLException& error) {
-    if (innermost_frame != nullptr) throw;  // the script that caused the event ends too
-    error_sink(error);
+    if (innermost_frame() != nullptr) throw;  // the script that caused the event ends too
+    sink(error);
     try {
       with_memory_reported([&] { tell_unhandled_error(error); });
     } catch (const WBKSLException& second) {
-      error_sink(second);
+      sink(second);
     }
     return false;
   }
@@ -85,12 +90,14 @@ bool run_event(CInstance& self, WBObjectBase* other, EventKey key) {
 }
 
 bool running_handler(RunningHandler& out) {
+  const RunningEvent* const running = running_event();
   if (running == nullptr) return false;
   out = {running->self, running->event->key};
   return true;
 }
 
 void run_inherited_event() {
+  const RunningEvent* const running = running_event();
   if (running == nullptr) return;
   const std::vector<std::int32_t>& lineage = object_types().at(running->event->owner).lineage;
   if (lineage.size() < 2) return;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "runtime/session/session.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/refs.h"
 
@@ -15,10 +16,11 @@ const RefKind sprite_refs{ref_type::kSprite, "sprite", [](std::int32_t index) {
 
 }  // namespace
 
-std::vector<SpriteInfo>& sprite_infos() {
-  static std::vector<SpriteInfo> infos;
-  return infos;
+namespace {
+const Part<std::vector<SpriteInfo>> part{PartLevel::kWorld, "sprites"};
 }
+
+std::vector<SpriteInfo>& sprite_infos() { return part(); }
 
 const SpriteInfo* find_sprite(std::int32_t index) {
   const std::vector<SpriteInfo>& infos = sprite_infos();

@@ -50,6 +50,8 @@ void drop_dead(std::vector<CInstance*>& list) {
   list.erase(std::remove_if(list.begin(), list.end(), [](const CInstance* instance) { return !instance->is_alive; }), list.end());
 }
 
+const Part<World> part{PartLevel::kWorld, "world"};
+
 constexpr std::string_view kGlobalScriptPrefix = "ksl_GlobalScript_";
 
 void run_global_scripts() {
@@ -62,10 +64,7 @@ void run_global_scripts() {
 
 }  // namespace
 
-World& make_world() {
-  the_world = new World;
-  return *the_world;
-}
+World::World() { session().world = this; }
 
 CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
                          WBObjectBase* creator) {
@@ -265,7 +264,7 @@ void World::restart_game() {
   run_for_all({EventKind::kOther, kOtherGameEnd});
   end_instances(true);
   forget_run();
-  game_clock.frame_microseconds = GameClock().frame_microseconds;  // no frame of the new run has passed
+  game_clock().frame_microseconds = GameClock().frame_microseconds;  // no frame of the new run has passed
   start_game(first_room);
 }
 
@@ -279,21 +278,6 @@ void World::forget_run() {
   room_wanted = -1;
   layers.clear();
   next_layer_id_ = 0;
-}
-
-void World::shut_down() {
-  const std::vector<CInstance*> snapshot = all_;
-  for (CInstance* instance : snapshot) {
-    if (instance->is_alive) unlist(*instance);
-  }
-  forget_dead();
-  forget_run();
-  restart_wanted = ended = false;
-  room = -1;
-  // The next game of this process is the same as the first of another one.
-  pages_.clear();
-  next_id_ = kFirstId;
-  game_clock = {};
 }
 
 void World::carry_out_requests() {

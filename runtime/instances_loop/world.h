@@ -46,6 +46,7 @@ struct RoomDefinition {
 
 class World {
  public:
+  World();
   std::vector<RoomDefinition> rooms;  // index is the room's number
   std::int32_t room = -1;             // the current one; -1 before the first
   std::int32_t first_room = 0;
@@ -83,8 +84,6 @@ class World {
   void enter_room(std::int32_t next);
   // Everything from the beginning, as a first start does it; only the clock and the ids of instances go on.
   void restart_game();
-  // Forgets everything without running an event: the host is done with this game.
-  void shut_down();
   // What room_goto, game_restart and game_end asked for; called at the end of the frame.
   void carry_out_requests();
 
@@ -123,10 +122,7 @@ class World {
   std::int32_t next_layer_id_ = 0;
 };
 
-// The one world; made on first use, never destroyed.
-World& make_world();
-inline World* the_world = nullptr;
-inline World& world() { return the_world != nullptr ? *the_world : make_world(); }
+inline World& world() { return *session().world; }
 
 // Whether there is such a room; reports when not.
 bool require_room(std::int32_t room);

@@ -48,7 +48,7 @@ Value call_value(WBObjectBase* self, WBObjectBase* other, const RValue& callee, 
   for (std::size_t i = 0; i < kCount; ++i) pointers[i] = &values[i];
   Value result;
   const MethodClosure* closure = method_of(callee);
-  if (closure != nullptr && closure->direct_entry != nullptr && current_builtin == nullptr) [[likely]] {
+  if (closure != nullptr && closure->direct_entry != nullptr && session().current_builtin == nullptr) [[likely]] {
     closure->direct_entry(closure->bound_self.is_object() ? closure->bound_self.object : self, other, result, kCount, pointers);
     return result;
   }
@@ -113,7 +113,7 @@ class VariableAccess {
   // Calls the method held here. A method without an object of its own runs for the object it was read from.
   template <class... Arguments>
   Value operator()(const Arguments&... arguments) && {
-    return call_value(object_, innermost_frame != nullptr ? innermost_frame->self : nullptr, get(), arguments...);
+    return call_value(object_, innermost_frame() != nullptr ? innermost_frame()->self : nullptr, get(), arguments...);
   }
   PropertyObject* object() const { return object_; }
   const Variable& name() const { return name_; }
@@ -212,7 +212,7 @@ class ElementAccess {
     const bool may_write = owner_ == nullptr || !owner_->is_read_only;
     if (may_write && write_plain(array_ != nullptr ? array_ : owner_->find_in_row(name_->slot), index_, value)) return;
     if (array_ != nullptr) {
-      const OwnerTokenScope token(innermost_frame != nullptr ? innermost_frame->token : 1);
+      const OwnerTokenScope token(innermost_frame() != nullptr ? innermost_frame()->token : 1);
       array_write(*array_, index_, value);
     } else {
       var_set(RValue::of_object(owner_), name_->slot, index_, value);
@@ -276,8 +276,8 @@ inline GeneralAccess ElementAccess::operator[](BuiltinKey member) && { return Ge
 inline ElementAccess Value::operator[](Real index) const { return ElementAccess(*this, saturate_int32(index.number())); }
 template <class... Arguments>
 Value Value::operator()(const Arguments&... arguments) const {
-  WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
-  WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+  WBObjectBase* const self = innermost_frame() != nullptr ? innermost_frame()->self : nullptr;
+  WBObjectBase* const other = innermost_frame() != nullptr ? innermost_frame()->other : nullptr;
   return call_value(self, other, *this, arguments...);
 }
 inline ElementAccess VariableAccess::operator[](Real index) && { return ElementAccess(object_, name_, saturate_int32(index.number())); }

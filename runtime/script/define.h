@@ -108,8 +108,8 @@ class Script<Result(Parameters...)> {
   static constexpr std::index_sequence_for<Parameters...> all_parameters{};
   template <std::size_t... Index, class Pack>
   Result run(std::index_sequence<Index...>, Pack&& given) const {
-    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
-    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+    WBObjectBase* const self = innermost_frame() != nullptr ? innermost_frame()->self : nullptr;
+    WBObjectBase* const other = innermost_frame() != nullptr ? innermost_frame()->other : nullptr;
     std::tuple<Parameters...> arguments(at<Index, Parameters>(given)...);
     const FrameScope frame(function_.name, self, other);
     return std::apply([&](auto&... each) { return body_(ObjectSelf(self), ObjectSelf(other), static_cast<Parameters&&>(each)...); },
@@ -146,7 +146,7 @@ class Constructor {
     const Value values[sizeof...(Given) + 1] = {Value(as_value(given))..., Value()};
     const RValue* pointers[sizeof...(Given) + 1];
     for (std::size_t i = 0; i < sizeof...(Given); ++i) pointers[i] = &values[i];
-    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->self : nullptr;
+    WBObjectBase* const other = innermost_frame() != nullptr ? innermost_frame()->self : nullptr;
     return construct(other, function_, static_cast<std::int32_t>(sizeof...(Given)), pointers);
   }
   // Runs the body for a struct that a constructor based on this one is making: the first thing that one does.

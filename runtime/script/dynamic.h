@@ -26,7 +26,7 @@ class ElementAccess;
 // A place in the source. Making one notes its line in the frame, so that a report names the statement that failed.
 struct Here {
   explicit Here(int line) {
-    if (innermost_frame != nullptr) innermost_frame->line = line;
+    if (innermost_frame() != nullptr) innermost_frame()->line = line;
   }
 };
 

@@ -15,7 +15,7 @@ CInstance* Instance::resolve_or_report(const RValue& value) {
   WBObjectBase* const object = require_object(value);
   CInstance* const instance = instance_of(object);
   if (object != nullptr && instance == nullptr)
-    report_error(messages::kInstanceContext, innermost_frame != nullptr ? innermost_frame->function : "");
+    report_error(messages::kInstanceContext, innermost_frame() != nullptr ? innermost_frame()->function : "");
   return instance;
 }
 
@@ -56,20 +56,20 @@ std::vector<CInstance*> with_targets(const RValue& target) {
 
 With::With(const Value& target)
     : list_(with_targets(target)),
-      saved_self_(innermost_frame != nullptr ? innermost_frame->self : nullptr),
-      saved_other_(innermost_frame != nullptr ? innermost_frame->other : nullptr) {}
+      saved_self_(innermost_frame() != nullptr ? innermost_frame()->self : nullptr),
+      saved_other_(innermost_frame() != nullptr ? innermost_frame()->other : nullptr) {}
 
 With::~With() {
-  if (innermost_frame == nullptr) return;
-  innermost_frame->self = saved_self_;
-  innermost_frame->other = saved_other_;
+  if (innermost_frame() == nullptr) return;
+  innermost_frame()->self = saved_self_;
+  innermost_frame()->other = saved_other_;
 }
 
 std::size_t With::enter(std::size_t from) {
   while (from < list_.size() && !list_[from]->is_alive) ++from;
-  if (innermost_frame == nullptr) return from;
-  innermost_frame->self = from < list_.size() ? list_[from] : saved_self_;
-  innermost_frame->other = from < list_.size() ? saved_self_ : saved_other_;
+  if (innermost_frame() == nullptr) return from;
+  innermost_frame()->self = from < list_.size() ? list_[from] : saved_self_;
+  innermost_frame()->other = from < list_.size() ? saved_self_ : saved_other_;
   return from;
 }
 

@@ -24,7 +24,7 @@ inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
 
 template <class... Elements>
 Value array_of(const Elements&... elements) {
-  Value made = make_empty_array(innermost_frame != nullptr ? innermost_frame->token : 1);
+  Value made = make_empty_array(innermost_frame() != nullptr ? innermost_frame()->token : 1);
   (array_append(*made.array, as_value(elements)), ...);
   return made;
 }
@@ -45,8 +45,8 @@ class Builtin : public NameSlot {
 
  private:
   Value call(std::int32_t count, RValue* block) const {
-    WBObjectBase* const self = innermost_frame != nullptr ? innermost_frame->self : nullptr;
-    WBObjectBase* const other = innermost_frame != nullptr ? innermost_frame->other : nullptr;
+    WBObjectBase* const self = innermost_frame() != nullptr ? innermost_frame()->self : nullptr;
+    WBObjectBase* const other = innermost_frame() != nullptr ? innermost_frame()->other : nullptr;
     Value result;
     call_builtin_in_place(self, other, result, count, slot, block);
     return result;

@@ -2,14 +2,12 @@
 
 #include <cstring>
 
-#include "runtime/values/block_pool.h"
-#include "runtime/values/worker_lock.h"
+#include "runtime/memory/worker_lock.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
-
-int live_records = 0;
 
 // Record and text stand in one block, the text right behind the record:  | text* | count | size | bytes ... 0 |
 StringRecord* new_record(std::size_t length) {
@@ -20,7 +18,7 @@ StringRecord* new_record(std::size_t length) {
   record->count = 1;
   record->size = static_cast<std::int32_t>(length);
   const WorkerLock lock(WorkerLock::kStringCounts);
-  ++live_records;
+  ++session().live_strings;
   return record;
 }
 
@@ -56,7 +54,7 @@ RValue make_constant_string(const char* text) {
   record->text = text;
   record->count = 1;
   record->size = -static_cast<std::int32_t>(std::strlen(text)) - 1;
-  ++live_records;
+  ++session().live_strings;
   return value_of(record);
 }
 
@@ -77,13 +75,13 @@ void release_string(StringRecord* record) {
   {
     const WorkerLock lock(WorkerLock::kStringCounts);
     if (--record->count > 0) return;
-    --live_records;
+    --session().live_strings;
   }
   const std::size_t text_bytes = record->size < 0 ? 0 : static_cast<std::size_t>(record->size) + 1;
   *record = StringRecord{};
   free_block(record, sizeof(StringRecord) + text_bytes);
 }
 
-int live_strings() { return live_records; }
+int live_strings() { return session().live_strings; }
 
 }  // namespace arena

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "runtime/values/value.h"
-#include "runtime/values/worker_lock.h"
+#include "runtime/memory/worker_lock.h"
 
 namespace arena {
 

@@ -91,8 +91,8 @@ WBObjectBase* resolve_object(const RValue& target) {
   }
   const std::int32_t number = to_int32(target);
   if (number == kGlobalTarget) return global_object();
-  if (innermost_frame != nullptr && number == kSelfTarget) return innermost_frame->self;
-  if (innermost_frame != nullptr && number == kOtherTarget) return innermost_frame->other;
+  if (innermost_frame() != nullptr && number == kSelfTarget) return innermost_frame()->self;
+  if (innermost_frame() != nullptr && number == kOtherTarget) return innermost_frame()->other;
   return resolve_instance(number);
 }
 

@@ -1,5 +1,7 @@
 #include "runtime/variables_calls/arguments.h"
 
+#include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/values/number_text.h"
@@ -21,7 +23,7 @@ bool names_function(const RValue& value) {
 
 }  // namespace
 
-std::string_view current_builtin_name() { return current_builtin != nullptr ? current_builtin->name : "Unknown Function"; }
+std::string_view current_builtin_name() { return session().current_builtin != nullptr ? session().current_builtin->name : "Unknown Function"; }
 
 const RValue& argument_at(const CallContext& call, int at) {
   static const RValue missing;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "runtime/arrays_structs/method.h"
+#include "runtime/session/session.h"
 #include "runtime/values/conversions.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/report.h"
@@ -12,8 +13,8 @@ namespace {
 
 class CurrentBuiltinScope {
  public:
-  explicit CurrentBuiltinScope(const BuiltinEntry* entry) : saved_(current_builtin) { current_builtin = entry; }
-  ~CurrentBuiltinScope() { current_builtin = saved_; }
+  explicit CurrentBuiltinScope(const BuiltinEntry* entry) : saved_(session().current_builtin) { session().current_builtin = entry; }
+  ~CurrentBuiltinScope() { session().current_builtin = saved_; }
   CurrentBuiltinScope(const CurrentBuiltinScope&) = delete;
   CurrentBuiltinScope& operator=(const CurrentBuiltinScope&) = delete;
 
@@ -57,7 +58,7 @@ RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& r
   const CallDepthScope depth;
   const CurrentBuiltinScope scope(&entry);
   with_memory_reported([&] {
-    if (builtin_observer != nullptr) builtin_observer(entry, argc, args);
+    if (session().builtin_observer != nullptr) session().builtin_observer(entry, argc, args);
     entry.function(result, self, other, argc, args);
   });
   return result;

@@ -1,7 +1,9 @@
 #pragma once
 // The script call-stack: one frame on the native stack of every compiled function that runs, linked from the innermost outwards.
-// Always true: `innermost_frame` designates the frame of the function that is running, also after an exception passed through.
+// Always true: `innermost_frame()` designates the frame of the function that is running, also after an exception passed through.
 #include <cstdint>
+
+#include "runtime/session/session.h"
 
 namespace arena {
 
@@ -20,24 +22,22 @@ struct ScriptFrame : Frame {
   std::int64_t token;  // the owner token of arrays in its locals; negative, so that it is no object's serial
 };
 
-inline std::int64_t last_frame_token = 0;
-inline ScriptFrame* innermost_frame = nullptr;
+inline ScriptFrame* innermost_frame() { return session().innermost_frame; }
 
 // How deep calls may nest, those of compiled functions and of built-in ones together. A count and not the native stack that is left, so
 // that a runaway recursion ends at the same call on every machine.
 inline constexpr int kDeepestCalls = 500;
-inline int call_depth = 0;
 [[noreturn]] void report_too_deep();
 
 // One call more for the life of the scope.
 class CallDepthScope {
  public:
   CallDepthScope() {
-    if (call_depth >= kDeepestCalls) [[unlikely]]
+    if (session().call_depth >= kDeepestCalls) [[unlikely]]
       report_too_deep();
-    ++call_depth;
+    ++session().call_depth;
   }
-  ~CallDepthScope() { --call_depth; }
+  ~CallDepthScope() { --session().call_depth; }
   CallDepthScope(const CallDepthScope&) = delete;
   CallDepthScope& operator=(const CallDepthScope&) = delete;
 };
@@ -46,10 +46,10 @@ class CallDepthScope {
 class FrameScope : CallDepthScope, public ScriptFrame {
  public:
   FrameScope(const char* name, WBObjectBase* for_self, WBObjectBase* for_other)
-      : ScriptFrame{{innermost_frame, name, 0}, for_self, for_other, --last_frame_token} {
-    innermost_frame = this;
+      : ScriptFrame{{session().innermost_frame, name, 0}, for_self, for_other, --session().last_frame_token} {
+    session().innermost_frame = this;
   }
-  ~FrameScope() { innermost_frame = static_cast<ScriptFrame*>(previous); }
+  ~FrameScope() { session().innermost_frame = static_cast<ScriptFrame*>(previous); }
   FrameScope(const FrameScope&) = delete;
   FrameScope& operator=(const FrameScope&) = delete;
 };

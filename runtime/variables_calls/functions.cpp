@@ -6,6 +6,7 @@
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena {
@@ -18,19 +19,21 @@ StaticsChain* first_chain = nullptr;
 std::vector<CompiledFunction*> scripts, handlers;
 std::vector<const StaticMethod*> static_methods;
 std::vector<BuiltinEntry> builtins;
-std::vector<ScriptFunction> extensions;
 
 constexpr std::string_view kScriptPrefix = "ksl_Script_";
 
-// By name, for the order of the chain is the linker's.
+// The static structs of a session, by script: in order of names, for the order of the chain is the linker's.
 class Statics final : public Holder {
  public:
   void visit_values(ValueVisitor& visitor) override {
-    for (const CompiledFunction* function : scripts) {
-      if (function->statics != nullptr) visitor(RValue::of_object(function->statics));
+    for (PropertyObject* const object : made) {
+      if (object != nullptr) visitor(RValue::of_object(object));
     }
   }
+  std::vector<PropertyObject*> made = std::vector<PropertyObject*>(scripts.size());
 };
+const Part<Statics> statics_part{PartLevel::kScripts, "statics"};
+const Part<std::vector<ScriptFunction>> extensions{PartLevel::kScripts, "extension functions"};
 
 template <class Entry>
 bool by_name(const Entry* left, const Entry* right) {
@@ -68,7 +71,6 @@ BuiltinTable::BuiltinTable(const BuiltinEntry* table, std::size_t length) : entr
 }
 
 int build_function_tables(std::vector<std::string>& problems) {
-  static Statics statics;
   for (CompiledFunction* function = first_function; function != nullptr; function = function->next) {
     (function->handler != nullptr ? handlers : scripts).push_back(function);
   }
@@ -130,7 +132,8 @@ StaticsChain::StaticsChain(CompiledFunction& from, CompiledFunction& to) : deriv
 }
 
 PropertyObject* statics_of(CompiledFunction& function) {
-  if (function.statics != nullptr) return function.statics;
+  PropertyObject*& made = statics_part().made[static_cast<std::size_t>(function.index)];
+  if (made != nullptr) return made;
   PropertyObject* const statics = new PropertyObject(ObjectKind::kStruct);
   for (const StaticsChain* chain = first_chain; chain != nullptr; chain = chain->next) {
     if (&chain->derived == &function) statics->prototype = statics_of(chain->base);
@@ -141,22 +144,23 @@ PropertyObject* statics_of(CompiledFunction& function) {
     make_method(closure, method->code, nullptr);
     store_variable(statics, method->name.slot, closure);
   }
-  function.statics = statics;  // complete, or not there
+  made = statics;  // complete, or not there
   return statics;
 }
 
 void reset_statics() {
-  for (CompiledFunction* function = first_function; function != nullptr; function = function->next) function->statics = nullptr;
+  std::vector<PropertyObject*>& made = statics_part().made;
+  std::fill(made.begin(), made.end(), nullptr);
 }
 
 std::int32_t add_extension_function(ScriptFunction function) {
-  extensions.push_back(function);
-  return kFirstExtensionNumber + static_cast<std::int32_t>(extensions.size());
+  extensions().push_back(function);
+  return kFirstExtensionNumber + static_cast<std::int32_t>(extensions().size());
 }
 
 ScriptFunction extension_function(std::int32_t number) {
   const std::int64_t place = static_cast<std::int64_t>(number) - kFirstExtensionNumber - 1;
-  return place >= 0 && place < static_cast<std::int64_t>(extensions.size()) ? extensions[static_cast<std::size_t>(place)] : nullptr;
+  return place >= 0 && place < static_cast<std::int64_t>(extensions().size()) ? extensions()[static_cast<std::size_t>(place)] : nullptr;
 }
 
 }  // namespace arena

@@ -31,8 +31,7 @@ class CompiledFunction {
   const EventHandler handler = nullptr;
   const ScriptFunction script = nullptr;
   const bool is_constructor = false;
-  std::int32_t index = -1;            // scripts: number - 100000
-  PropertyObject* statics = nullptr;  // made on first need; kept alive by the table
+  std::int32_t index = -1;  // scripts: number - 100000
   CompiledFunction* next;
 };
 
@@ -52,12 +51,6 @@ class BuiltinTable {
   BuiltinTable* next;
 };
 
-// The entry being run, for messages; null when none is.
-inline const BuiltinEntry* current_builtin = nullptr;
-// Sees every call of a built-in before it runs; null: nobody watches.
-using BuiltinObserver = void (*)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args);
-inline BuiltinObserver builtin_observer = nullptr;
-
 std::int32_t builtin_count();
 const BuiltinEntry& builtin_at(std::int32_t index);
 std::int32_t find_builtin(std::string_view name);  // -1: none
@@ -72,7 +65,7 @@ std::vector<const CompiledFunction*> all_handlers();
 // The source file of a compiled function; "" when the name is unknown.
 std::string source_file_of(std::string_view full_name);
 
-// The struct that holds the script's static variables, shared by all its closures.
+// The struct that holds the script's static variables, shared by all its closures; made on first need, one a session.
 PropertyObject* statics_of(CompiledFunction& function);
 // A method that stands in the statics of a constructor: every struct it makes, and those of the constructors based on it, have it without
 // holding it. Static storage.

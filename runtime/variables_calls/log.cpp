@@ -4,6 +4,7 @@
 #include <mutex>
 #include <utility>
 
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/log_repeats.h"
 
 namespace arena {
@@ -11,16 +12,24 @@ namespace {
 
 constexpr std::size_t kMostKeptLines = 10000, kMostKeptBytes = 8 << 20, kLongestLine = 64 << 10;
 
-std::deque<std::string> lines;
-std::size_t kept_bytes = 0;
-LogRepeats kept_repeats(10), sink_repeats(1);
+// What a session said, for whoever asks.
+struct Kept {
+  std::deque<std::string> lines;
+  std::size_t bytes = 0;
+  LogRepeats repeats{10};
+};
+const Part<Kept> kept{PartLevel::kMemory, "log"};
+
+// Where the process writes down what its sessions say.
+LogRepeats sink_repeats(1);
 LogSink sink;
-std::mutex mutex;  // warnings may come from worker threads
+std::mutex mutex;  // sessions and worker threads may speak at once
 
 void keep(std::string_view line, bool) {
-  lines.emplace_back(line);
-  kept_bytes += line.size();
-  for (; lines.size() > kMostKeptLines || kept_bytes > kMostKeptBytes; lines.pop_front()) kept_bytes -= lines.front().size();
+  Kept& log = kept();
+  log.lines.emplace_back(line);
+  log.bytes += line.size();
+  for (; log.lines.size() > kMostKeptLines || log.bytes > kMostKeptBytes; log.lines.pop_front()) log.bytes -= log.lines.front().size();
 }
 
 // Cut between characters.
@@ -34,7 +43,7 @@ void log(std::string_view text, bool is_note) {
   const std::string cut = text.size() > kLongestLine ? shortened(text) : std::string();
   if (!cut.empty()) text = cut;
   const std::lock_guard lock(mutex);
-  kept_repeats.add(text, is_note, keep);
+  if (detail::current_session != nullptr) kept().repeats.add(text, is_note, keep);  // else the program speaks, before any game
   if (sink) sink_repeats.add(text, is_note, sink);
 }
 
@@ -46,10 +55,11 @@ void log_warning(std::string_view text) { log_message("WARNING: " + std::string(
 
 std::vector<std::string> take_log() {
   const std::lock_guard lock(mutex);
-  kept_repeats.finish(keep);
-  std::vector<std::string> taken(lines.begin(), lines.end());
-  lines.clear();
-  kept_bytes = 0;
+  Kept& log = kept();
+  log.repeats.finish(keep);
+  std::vector<std::string> taken(log.lines.begin(), log.lines.end());
+  log.lines.clear();
+  log.bytes = 0;
   return taken;
 }
 

@@ -5,8 +5,8 @@
 #include <map>
 
 #include "runtime/arrays_structs/shape.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/functions.h"
-#include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
@@ -14,21 +14,40 @@ namespace {
 
 NameSlot* first_name = nullptr;
 
-struct Variables {
-  std::map<std::string, std::int32_t, std::less<>> ids;
-  std::vector<const std::string*> names;
+// Names in the order of their ids, from `first` on.
+class NameTable {
+ public:
+  std::int32_t first = 0;
 
   std::int32_t add(std::string_view name) {
-    if (names.size() == names.capacity()) names.reserve(std::max<std::size_t>(64, names.size() * 2));
-    const auto [place, is_new] = ids.emplace(std::string(name), static_cast<std::int32_t>(names.size()));
-    if (is_new) names.push_back(&place->first);
+    if (names_.size() == names_.capacity()) names_.reserve(std::max<std::size_t>(64, names_.size() * 2));
+    const auto [place, is_new] = ids_.emplace(std::string(name), end());
+    if (is_new) names_.push_back(&place->first);
     return place->second;
   }
+  std::int32_t find(std::string_view name) const {
+    const auto found = ids_.find(name);
+    return found == ids_.end() ? -1 : found->second;
+  }
+  const std::string& at(std::int32_t id) const { return *names_[static_cast<std::size_t>(id - first)]; }
+  std::int32_t end() const { return first + static_cast<std::int32_t>(names_.size()); }
+
+ private:
+  std::map<std::string, std::int32_t, std::less<>> ids_;
+  std::vector<const std::string*> names_;
 };
-Variables& variables() {
-  static Variables* const table = new Variables;
-  return *table;
-}
+
+NameTable names_of_code;  // complete before the first session begins
+
+// The names that data and scripts of one game brought along, and what texts meant lately.
+struct SessionNames {
+  SessionNames() { made.first = names_of_code.end(); }
+  NameTable made;
+  std::int32_t remembered[256] = {};
+};
+const Part<SessionNames> session_names{PartLevel::kScripts, "names"};
+
+const std::string& name_at(std::int32_t id) { return id < names_of_code.end() ? names_of_code.at(id) : session_names().made.at(id); }
 
 using Clock = std::chrono::steady_clock;
 double milliseconds(Clock::time_point from, Clock::time_point to) { return std::chrono::duration<double, std::milli>(to - from).count(); }
@@ -56,12 +75,12 @@ void fill_variable_slots(LookupResult& result) {
   }
   std::sort(texts.begin(), texts.end());
   texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
-  for (const std::string_view text : texts) variables().add(text);
+  for (const std::string_view text : texts) names_of_code.add(text);
   for (NameSlot* name = first_name; name != nullptr; name = name->next) {
-    if (name->type == NameSlot::Type::kVariable) name->slot = variable_id(name->text);
+    if (name->type == NameSlot::Type::kVariable) name->slot = names_of_code.find(name->text);
   }
-  result.variables = variable_id_count();
-  set_shape_table_size(variable_id_count());
+  result.variables = names_of_code.end();
+  set_shape_table_size(names_of_code.end());
 }
 
 LookupResult run_lookup() {
@@ -79,15 +98,12 @@ LookupResult run_lookup() {
   result.functions_ms = milliseconds(start, functions_done);
   result.variables_ms = milliseconds(functions_done, variables_done);
   result.check_ms = milliseconds(variables_done, done);
-  std::string report = result.report();
-  report.pop_back();  // the log ends its lines itself
-  log_note(report);
   return result;
 }
 
 std::int32_t search_variable_id(std::string_view name) {
-  const auto found = variables().ids.find(name);
-  return found == variables().ids.end() ? -1 : found->second;
+  const std::int32_t found = names_of_code.find(name);
+  return found >= 0 ? found : session_names().made.find(name);
 }
 
 }  // namespace
@@ -96,14 +112,13 @@ NameSlot::NameSlot(Type of, const char* name) : text(name), type(of), next(first
 
 std::int32_t variable_id(std::string_view name) {
   const std::int32_t found = find_variable_id(name);
-  return found >= 0 ? found : variables().add(name);
+  return found >= 0 ? found : session_names().made.add(name);
 }
 
 // Scripts ask for the same few texts again and again: what a text at this address meant last time is tried first, and checked.
 std::int32_t find_variable_id(std::string_view name) {
-  static std::int32_t remembered[256] = {};
-  std::int32_t& last = remembered[(reinterpret_cast<std::uintptr_t>(name.data()) >> 4 ^ name.size()) & 255];
-  if (last < variable_id_count() && *variables().names[static_cast<std::size_t>(last)] == name) return last;
+  std::int32_t& last = session_names().remembered[(reinterpret_cast<std::uintptr_t>(name.data()) >> 4 ^ name.size()) & 255];
+  if (last < variable_id_count() && name_at(last) == name) return last;
   const std::int32_t found = search_variable_id(name);
   if (found >= 0) last = found;
   return found;
@@ -111,10 +126,10 @@ std::int32_t find_variable_id(std::string_view name) {
 
 std::string_view variable_name(std::int32_t id) {
   if (id < 0 || id >= variable_id_count()) return "<unknown>";
-  return *variables().names[static_cast<std::size_t>(id)];
+  return name_at(id);
 }
 
-std::int32_t variable_id_count() { return static_cast<std::int32_t>(variables().names.size()); }
+std::int32_t variable_id_count() { return session_names().made.end(); }
 
 std::string LookupResult::report() const {
   constexpr Message<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t> kReport{

@@ -19,7 +19,8 @@ class NameSlot {
   NameSlot* next;
 };
 
-// Variable ids: one id space for instances, structs and the global object. Names made at run time get ids above those of start-up.
+// Variable ids: one id space for instances, structs and the global object. Names met in data or made at run time get ids above those of
+// start-up; they belong to the session and end with it.
 std::int32_t variable_id(std::string_view name);       // finds or allocates
 std::int32_t find_variable_id(std::string_view name);  // -1: nobody ever used the name
 std::string_view variable_name(std::int32_t id);       // "<unknown>" for an id that does not exist
@@ -32,7 +33,7 @@ struct LookupResult {
   // "WBC lookup took ..."
   std::string report() const;
 };
-// Fills every slot and logs its report. Called once, before any script runs; a later call does nothing and gives the first result.
+// Fills every slot. Called once, before any session begins; a later call does nothing and gives the first result.
 const LookupResult& look_up_names();
 
 }  // namespace arena

@@ -2,21 +2,27 @@
 
 #include <memory>
 
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
 
 namespace arena {
 namespace {
 
-int suppressions = 0;
-bool happened = false;
-EventDescription (*describe_event)() = nullptr;
+constexpr std::size_t kMemoryReserve = 256 * 1024;  // bytes: a report with its frames, and the handlers' way out
+
+struct Errors {
+  int suppressions = 0;
+  bool happened = false;
+  std::uint64_t reports = 0;
+  std::unique_ptr<char[]> memory_reserve{new char[kMemoryReserve]};
+};
+const Part<Errors> errors{PartLevel::kScripts, "errors"};
+
+EventDescription (*describe_event)() = nullptr;  // set once, at start-up
 // The first place is for a prefix that a host may want; this runtime has none.
 constexpr Message<Text, std::int32_t, Text, Text, Text> kHeading{"%sERROR in action number %d\nof %s for object %s:\n%s"};
-std::uint64_t reports = 0;
 
-constexpr std::size_t kMemoryReserve = 256 * 1024;  // bytes: a report with its frames, and the handlers' way out
-std::unique_ptr<char[]> memory_reserve(new char[kMemoryReserve]);
 
 // Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
 void cut(std::string& message) {
@@ -28,24 +34,25 @@ void cut(std::string& message) {
 
 [[noreturn]] void throw_report(std::string message) {
   std::string report = build_report(message);
-  const Frame* const frame = innermost_frame;
+  const Frame* const frame = innermost_frame();
   throw WBKSLException(std::move(message), std::move(report), frame != nullptr ? frame->function : "", frame != nullptr ? frame->line : 0);
 }
 
 // Counts the report; true when it only sets the flag.
 bool is_suppressed() {
-  ++reports;
-  if (suppressions > 0) happened = true;
-  return suppressions > 0;
+  Errors& counted = errors();
+  ++counted.reports;
+  if (counted.suppressions > 0) counted.happened = true;
+  return counted.suppressions > 0;
 }
 
 }  // namespace
 
-ErrorSuppression::ErrorSuppression() { ++suppressions; }
-ErrorSuppression::~ErrorSuppression() { --suppressions; }
-bool error_happened() { return happened; }
-void clear_error_happened() { happened = false; }
-std::uint64_t error_count() { return reports; }
+ErrorSuppression::ErrorSuppression() { ++errors().suppressions; }
+ErrorSuppression::~ErrorSuppression() { --errors().suppressions; }
+bool error_happened() { return errors().happened; }
+void clear_error_happened() { errors().happened = false; }
+std::uint64_t error_count() { return errors().reports; }
 
 void set_event_describer(EventDescription (*describe)()) { describe_event = describe; }
 
@@ -73,7 +80,7 @@ std::string build_report(const std::string& message) {
   const EventDescription running = describe_event != nullptr ? describe_event() : EventDescription();
   std::string report(43, '_');
   report += "\n" + format_message(kHeading, "", running.action_number, running.event, running.object, message) + "\n";
-  for (const Frame* frame = innermost_frame; frame != nullptr; frame = frame->previous) {
+  for (const Frame* frame = innermost_frame(); frame != nullptr; frame = frame->previous) {
     if (frame->line > 0) {
       report += " at " + std::string(frame->function) + " (line " + std::to_string(frame->line) + ") - ";
       report += source_file_of(frame->function);
@@ -98,12 +105,12 @@ void report_too_deep() {
 }
 
 void renew_memory_reserve() {
-  if (memory_reserve == nullptr) memory_reserve.reset(new (std::nothrow) char[kMemoryReserve]);
+  if (errors().memory_reserve == nullptr) errors().memory_reserve.reset(new (std::nothrow) char[kMemoryReserve]);
 }
 
 void report_out_of_memory() {
   is_suppressed();
-  memory_reserve.reset();
+  errors().memory_reserve.reset();
   throw_report(format_message(messages::kOutOfMemory));
 }
 

@@ -48,7 +48,7 @@ TEST_F(Arrays, SharedOnesAreCopiedUnlessTheTokenOwnsThem) {
   ASSERT_EQ(array_element_for_write(other, 0), other.array->elements) << "the current owner writes in place";
   EXPECT_EQ(other.array, holder.array);
   {
-    const OwnerTokenScope stranger(current_owner_token + 1);
+    const OwnerTokenScope stranger(session().owner_token + 1);
     RValue* slot = array_element_for_write(other, 0);
     *slot = RValue(7.0);
   }
@@ -57,7 +57,7 @@ TEST_F(Arrays, SharedOnesAreCopiedUnlessTheTokenOwnsThem) {
   EXPECT_EQ(holder.array->count, 1);
   EXPECT_EQ(other.array->count, 1);
   EXPECT_EQ(other.array->capacity >= other.array->length, true);
-  const OwnerTokenScope stranger(current_owner_token + 2);
+  const OwnerTokenScope stranger(session().owner_token + 2);
   ArrayRecord* const alone = other.array;
   array_element_for_write(other, 1);
   EXPECT_EQ(other.array, alone) << "the only reference never copies";
@@ -76,7 +76,7 @@ TEST_F(Arrays, WithoutCountingNothingIsCopied) {
   set_array_counting(false);
   const RValue holder = make_array(1);
   RValue other(holder);
-  const OwnerTokenScope stranger(current_owner_token + 1);
+  const OwnerTokenScope stranger(session().owner_token + 1);
   array_element_for_write(other, 0);
   EXPECT_EQ(other.array, holder.array);
   set_array_counting(true);

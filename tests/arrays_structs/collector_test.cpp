@@ -9,7 +9,7 @@
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/memory/block_pool.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/log.h"
@@ -161,7 +161,7 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
          RValue* slot = holder->get_variable_ref(id("child"));
          const RValue second(*slot);
          const ContainerScope container(holder);
-         const OwnerTokenScope stranger(current_owner_token + 99);
+         const OwnerTokenScope stranger(session().owner_token + 99);
          array_element_for_write(*slot, 0);
          return watch(slot->array->owner);
        },
@@ -195,10 +195,10 @@ TEST_F(Collector, EveryBarrierIsNeeded) {
     for (const bool is_taken_away : {false, true}) {
       holder = old_struct("holder");
       while (collector_statistics().minor_collections % 8 != 0) minor_collections(1);  // generation 1 is not collected under way
-      disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(scenario.site) : 0;
+      session().disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(scenario.site) : 0;
       CWeakRef* reference = scenario.store();
       scenario.collect();
-      disabled_barriers = 0;
+      session().disabled_barriers = 0;
       EXPECT_EQ(reference->target == nullptr, is_taken_away) << scenario.label << (is_taken_away ? " without its barrier" : "");
       holder->clear_variables();  // whatever dangles now is forgotten
       collect_everything();
@@ -226,12 +226,12 @@ TEST_F(Collector, TheMarkingBarrierIsNeeded) {
     ASSERT_TRUE(collector_statistics().is_marking);
     collect_at_safe_point();
     ASSERT_FALSE(moved.object->is_marked) << "the chain must be longer than a slice";
-    disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(BarrierSite::kMarking) : 0;
+    session().disabled_barriers = is_taken_away ? 1u << static_cast<unsigned>(BarrierSite::kMarking) : 0;
     store_variable(traced, id("child"), moved);
     store_variable(link, id("child"), RValue());
     const std::uint64_t cycles = collector_statistics().major_collections;
     while (collector_statistics().major_collections == cycles) collect_at_safe_point();
-    disabled_barriers = 0;
+    session().disabled_barriers = 0;
     EXPECT_EQ(reference->target == nullptr, is_taken_away);
     traced->clear_variables();  // whatever dangles now is forgotten
     collect_everything();

@@ -134,9 +134,9 @@ void TestGame::check(const std::vector<Row>& rows) {
 }
 
 std::string broken_invariant() {
-  if (innermost_frame != nullptr) return "a frame was left open";
+  if (innermost_frame() != nullptr) return "a frame was left open";
   if (container_depth() != 0) return "the container stack is not empty";
-  if (current_builtin != nullptr) return "a built-in is still current";
+  if (session().current_builtin != nullptr) return "a built-in is still current";
   int alive = 0;
   std::int32_t last_id = 0;
   for (const CInstance* instance : world().all()) {

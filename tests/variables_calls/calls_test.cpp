@@ -9,7 +9,7 @@
 #include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/resolve.h"
-#include "runtime/values/block_pool.h"
+#include "runtime/memory/block_pool.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/operators.h"
 #include "runtime/values/strings.h"

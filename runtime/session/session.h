@@ -1,0 +1,138 @@
+#pragma once
+// One game: everything that a run may change. What is the same for every game of a process (names that code holds, compiled functions,
+// built-ins, messages) is fixed at start-up and shared; all else belongs to a session.
+//
+//   current session ──> Session ──┬ what running scripts touch at every turn, by value
+//                                 └ parts: world, input, containers, sounds, ... one of each kind
+//
+// A host owns its session and makes it the current one while its game runs (SessionScope); scripts and built-in functions reach it
+// through one pointer. Sessions on several threads do not meet; those of one thread take turns.
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "runtime/memory/block_pool.h"
+
+namespace arena {
+
+class Collector;
+class ObjectTypes;
+class PropertyObject;
+class Session;
+class WBObjectBase;
+class World;
+struct BuiltinEntry;
+struct RunningEvent;
+struct RValue;
+struct ScriptFrame;
+
+namespace detail {
+#ifdef _WIN32  // each access of a thread's own variable would be a call there: one current session a process
+inline Session* current_session = nullptr;
+#else
+inline constinit thread_local Session* current_session = nullptr;
+#endif
+}  // namespace detail
+
+// The session that runs on this thread. There must be one.
+inline Session& session() { return *detail::current_session; }
+
+// One piece of a session. Kinds of parts are objects of static storage; every session has one part of each kind.
+class SessionPart {
+ public:
+  virtual ~SessionPart() = default;
+};
+
+// What stands on what: parts are made in this order, those of a level in order of their names, and end the other way round.
+enum class PartLevel : std::uint8_t { kMemory, kHeap, kScripts, kWorld, kServices, kHost };
+
+class PartKind {
+ public:
+  using Make = std::unique_ptr<SessionPart> (*)();
+  PartKind(PartLevel level, const char* name, Make make);
+  PartKind(const PartKind&) = delete;
+  PartKind& operator=(const PartKind&) = delete;
+  const PartLevel level;
+  const char* const name;
+  const Make make;
+  std::size_t place = 0;  // among the parts of a session; fixed before the first session starts
+  PartKind* const next;
+};
+
+// A growable array whose capacity doubles, starting at 1: the objects into which the current stores write.
+struct ContainerStack {
+  WBObjectBase** entries = nullptr;
+  int count = 0, capacity = 0;
+};
+
+class Session {
+ public:
+  // Becomes the current session of this thread.
+  Session();
+  // Frees whatever still lives in it; values must not outlive their session.
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Running scripts
+  ScriptFrame* innermost_frame = nullptr;
+  std::int64_t last_frame_token = 0;
+  int call_depth = 0;            // see frame.h
+  std::int64_t owner_token = 1;  // who writes arrays now: a script frame, an object or an outer array, by serial number
+  ContainerStack containers;
+  PropertyObject* globals = nullptr;               // made on first use
+  const BuiltinEntry* current_builtin = nullptr;   // the entry being run, for messages; null when none is
+  const RunningEvent* running_event = nullptr;     // the innermost handler
+  void (*builtin_observer)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) = nullptr;
+
+  // Values
+  BlockPool memory;
+  double comparison_epsilon = 0.00001;
+  double comparison_tolerance = 0.00001 * (1.0 + 1e-9);  // see compare.h
+  bool array_counting_is_on = true;
+  bool arrays_are_reused = !kStressBuild;
+  std::uint32_t collector_mark = 1;
+  std::uint32_t next_serial = 1;
+  std::uint32_t disabled_barriers = 0;  // for tests: a bit set here takes that write barrier away
+  int live_objects = 0, live_strings = 0;
+
+  // The parts that scripts reach at every turn
+  Collector* collector = nullptr;
+  World* world = nullptr;
+  ObjectTypes* object_types = nullptr;
+
+  SessionPart& part(const PartKind& kind) const { return *parts_[kind.place]; }
+
+ private:
+  std::vector<std::unique_ptr<SessionPart>> parts_;  // in order of making
+};
+
+// Makes a session the current one for the life of the scope.
+class SessionScope {
+ public:
+  explicit SessionScope(Session& entered) : left_(detail::current_session) { detail::current_session = &entered; }
+  ~SessionScope() { detail::current_session = left_; }
+  SessionScope(const SessionScope&) = delete;
+  SessionScope& operator=(const SessionScope&) = delete;
+
+ private:
+  Session* left_;
+};
+
+// A kind of part that holds a T: `const Part<Cameras> part{PartLevel::kWorld, "cameras"};`, and part() is the current session's.
+template <class T>
+class Part : PartKind {
+  struct Holding final : SessionPart {
+    T held;
+  };
+
+ public:
+  Part(PartLevel of, const char* called) : PartKind(of, called, [] { return std::unique_ptr<SessionPart>(new Holding); }) {}
+  T& operator()() const { return static_cast<Holding&>(session().part(*this)).held; }
+};
+
+inline void* allocate_block(std::size_t bytes) { return session().memory.allocate(bytes); }
+inline void free_block(void* block, std::size_t bytes) { session().memory.free(block, bytes); }
+inline std::size_t allocated_bytes() { return session().memory.in_use(); }
+
+}  // namespace arena
