@@ -204,11 +204,12 @@ class Arrangement {
   Value in_order_;
 };
 
+const Part<Arrangement> arrangement{PartLevel::kServices, "arrangement of widgets"};  // kept for its memory
+
 }  // namespace
 
 void arrange(const Value& root, double gui_width, double gui_height) {
-  static Arrangement arrangement;
-  arrangement.run(root, gui_width, gui_height);
+  arrangement().run(root, gui_width, gui_height);
   root[layout_dirty] = false;
 }
 

@@ -167,7 +167,8 @@ struct ViewCamera : BuiltinVariable {
   ViewCamera() : BuiltinVariable("view_camera", false, get_camera, set_camera) { length = kViews; }
   static RValue get_camera(CInstance*, std::int32_t index) { return RValue(static_cast<double>(cameras().views[index].camera)); }
   static void set_camera(CInstance*, std::int32_t index, const RValue& value) { cameras().views[index].camera = to_int32(value); }
-} view_camera;
+};
+const ViewCamera view_camera;
 
 }  // namespace
 

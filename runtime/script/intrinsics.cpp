@@ -12,10 +12,10 @@ DsGrid* require_grid(const Value& handle) {
 }
 
 // What a loop runs over where errors are suppressed and there is no grid.
-DsGrid& no_grid() {
-  static DsGrid empty(0, 0);
-  return empty;
-}
+struct NoGrid {
+  DsGrid grid{0, 0};
+};
+const Part<NoGrid> no_grid{PartLevel::kScripts, "no grid"};
 
 // Whether the first argument of `name` is an array that may be changed in place; reports when it is not.
 bool may_change(const Value& array, const char* name) {
@@ -40,7 +40,7 @@ bool require_cell(const DsGrid& grid, std::int32_t column, std::int32_t row) {
 }  // namespace
 
 Grid::Grid(const Value& handle) : grid_(require_grid(handle)) {
-  if (grid_ == nullptr) grid_ = &no_grid();
+  if (grid_ == nullptr) grid_ = &no_grid().grid;
 }
 
 void array_push_slow(const Value& array, const Value& element) {

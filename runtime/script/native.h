@@ -6,6 +6,7 @@
 
 #include "runtime/script/handles.h"
 #include "runtime/script/intrinsics.h"
+#include "runtime/session/session.h"
 #include "runtime/values/compare.h"
 
 namespace arena::script {

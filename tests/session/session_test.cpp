@@ -1,0 +1,109 @@
+// Sessions beside each other: each game is what it is alone.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <thread>
+
+#include "apps/autoplayer.h"
+#include "engine/console/state_hash.h"
+#include "runtime/session/session.h"
+#include "runtime/variables_calls/names.h"
+#include "tests/support/probes.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+struct Start {
+  const char* room;
+  std::uint64_t seed;
+  bool has_probes;
+};
+constexpr Start kFight{"rArena", 5, false}, kFromTheStart{"", 9, true};
+constexpr int kFrames = 900, kHashEvery = 30;
+
+// A game that plays itself and writes down its hash.
+class PlayedGame {
+ public:
+  explicit PlayedGame(const Start& how) {
+    std::string notes, problem;
+    host::GameOptions options;
+    options.data = data::open_data_file(data_file_path(), problem);
+    options.room = how.room;
+    options.has_seed = true;
+    options.seed = how.seed;
+    if (how.has_probes) options.extra_objects = probe_objects();
+    game_ = host::Game::start(std::move(options), notes, problem);
+  }
+  void step() {
+    const SessionScope scope(game_->session());
+    player_.play();
+    game_->run_frame(16667);
+    if (++frames_ % kHashEvery == 0) hashes_.push_back(console::state_hash());
+  }
+  const std::vector<std::uint64_t>& hashes() const { return hashes_; }
+
+ private:
+  std::unique_ptr<host::Game> game_;
+  apps::Autoplayer player_;
+  int frames_ = 0;
+  std::vector<std::uint64_t> hashes_;
+};
+
+std::vector<std::uint64_t> hashes_of(const Start& how) {
+  PlayedGame game(how);
+  for (int frame = 0; frame < kFrames; ++frame) game.step();
+  return game.hashes();
+}
+
+TEST(Sessions, TwoGamesTakeTurnsAndEachIsWhatItIsAlone) {
+  const std::vector<std::uint64_t> fight = hashes_of(kFight), start = hashes_of(kFromTheStart);
+  ASSERT_NE(fight, start);
+  PlayedGame first(kFight), second(kFromTheStart);
+  for (int frame = 0; frame < kFrames; ++frame) {
+    first.step();
+    second.step();
+  }
+  EXPECT_EQ(first.hashes(), fight);
+  EXPECT_EQ(second.hashes(), start);
+}
+
+#ifndef _WIN32  // there, games of one process take turns
+TEST(Sessions, TwoGamesRunOnTwoThreads) {
+  const std::vector<std::uint64_t> fight = hashes_of(kFight), start = hashes_of(kFromTheStart);
+  std::vector<std::uint64_t> beside;
+  std::thread other([&] { beside = hashes_of(kFromTheStart); });
+  const std::vector<std::uint64_t> here = hashes_of(kFight);
+  other.join();
+  EXPECT_EQ(here, fight);
+  EXPECT_EQ(beside, start);
+}
+
+TEST(Sessions, GamesThatEndedLeaveNoMemoryBehind) {
+  const auto play = [](int games) {
+    for (int i = 0; i < games; ++i) {
+      PlayedGame game(kFight);
+      for (int frame = 0; frame < 3; ++frame) game.step();
+    }
+    return static_cast<std::int64_t>(mallinfo2().uordblks);
+  };
+  const std::int64_t before = play(10);
+  EXPECT_LT(play(kStressBuild ? 20 : 990) - before, 100000);  // bytes
+}
+#endif
+
+// What one game makes up as it goes is unknown to the next.
+TEST(Sessions, ForgetTheNamesThatOneGameMade) {
+  const auto knows = [](const char* name) { return find_variable_id(name) >= 0; };
+  {
+    Session first;
+    variable_id("a name that only this game has");
+    EXPECT_TRUE(knows("a name that only this game has"));
+  }
+  Session second;
+  EXPECT_FALSE(knows("a name that only this game has"));
+  EXPECT_TRUE(knows("hp"));
+}
+
+}  // namespace
+}  // namespace arena::test
