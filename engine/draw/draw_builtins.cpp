@@ -62,8 +62,8 @@ void set_circle_precision(std::int32_t sides) { state().circle_precision = sides
 void draw_instance(const CInstance& instance) {
   if (service() == nullptr) return;
   service()->sprite(saturate_int32(instance.sprite_index), instance.image_index,
-                  {instance.x, instance.y, instance.image_xscale, instance.image_yscale, instance.image_angle,
-                   colour_of(instance.image_blend), instance.image_alpha});
+                    {instance.x, instance.y, instance.image_xscale, instance.image_yscale, instance.image_angle,
+                     colour_of(instance.image_blend), instance.image_alpha});
 }
 void draw_self(SelfInstance self) { draw_instance(*self.instance); }
 void draw_sprite(std::int32_t sprite, double frame, double x, double y) {
@@ -71,7 +71,8 @@ void draw_sprite(std::int32_t sprite, double frame, double x, double y) {
 }
 void draw_sprite_ext(std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle, double colour,
                      double alpha) {
-  if (require_sprite(sprite) && service() != nullptr) service()->sprite(sprite, frame, {x, y, xscale, yscale, angle, colour_of(colour), alpha});
+  if (require_sprite(sprite) && service() != nullptr)
+    service()->sprite(sprite, frame, {x, y, xscale, yscale, angle, colour_of(colour), alpha});
 }
 void draw_sprite_part(std::int32_t sprite, double frame, double left, double top, double width, double height, double x, double y) {
   if (require_sprite(sprite) && service() != nullptr)
@@ -83,11 +84,13 @@ void draw_sprite_part_ext(std::int32_t sprite, double frame, double left, double
   service()->sprite_part(sprite, frame, left, top, width, height, {x, y, xscale, yscale, 0, colour_of(colour), alpha});
 }
 void draw_sprite_stretched(std::int32_t sprite, double frame, double x, double y, double width, double height) {
-  if (require_sprite(sprite) && service() != nullptr) service()->sprite_stretched(sprite, frame, x, y, width, height, 0xFFFFFF, state().alpha);
+  if (require_sprite(sprite) && service() != nullptr)
+    service()->sprite_stretched(sprite, frame, x, y, width, height, 0xFFFFFF, state().alpha);
 }
 void draw_sprite_stretched_ext(std::int32_t sprite, double frame, double x, double y, double width, double height, double colour,
                                double alpha) {
-  if (require_sprite(sprite) && service() != nullptr) service()->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
+  if (require_sprite(sprite) && service() != nullptr)
+    service()->sprite_stretched(sprite, frame, x, y, width, height, colour_of(colour), alpha);
 }
 
 // In nine parts: corners of that share of the sprite keep their size, or shrink together where the box is smaller than two of them.
@@ -109,8 +112,9 @@ void draw_sprite_nineslice(std::int32_t sprite, double frame, double x, double y
       const double part_width = from_x[column + 1] - from_x[column], part_height = from_y[row + 1] - from_y[row];
       const double width_to = to_x[column + 1] - to_x[column], height_to = to_y[row + 1] - to_y[row];
       if (width_to <= 0 || height_to <= 0 || part_width <= 0 || part_height <= 0) continue;
-      service()->sprite_part(sprite, frame, from_x[column], from_y[row], part_width, part_height,
-                           {x + to_x[column], y + to_y[row], width_to / part_width, height_to / part_height, 0, colour_of(colour), alpha});
+      service()->sprite_part(
+          sprite, frame, from_x[column], from_y[row], part_width, part_height,
+          {x + to_x[column], y + to_y[row], width_to / part_width, height_to / part_height, 0, colour_of(colour), alpha});
     }
   }
 }

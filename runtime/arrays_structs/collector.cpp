@@ -362,7 +362,8 @@ void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite si
   Collector& c = collector();
   if (c.checks_thread && std::this_thread::get_id() != c.main_thread) log_warning(messages::kStoreOnThread.format);
   if ((session().disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
-  if (c.phase == Phase::kMarking && (session().disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0) OldMarker::mark(object);
+  if (c.phase == Phase::kMarking && (session().disabled_barriers >> static_cast<unsigned>(BarrierSite::kMarking) & 1) == 0)
+    OldMarker::mark(object);
   if (container->generation <= object->generation) return;
   const WorkerLock lock(WorkerLock::kNursery);
   // A list first, its mark afterwards: where memory runs out no mark says what no list knows.

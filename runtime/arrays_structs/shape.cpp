@@ -13,9 +13,7 @@ std::int32_t table_size = 0;  // of the program: fixed by the start-up lookup
 // All shapes of a session. Few exist, and objects of a type all walk the same way.
 class Shapes {
  public:
-  Shapes() {
-    empty_.positions = dictionary_.positions = new_table(nullptr);
-  }
+  Shapes() { empty_.positions = dictionary_.positions = new_table(nullptr); }
   const Shape* empty() const { return &empty_; }
   const Shape* dictionary() const { return &dictionary_; }
 

@@ -70,8 +70,9 @@ void reset_random() {
 }
 
 std::uint64_t randomize() {
-  const std::uint64_t seed =
-      part().fixed_seed ? *part().fixed_seed : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;
+  const std::uint64_t seed = part().fixed_seed
+                                 ? *part().fixed_seed
+                                 : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;
   game_random().reseed(seed);
   return seed;
 }

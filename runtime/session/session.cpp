@@ -24,9 +24,7 @@ const std::vector<PartKind*>& kinds() {
 
 }  // namespace
 
-PartKind::PartKind(PartLevel of, const char* called, Make how) : level(of), name(called), make(how), next(first_kind) {
-  first_kind = this;
-}
+PartKind::PartKind(PartLevel of, const char* called, Make how) : level(of), name(called), make(how), next(first_kind) { first_kind = this; }
 
 Session::Session() {
   detail::current_session = this;

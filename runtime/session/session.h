@@ -80,9 +80,9 @@ class Session {
   int call_depth = 0;            // see frame.h
   std::int64_t owner_token = 1;  // who writes arrays now: a script frame, an object or an outer array, by serial number
   ContainerStack containers;
-  PropertyObject* globals = nullptr;               // made on first use
-  const BuiltinEntry* current_builtin = nullptr;   // the entry being run, for messages; null when none is
-  const RunningEvent* running_event = nullptr;     // the innermost handler
+  PropertyObject* globals = nullptr;              // made on first use
+  const BuiltinEntry* current_builtin = nullptr;  // the entry being run, for messages; null when none is
+  const RunningEvent* running_event = nullptr;    // the innermost handler
   void (*builtin_observer)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) = nullptr;
 
   // Values

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/values/value.h"
 #include "runtime/memory/worker_lock.h"
+#include "runtime/values/value.h"
 
 namespace arena {
 

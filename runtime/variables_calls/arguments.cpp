@@ -23,7 +23,9 @@ bool names_function(const RValue& value) {
 
 }  // namespace
 
-std::string_view current_builtin_name() { return session().current_builtin != nullptr ? session().current_builtin->name : "Unknown Function"; }
+std::string_view current_builtin_name() {
+  return session().current_builtin != nullptr ? session().current_builtin->name : "Unknown Function";
+}
 
 const RValue& argument_at(const CallContext& call, int at) {
   static const RValue missing;

@@ -1,4 +1,6 @@
 // Sessions beside each other: each game is what it is alone.
+#include "runtime/session/session.h"
+
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -6,7 +8,6 @@
 
 #include "apps/autoplayer.h"
 #include "engine/console/state_hash.h"
-#include "runtime/session/session.h"
 #include "runtime/variables_calls/names.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
