@@ -27,14 +27,14 @@ constexpr int kFrames = 900, kHashEvery = 30;
 class PlayedGame {
  public:
   explicit PlayedGame(const Start& how) {
-    std::string notes, problem;
+    std::string problem;
     host::GameOptions options;
     options.data = data::open_data_file(data_file_path(), problem);
     options.room = how.room;
     options.has_seed = true;
     options.seed = how.seed;
     if (how.has_probes) options.extra_objects = probe_objects();
-    game_ = host::Game::start(std::move(options), notes, problem);
+    game_ = host::Game::start(std::move(options)).game;
   }
   void step() {
     const SessionScope scope(game_->session());
