@@ -157,7 +157,7 @@ void Game::run_frame(std::int64_t microseconds) {
   if (!screen().picture.empty()) save_numbered(std::exchange(screen().picture, {}));
 }
 
-void Game::take_screenshot() { picture_wanted = true; }
+void Game::take_screenshot() { screen().picture_wanted = true; }
 
 void Game::save_numbered(const std::vector<std::uint8_t>& pixels) {
   const std::string path = free_screenshot_name(screenshot_folder_ ? screenshot_folder_() : "Screenshots");
