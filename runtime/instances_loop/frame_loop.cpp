@@ -238,6 +238,17 @@ void draw_frame() {
   if (draw_hooks.end_frame != nullptr) draw_hooks.end_frame();
 }
 
+namespace {
+
+// After the drawing, so that a new run has seen as little as a first one: neither a step nor a picture.
+void restart_if_wanted() {
+  if (!world().restart_wanted || world().ended) return;
+  world().restart_wanted = false;
+  world().restart_game();
+}
+
+}  // namespace
+
 void run_frame(std::int64_t microseconds) {
   if (world().ended) return;
   begin_stage_times();
@@ -246,6 +257,7 @@ void run_frame(std::int64_t microseconds) {
     const StageTimer whole(Stage::kMainloopProcess);
     timed(Stage::kDoAStep, [&] { do_a_step(microseconds); });
     draw_frame();
+    timed(Stage::kHandleOther, restart_if_wanted);
     timed(Stage::kUpdateActiveLists, [] { world().forget_dead(); });
     const double before = whole.microseconds();
     collect_at_safe_point();

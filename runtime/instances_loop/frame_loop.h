@@ -2,7 +2,7 @@
 // One frame of the game, in this order:
 //
 //   input, clock, previous positions, begin step, alarms, keys and mouse, step, built-in motion, collisions, end step,
-//   animation, room changes, drawing (world, then GUI layer), collection
+//   animation, room changes, drawing (world, then GUI layer), restart, collection
 //
 // Within an event all instances of all handling types run in order of creation. A new instance takes part from the next pass on.
 #include <cstdint>

@@ -282,15 +282,10 @@ void World::forget_run() {
 
 void World::carry_out_requests() {
   // A room may send on to the next one from its Create events; the bound only breaks endless circles.
-  for (int changes = 0; changes < 100 && (restart_wanted || room_wanted >= 0); ++changes) {
-    if (restart_wanted) {
-      restart_wanted = false;
-      restart_game();
-    } else {
-      const std::int32_t next = room_wanted;
-      room_wanted = -1;
-      enter_room(next);
-    }
+  for (int changes = 0; changes < 100 && room_wanted >= 0 && !restart_wanted; ++changes) {
+    const std::int32_t next = room_wanted;
+    room_wanted = -1;
+    enter_room(next);
   }
   if (ended) run_for_all({EventKind::kOther, kOtherGameEnd});
 }

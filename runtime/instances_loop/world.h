@@ -84,7 +84,7 @@ class World {
   void enter_room(std::int32_t next);
   // Everything from the beginning, as a first start does it; only the clock and the ids of instances go on.
   void restart_game();
-  // What room_goto, game_restart and game_end asked for; called at the end of the frame.
+  // What room_goto and game_end asked for; called before the frame is drawn. A restart waits for the end of the frame.
   void carry_out_requests();
 
   // Every live instance in order of creation.

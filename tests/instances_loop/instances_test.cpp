@@ -179,7 +179,7 @@ TEST_F(Instances, AnimationsEndInEveryFrameWhateverTheirSpeed) {
                     {"image_index = infinity; image_speed = 1", 0},
                     {"image_index = NaN; image_speed = 1", 0},
                     {"image_index = 6e300; image_speed = 1", std::fmod(6e300, 6)},
-                    {"image_index = 0; image_speed = -1e300", 6 + std::fmod(-1e300, 6)}};
+                    {"image_index = 0; image_speed = -6e300", std::fmod(6 - std::fmod(6e300, 6), 6)}};
   create("oBullet");
   for (const auto& row : rows) {
     eval(std::string("with (oBullet) { sprite_index = 13; ") + row.start + " }");

@@ -151,7 +151,7 @@ TEST_F(Overlaps, WhatIsHugeOrNowhereHidesNobody) {
   eval("global.seen = []");
   run_collision_events();
   EXPECT_EQ(number("array_length(global.seen)"), static_cast<double>(expected));
-  EXPECT_GT(expected, 500u);
+  EXPECT_GT(expected, 400u);
   check({{"ds = ds_list_create(); collision_circle_list(0, 0, 5, kind(2), false, true, ds, false)", "0"}});
 }
 
