@@ -71,16 +71,10 @@ std::string selection(const Value& input) {
 std::size_t boundary_at(const Value& input, double pointer_x) {
   const std::string all = text_in(input);
   const double from = rect_of(input).x + kPadding - number_or(input, shift_left, 0);
-  std::size_t best = 0;
-  double nearest = 1e18;
-  for (std::size_t at = 0;; at = after(all, at)) {
-    const double distance = std::fabs(from + text_width(all.substr(0, at), font_of(input)) - pointer_x);
-    if (distance < nearest) {
-      nearest = distance;
-      best = at;
-    }
-    if (at >= all.size()) return best;
-  }
+  const auto edge = [&](std::size_t at) { return from + text_width(std::string_view(all).substr(0, at), font_of(input)); };
+  const std::size_t left = longest_beginning(all, [&](std::string_view beginning) { return edge(beginning.size()) <= pointer_x; }),
+                    right = after(all, left);
+  return edge(right) - pointer_x < pointer_x - edge(left) ? right : left;
 }
 
 }  // namespace

@@ -89,17 +89,28 @@ void paint_panel(int sprite, const Rect& at, int tint, double opacity) {
   draw_sprite_nineslice(sprite, 0, at.x, at.y, at.width, at.height, kCorner, tint, opacity);
 }
 
+std::size_t longest_beginning(std::string_view text, const std::function<bool(std::string_view)>& fits) {
+  const auto is_inside = [&](std::size_t at) { return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+  std::size_t low = 0, high = text.size();
+  while (low < high) {
+    std::size_t middle = low + (high - low + 1) / 2;
+    while (is_inside(middle)) ++middle;
+    if (fits(text.substr(0, middle))) {
+      low = middle;
+    } else {
+      do --middle;
+      while (middle > low && is_inside(middle));
+      high = middle;
+    }
+  }
+  return low;
+}
+
 // The longest beginning that fits, with three dots.
 static std::string shortened(std::string_view text, int with_font, double scale, double room) {
   if (text_width(text, with_font) * scale <= room) return std::string(text);
-  std::string kept(text);
-  while (!kept.empty()) {
-    std::size_t end = kept.size() - 1;
-    while (end > 0 && (static_cast<unsigned char>(kept[end]) & 0xC0) == 0x80) --end;
-    kept.resize(end);
-    if (text_width(kept + "...", with_font) * scale <= room) break;
-  }
-  return kept + "...";
+  const auto fits = [&](std::string_view beginning) { return text_width(std::string(beginning) + "...", with_font) * scale <= room; };
+  return std::string(text.substr(0, longest_beginning(text, fits))) + "...";
 }
 
 void paint_text(const Value& widget, std::string_view text, const Rect& at, int across, int down, int overflow_mode, int tint,

@@ -1,5 +1,7 @@
 #pragma once
 // How the toolkit draws and measures: through the drawing built-ins, in GUI pixels.
+#include <functional>
+
 #include "game/ui/widget.h"
 
 namespace arena::ui {
@@ -19,6 +21,9 @@ int font_of(const Value& widget);
 double text_width(std::string_view text, int font);
 // `wrap` in pixels; 0: one line for each line break.
 double text_height(std::string_view text, int font, double wrap);
+// How many bytes of the text, ending between two characters, make the longest beginning that fits; what is shorter than one that fits,
+// fits.
+std::size_t longest_beginning(std::string_view text, const std::function<bool(std::string_view)>& fits);
 // The value of a widget as it is shown: numbers by `rounding`, its `prefix` and `suffix` around.
 std::string shown_text(const Value& widget);
 double sprite_width_of(int sprite);

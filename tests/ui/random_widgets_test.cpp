@@ -165,10 +165,10 @@ TEST_F(RandomWidgets, StylesAreStructsAndTreesHaveAnEnd) {
   ASSERT_EQ(take_log().size(), 1u);
   eval("global.at = global.root");
   for (int i = 0; i < 700; ++i) eval("b = new TuiBox(); global.at.addContent(b); global.at = b; 1");
-  EXPECT_GT(take_log().size(), 100u);
+  EXPECT_EQ(take_log().size(), 1u);  // the 500th stands nowhere, and the rest in it
   // A tree that scripts built from below is cut off, not followed to the end of the stack.
   eval("global.at = new TuiBox({width: 10})");
-  for (int i = 0; i < 20000; ++i) eval("b = new TuiBox(); b.content = [global.at]; global.at.parent = b; global.at = b; 1");
+  for (int i = 0; i < 10000; ++i) eval("b = new TuiBox(); b.content = [global.at]; global.at.parent = b; global.at = b; 1");
   check({{"global.root.addContent(global.at); global.root.update(); global.root.render(); 1", "1"},
          {"global.root.find(\"nobody\")", "undefined"},
          {"global.at.destroy(); global.root.update(); 1", "1"}});
