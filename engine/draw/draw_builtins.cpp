@@ -41,6 +41,7 @@ void set_colour(double colour) { state().color = colour_of(colour); }
 double get_colour() { return state().color; }
 void set_alpha(float alpha) { state().alpha = static_cast<double>(alpha); }
 double get_alpha() { return state().alpha; }
+bool font_exists(std::int32_t font) { return font >= 0 && service != nullptr && service->has_font(font); }
 void set_font(std::int32_t font) {
   if (font >= 0 && service() != nullptr && !service()->has_font(font)) {
     report_invalid_resource(1, "font", font, -1);
@@ -195,6 +196,7 @@ const BuiltinEntry kEntries[] = {
     {"draw_get_colour", builtin<get_colour>},
     {"draw_set_alpha", builtin<set_alpha>},
     {"draw_get_alpha", builtin<get_alpha>},
+    {"font_exists", builtin<font_exists>},
     {"draw_set_font", builtin<set_font>},
     {"draw_get_font", builtin<get_font>},
     {"draw_set_halign", builtin<set_halign>},

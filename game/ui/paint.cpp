@@ -6,6 +6,7 @@ namespace {
 const Builtin draw_text_ext_transformed{"draw_text_ext_transformed"}, string_width{"string_width"}, string_height_ext{"string_height_ext"};
 const Builtin draw_sprite_nineslice{"draw_sprite_nineslice"}, sprite_exists{"sprite_exists"}, sprite_get_width{"sprite_get_width"};
 const Builtin sprite_get_height{"sprite_get_height"}, sprite_get_xoffset{"sprite_get_xoffset"}, sprite_get_yoffset{"sprite_get_yoffset"};
+const Builtin font_exists{"font_exists"};
 const Builtin gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"};
 
 constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is stretched
@@ -14,7 +15,8 @@ constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is s
 
 int font_of(const Value& widget) {
   const bool is_caption = number_or(widget, caption_of_button, 0) > 0;
-  return whole_or(widget, font, whole_or(style_of(widget), is_caption ? font_button : font_text, -1));
+  const int wanted = whole_or(widget, font, whole_or(style_of(widget), is_caption ? font_button : font_text, -1));
+  return bool(font_exists(wanted)) ? wanted : -1;
 }
 
 double text_width(std::string_view text, int with_font) {
