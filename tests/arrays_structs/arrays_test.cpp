@@ -230,7 +230,8 @@ TEST_F(Arrays, MethodsOfBuiltInFunctions) {
       {"method(undefined, m)(-6)", "6"},
       {"s = {f: m}; string(s)", "{f:[[Method]]}"},
       {"global.s = {v: 1}; b = method(global.s, variable_struct_exists); method_get_self(b) == global.s", "true"},
-      {"instance_create_depth(7, 8, 0, oProbe); n = instance_number(oProbe); d = method(oProbe.id, instance_destroy); d(); n - "
+      {"global.seen = []; global.hooks = {}; instance_create_depth(7, 8, 0, oProbe); n = instance_number(oProbe); d = method(oProbe.id, "
+       "instance_destroy); d(); n - "
        "instance_number(oProbe)",
        "1"},
       {"method(undefined, -7)", "! method :: argument 2 is neither a method or a function"},
