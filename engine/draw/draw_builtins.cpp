@@ -22,9 +22,8 @@ struct DrawService {
 const Part<DrawService> part{PartLevel::kServices, "draw"};
 
 Draw* service() { return part().draw; }
-const RefKind font_refs{ref_type::kFont, "font", [](std::int32_t index) {
-                          return service() != nullptr ? std::string(service()->font_name(index)) : std::string();
-                        }};
+const RefKind font_refs{ref_type::kFont, "font",
+                        [](std::int32_t index) { return service() != nullptr ? std::string(service()->font_name(index)) : std::string(); }};
 std::uint32_t colour_of(double colour) { return static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF; }
 DrawState& state() {
   DrawService& own = part();
@@ -41,7 +40,7 @@ void set_colour(double colour) { state().color = colour_of(colour); }
 double get_colour() { return state().color; }
 void set_alpha(float alpha) { state().alpha = static_cast<double>(alpha); }
 double get_alpha() { return state().alpha; }
-bool font_exists(std::int32_t font) { return font >= 0 && service != nullptr && service->has_font(font); }
+bool font_exists(std::int32_t font) { return font >= 0 && service() != nullptr && service()->has_font(font); }
 void set_font(std::int32_t font) {
   if (font >= 0 && service() != nullptr && !service()->has_font(font)) {
     report_invalid_resource(1, "font", font, -1);

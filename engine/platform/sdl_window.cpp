@@ -162,7 +162,7 @@ class SdlWindow final : public Window {
 
   SDL_Window* window_;
   std::unique_ptr<WindowGraphics> graphics_;
-  SDL_Rect windowed_;  // where it stands when it does not fill the display
+  SDL_Rect windowed_;                   // where it stands when it does not fill the display
   std::string labels_[kPlaces.size()];  // as reported last; "": that of the US layout
   bool closed_ = false, takes_screenshot_ = false;
 };

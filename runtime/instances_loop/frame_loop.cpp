@@ -47,7 +47,6 @@ struct FrameLoop {
 };
 const Part<FrameLoop> loop{PartLevel::kWorld, "frame loop"};
 
-
 // The instances of a long pass lie all over the memory: those that come next are fetched while this one runs (a quarter of a crowd's
 // step was waiting).
 void fetch_ahead(const EventList& list, std::size_t at) {

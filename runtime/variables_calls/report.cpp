@@ -23,7 +23,6 @@ EventDescription (*describe_event)() = nullptr;  // set once, at start-up
 // The first place is for a prefix that a host may want; this runtime has none.
 constexpr Message<Text, std::int32_t, Text, Text, Text> kHeading{"%sERROR in action number %d\nof %s for object %s:\n%s"};
 
-
 // Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
 void cut(std::string& message) {
   if (message.size() < kLongestMessage) return;

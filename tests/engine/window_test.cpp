@@ -1,10 +1,10 @@
 // Keys as they come from the system: places for letters and digits, what the layout says for the rest.
 #include "engine/platform/window.h"
-#include "runtime/instances_loop/input_state.h"
 
 #include <SDL.h>
 
 #include "engine/platform/key_codes.h"
+#include "runtime/instances_loop/input_state.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

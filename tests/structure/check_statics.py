@@ -25,7 +25,12 @@ ALLOWED = {
     "arena::(anonymous namespace)::table_size": "names, complete after the start-up lookup",
     "arena::(anonymous namespace)::table()::variables": "built-in variables, registered by static construction",
     "arena::(anonymous namespace)::describe_event": "set once by static construction",
+    "arena::(anonymous namespace)::first": "chain of registered objects",
     # The process.
+    "arena::(anonymous namespace)::mutex": "guards the log, into which sessions and workers may speak at once",
+    "arena::(anonymous namespace)::sink": "where the process writes its log",
+    "arena::(anonymous namespace)::sink_repeats": "where the process writes its log",
+    "arena::platform::(anonymous namespace)::request": "a signal asks the process to end",
     "arena::detail::current_session": "which session this thread runs",
     "arena::WorkerLock::mutexes": "locks guard whatever session is at work",
     "arena::WorkerLock::registered_workers": "workers are threads of the process",
