@@ -118,7 +118,7 @@ TEST(DataFile, MeaningIsChecked) {
        "room 'rPrepare' places an object at an impossible place"},
       {"depth", [](data::FileT& file) { file.rooms[0]->layers[0]->depth = NAN; }, "room 'rPrepare' has a layer at an impossible depth"},
       {"glyph", [](data::FileT& file) { file.fonts[0]->glyphs[0].mutate_advance(INFINITY); },
-       "font 'fntBody' has a glyph at an impossible place"},
+       "font 'fntSmall' has a glyph at an impossible place"},
       {"two findings",
        [](data::FileT& file) {
          file.rooms[0]->width = 0;
