@@ -124,6 +124,8 @@ class Draw {
   const Font* current_font() const;
   std::vector<std::string_view> lines_of(const Font& font, std::string_view text, double wrap) const;
   double line_width(const Font& font, std::string_view line) const;
+  // How much of the text goes on a line of this width: all of it, or up to a blank. A word wider than the line stands alone.
+  std::size_t fitting_length(const Font& font, std::string_view text, double wrap) const;
   Corner to_target(double x, double y) const;
   gpu::State state_for(const Picture& picture) const;
   void corners_of(const Picture& picture, const SpriteInfo& info, const Placement& at, Corner (&corners)[4]) const;

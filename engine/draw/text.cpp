@@ -10,11 +10,13 @@
 namespace arena::draw {
 namespace {
 
+bool continues(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
 // Takes one character off the front; a broken byte counts as a question mark.
 std::uint32_t next_code(std::string_view& text) {
   const unsigned char lead = static_cast<unsigned char>(text[0]);
   const std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (length == 0 || length > text.size()) {
+  if (length == 0 || length > text.size() || !std::all_of(text.begin() + 1, text.begin() + length, continues)) {
     text.remove_prefix(1);
     return '?';
   }
@@ -82,25 +84,25 @@ double Draw::line_width(const Font& font, std::string_view line) const {
   return width * font.size;
 }
 
+// Reads no further than the line reaches, so that breaking a text takes time in proportion to its length.
+std::size_t Draw::fitting_length(const Font& font, std::string_view text, double wrap) const {
+  std::size_t fits = 0;
+  double width = 0;
+  for (std::string_view rest = text; !rest.empty();) {
+    if (rest[0] == ' ') fits = text.size() - rest.size();
+    width += font.glyph(next_code(rest)).advance;
+    if (width * font.size > wrap) return fits > 0 ? fits : std::min(text.find(' '), text.size());
+  }
+  return text.size();
+}
+
 std::vector<std::string_view> Draw::lines_of(const Font& font, std::string_view text, double wrap) const {
   std::vector<std::string_view> lines;
   for (std::size_t from = 0; from <= text.size();) {
     const std::size_t end = std::min(text.find('\n', from), text.size());
     std::string_view line = text.substr(from, end - from);
-    while (wrap > 0) {
-      // The last blank before which everything fits; each character is looked at until the line is full, not to its end.
-      std::size_t fits = 0;
-      double width = 0;
-      std::string_view rest = line;
-      for (; !rest.empty() && width * font.size <= wrap; width += font.glyph(next_code(rest)).advance) {
-        if (rest.front() == ' ') fits = line.size() - rest.size();
-      }
-      if (width * font.size <= wrap) break;
-      if (fits == 0) fits = line.find(' ');  // a word wider than the line stands alone
-      if (fits == std::string_view::npos) break;
+    for (std::size_t fits = 0; wrap > 0 && (fits = fitting_length(font, line, wrap)) < line.size(); line.remove_prefix(fits + 1))
       lines.push_back(line.substr(0, fits));
-      line.remove_prefix(fits + 1);
-    }
     lines.push_back(line);
     from = end + 1;
   }

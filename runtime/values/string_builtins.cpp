@@ -36,12 +36,14 @@ std::string_view piece(std::string_view text, std::int32_t from, std::int32_t co
 }
 
 std::string replaced(std::string_view text, std::string_view part, std::string_view by, bool all) {
-  std::string result(text);
-  for (std::size_t at = 0; !part.empty() && (at = result.find(part, at)) != std::string::npos; at += by.size()) {
-    result.replace(at, part.size(), by);
+  std::string result;
+  std::size_t from = 0;
+  for (std::size_t at = 0; !part.empty() && (at = text.find(part, from)) != std::string_view::npos;) {
+    result.append(text.substr(from, at - from)).append(by);
+    from = at + part.size();
     if (!all) break;
   }
-  return result;
+  return result.append(text.substr(from));
 }
 
 template <class Change>

@@ -1,7 +1,9 @@
 // What the drawing functions of scripts send to the graphics card. The GUI layer is one pixel a unit here.
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
+#include "engine/draw/draw_service.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -146,6 +148,22 @@ TEST_F(Drawing, TextsStandWhereTheyAreAligned) {
   EXPECT_NEAR(broken.bottom - plain.bottom, 100, 2);
   EXPECT_NEAR(number("string_height_ext(\"a b c\", -1, 1)"), 3 * height, 1e-9) << "a word wider than the line stands alone";
   EXPECT_EQ(drawn("draw_text(0, 0, \"   \")").size(), 0U);
+}
+
+TEST_F(Drawing, LongTextsTakeTimeInProportion) {
+  // A megabyte in words of three letters: a measure that reads the rest of the text for every line needs hours.
+  eval("draw_set_font(2); global.long_text = string_repeat(\"abc \", 250000)");
+  const double height = number("string_height(\"abc\")"), words = number("string_width(\"abc abc\") + 1");
+  const auto began = std::chrono::steady_clock::now();
+  EXPECT_NEAR(number("string_height_ext(global.long_text, -1, " + std::to_string(words) + ")"), 125001 * height, 1);
+  EXPECT_NEAR(number("string_height_ext(global.long_text, -1, 1)"), 250001 * height, 1) << "every word alone, and the last blank";
+  EXPECT_NEAR(number("string_width_ext(global.long_text, -1, " + std::to_string(words) + ")"), words - 1, 1e-9);
+  EXPECT_EQ(number("string_height_ext(string_repeat(\"a\", 1000000), -1, 100)"), height) << "one word of a megabyte";
+  EXPECT_EQ(number("string_length(string_replace_all(global.long_text, \"a\", \"aa\"))"), 1250000);
+  eval("draw_text_ext(0, 0, global.long_text, -1, " + std::to_string(words) + ")");
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(20));
+  // A broken byte does not swallow the blank behind it.
+  EXPECT_EQ(draw::draw_service()->measure("abc\xC3 abc", -1, 1).height, 2 * height);
 }
 
 TEST_F(Drawing, ColouredTextsGoFromCornerToCorner) {

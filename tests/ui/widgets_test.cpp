@@ -1,6 +1,8 @@
 // The toolkit as a player and a script author meet it: pointer and keys through the input queue, values, events, order.
 #include "tests/ui/widgets.h"
 
+#include <chrono>
+
 #include "game/support/easing.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/variables_calls/log.h"
@@ -28,6 +30,29 @@ TEST_F(Widgets, ClicksReachTheTopmostAndBubbleToNobody) {
   check({{"global.ui.isInteracting()", "true"}});
   frame(600, 600);
   check({{"global.ui.isInteracting()", "false"}, {"global.b.destroy(); global.ui.update(); array_length(global.ui.content)", "1"}});
+}
+
+TEST_F(Widgets, TextsThatDoNotFitEndInDots) {
+  eval("global.t = new TuiText({value: \"\", width: 120, overflow: 3, align_self: 0}); global.ui.addContent(global.t); global.ui.update()");
+  const auto glyphs = [&](const std::string& text) {
+    eval("global.t.setValue(" + text + "); global.ui.update()");
+    return drawn("global.ui.render()").size() / 6;
+  };
+  // Characters of two bytes are never cut apart. What is kept fits, and with one character more it would not.
+  for (const char* const letter : {"M", "i", "\xC3\x84"}) {
+    const std::string one = std::string("\"") + letter + "\"";
+    const std::size_t shown = glyphs("string_repeat(" + one + ", 200)");
+    ASSERT_GT(shown, 3U) << letter;
+    const auto width = [&](std::size_t count) {
+      return number("string_width(string_repeat(" + one + ", " + std::to_string(count) + ") + \"...\")");
+    };
+    EXPECT_LE(width(shown - 3), 120.5) << letter;
+    EXPECT_GT(width(shown - 2), 120.5) << letter;
+    EXPECT_EQ(glyphs("string_repeat(" + one + ", 2)"), 2U) << letter;
+  }
+  const auto began = std::chrono::steady_clock::now();
+  EXPECT_GT(glyphs("string_repeat(\"abcd\", 50000)"), 3U);
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(10)) << "cutting one character after another takes minutes";
 }
 
 TEST_F(Widgets, AReleaseElsewhereIsNoClick) {
