@@ -241,7 +241,7 @@ TEST_F(Calls, RunawayRecursionIsReported) {
     const auto reply = ask({{"eval", statement}});
     ASSERT_TRUE(reply.contains("error")) << statement;
     EXPECT_EQ("! " + reply["error"].get<std::string>(), expected) << statement;
-    EXPECT_EQ(call_depth, 0) << statement;
+    EXPECT_EQ(session().call_depth, 0) << statement;
     EXPECT_EQ(broken_invariant(), "") << statement;
   }
   eval("global.hooks = {}; instance_destroy(oGun)");
@@ -286,7 +286,7 @@ TEST_F(Calls, MemoryThatRunsOutIsReported) {
                   message.starts_with("unable to convert"))
           << statement << " " << allowed << ": " << message;
       ASSERT_EQ(broken_invariant(), "") << statement << " " << allowed;
-      ASSERT_EQ(call_depth, 0);
+      ASSERT_EQ(session().call_depth, 0);
       if (allowed % 8 == 0) collect_everything();
     }
     EXPECT_GT(failures, 0) << statement;
