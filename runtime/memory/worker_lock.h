@@ -27,7 +27,8 @@ class WorkerLock {
   std::mutex* locked_ = nullptr;
 };
 
-// Held by a worker thread for as long as it may touch values. Register before the thread starts, on the main thread.
+// Held for as long as a worker thread may touch values. Register before the thread starts, on the main thread; the worker enters the
+// session whose values they are (SessionScope).
 class WorkerRegistration {
  public:
   WorkerRegistration() { WorkerLock::registered_workers.fetch_add(1); }

@@ -8,8 +8,10 @@
 #include "apps/user_files.h"
 #include "engine/files/paths.h"
 #include "engine/platform/crash_reports.h"
+#include "runtime/session/session.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/log.h"
+#include "runtime/variables_calls/names.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -312,6 +314,8 @@ TEST(CrashReportsDeathTest, TellWhatHappenedAndWhichScriptsRan) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");        // a new process, which the system's handlers watch from its start
   const std::string file = ARENA_BINARY "/crash é.txt";  // the same in the child
   const auto crash = [&](void (*what)()) {
+    look_up_names();
+    Session session;  // the listener that makes one for each test rests in the child
     platform::report_crashes(files::path_of(file), "arena crashed", false);
     const FrameScope outer("ksl_Object_oGun_Step_0", nullptr, nullptr);
     FrameScope inner("ksl_Script_Fire", nullptr, nullptr);

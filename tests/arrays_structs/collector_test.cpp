@@ -246,9 +246,10 @@ TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
   EXPECT_TRUE(take_log().empty()) << "the main thread may";
   {
     const WorkerRegistration registered;
-    std::thread worker([&] {
+    std::thread worker([&, &own = session()] {
+      const SessionScope scope(own);
       store_variable(property_object(holder), id("from_thread"), list);
-      for (int i = 0; i < 1000; ++i) const RValue copy(text), own = make_string("worker's own");
+      for (int i = 0; i < 1000; ++i) const RValue copy(text), mine = make_string("worker's");
     });
     for (int i = 0; i < 1000; ++i) const RValue copy(text), own = make_string("main's own");
     worker.join();

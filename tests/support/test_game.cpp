@@ -56,12 +56,6 @@ int run_program(const std::string& arguments, const std::string& errors_to) {
 }
 
 TestGame::TestGame(const char* room) {
-  InputEvent size;  // another test may have opened a window of its own, and moved the pointer
-  size.type = InputEvent::Type::kWindowSize;
-  size.code = 1280;
-  size.value = 720;
-  push_input(size);
-  push_pointer(PointerSpace::kWindow, 0, 0);
   std::string problem;
   host::GameOptions options;
   options.data = data::open_data_file(data_file_path(), problem);

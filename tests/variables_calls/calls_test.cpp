@@ -242,7 +242,7 @@ TEST_F(Calls, RunawayRecursionIsReported) {
     ASSERT_TRUE(reply.contains("error")) << statement;
     EXPECT_EQ("! " + reply["error"].get<std::string>(), expected) << statement;
     EXPECT_EQ(session().call_depth, 0) << statement;
-    EXPECT_EQ(broken_invariant(), "") << statement;
+    step();
   }
   eval("global.hooks = {}; instance_destroy(oGun)");
   step(2);

@@ -3,9 +3,7 @@
 namespace arena::game {
 namespace {
 const Builtin string_length{"string_length"};
-const Builtin array_resize{"array_resize"}, array_foreach{"array_foreach"}, script_execute{"script_execute"},
-    instance_create_depth{"instance_create_depth"};
-const Variable list{"list"}, counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
+const Variable counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
 constexpr ObjectName oNobody{3};
 }  // namespace
 extern const Script<Value(Real)> takes_a_number;
@@ -51,6 +49,14 @@ SCRIPT(note_exception, Value error) {
 SCRIPT(one_die) { return irandom(6); }
 SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
+namespace arena::game {
+namespace {
+const Builtin array_resize{"array_resize"}, array_foreach{"array_foreach"}, script_execute{"script_execute"},
+    instance_create_depth{"instance_create_depth"};
+const Variable list{"list"};
+}  // namespace
+}  // namespace arena::game
+
 SCRIPT(by_first, Value a, Value b) { return a[0] - b[0]; }
 SCRIPT(shorten_the_list, Value a, Value b) {
   array_resize(global[list], 0);
