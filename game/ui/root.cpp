@@ -31,12 +31,14 @@ Value reference(const Value& root, const Variable& field) {
   return is_widget(found) && !is_set(found, is_destroyed) ? found : Value();
 }
 
-// Those on the screen, in the order of drawing.
+bool is_live_widget(const Value& value) { return is_widget(value) && !is_set(value, is_destroyed); }
+
+// Those on the screen, in the order of drawing: a list of their own, for handlers may change the tree.
 std::vector<Value> shown_widgets(const Value& root) {
   std::vector<Value> found;
   const Value all = array_in(root, order);
   for (const Value& each : elements(all)) {
-    if (is_widget(each) && !is_set(each, is_destroyed)) found.push_back(each);
+    if (is_live_widget(each)) found.push_back(each);
   }
   return found;
 }
@@ -67,8 +69,9 @@ bool is_under(const Value& widget, double at_x, double at_y) {
 // The modal widget above all others, or undefined.
 Value modal_of(const Value& root) {
   Value found;
-  for (const Value& each : shown_widgets(root)) {
-    if (is_set(each, is_modal)) found = each;
+  const Value all = array_in(root, order);
+  for (const Value& each : elements(all)) {
+    if (is_set(each, is_modal) && is_live_widget(each)) found = each;
   }
   return found;
 }
@@ -76,8 +79,9 @@ Value modal_of(const Value& root) {
 Value widget_at(const Value& root, double at_x, double at_y) {
   Value found;
   const Value modal = modal_of(root);
-  for (const Value& each : shown_widgets(root)) {
-    if (is_same(each, root) || !is_under(each, at_x, at_y) || !takes_pointer(each)) continue;
+  const Value all = array_in(root, order);
+  for (const Value& each : elements(all)) {
+    if (is_same(each, root) || !is_under(each, at_x, at_y) || !is_live_widget(each) || !takes_pointer(each)) continue;
     if (is_undefined(modal) || stands_in(each, modal)) found = each;
   }
   return found;
@@ -103,8 +107,9 @@ bool takes_keyboard(const Value& widget, const Value& modal) {
 }
 
 bool is_shown(const Value& root, const Value& widget) {
-  for (const Value& each : shown_widgets(root)) {
-    if (is_same(each, widget)) return true;
+  const Value all = array_in(root, order);
+  for (const Value& each : elements(all)) {
+    if (is_same(each, widget)) return is_live_widget(each);
   }
   return false;
 }
