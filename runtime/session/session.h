@@ -123,7 +123,7 @@ class SessionScope {
 template <class T>
 class Part : PartKind {
   struct Holding final : SessionPart {
-    T held{};
+    T held = T();
   };
 
  public:
