@@ -29,6 +29,7 @@ void Tree::lay_out(double width, double height) {
   items_.clear();
   lines_.clear();
   Solver solver(boxes_, memos_, items_, lines_);
+  solver.prepare();
   Box& root = at(0);
   const Style& style = root.style;
   const double frame_width = frame(style, 0, width), frame_height = frame(style, 1, width);

@@ -6,7 +6,15 @@ namespace arena::layout {
 namespace {
 
 bool same(double a, double b) { return a == b || (!is_known(a) && !is_known(b)); }
+bool near(double a, double b) { return std::fabs(a - b) < 1.0 / 64; }
 bool is_row(const Style& style) { return style.direction == Direction::kRow || style.direction == Direction::kRowReverse; }
+bool wraps_columns(const Style& style) { return !is_row(style) && style.wrap != Wrap::kNone; }
+
+// Margins in percent make a stretched height depend on more than the room for it.
+bool remembers_stretched(const Style& style) {
+  return style.size[1].is_auto() && (is_percent(style.margin[kTop]) || is_percent(style.margin[kBottom])) && !has_percent_padding(style) &&
+         !is_percent(style.min_size[1]) && !is_percent(style.max_size[1]);
+}
 
 }  // namespace
 
@@ -63,10 +71,10 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
     const double added = contribution(style, child, measure, inner_height);
     const double own_width = added - resolve_or(each.margin[kLeft], kUnknown, 0) - resolve_or(each.margin[kRight], kUnknown, 0);
     double height = each.basis.is_auto() ? wanted(each, 1, inner_height, own_frame) : resolve(each.basis, inner_height);
-    double natural = natural_height(child, own_width, kUnknown, kUnknown);
+    const bool has_minimum = each.min_size[1].is_auto() && !each.clips;
+    double natural = has_minimum || !is_known(height) ? natural_height(child, own_width, kUnknown, kUnknown) : 0;
     if (each.aspect_ratio > 0) natural = std::max(natural, own_width / each.aspect_ratio);
     if (!is_known(height)) height = natural;
-    const bool has_minimum = each.min_size[1].is_auto() && !each.clips;
     if (has_minimum) {
       const double asked = wanted(each, 1, inner_height, own_frame);
       height = std::max(height, is_known(asked) ? std::min(asked, natural) : natural);
@@ -93,24 +101,47 @@ double Solver::width_of_columns(std::int32_t box, Measure measure, double inner_
   return width + line_width;
 }
 
+void Solver::prepare() {
+  for (std::size_t index = boxes_.size(); index-- > 0;) {
+    const Style& style = boxes_[index].style;
+    Memo& memo = memos_[index];
+    memo.width_follows_height = wraps_columns(style) && boxes_[index].first_child != kNoBox;
+    for (std::int32_t child = boxes_[index].first_child; child != kNoBox; child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
+      const Style& each = boxes_[static_cast<std::size_t>(child)].style;
+      const Memo& inside = memos_[static_cast<std::size_t>(child)];
+      memo.holds_stretched |= inside.holds_stretched || remembers_stretched(each);
+      if (each.position == Position::kAbsolute || each.size[0].unit == Length::Unit::kPixels) continue;
+      memo.width_follows_height |= inside.width_follows_height || each.aspect_ratio > 0;
+    }
+  }
+}
+
 double Solver::intrinsic_width(std::int32_t box, Measure measure, double percent_width, double percent_height, double height) {
   const auto index = static_cast<std::size_t>(box);
-  for (const Memo::Width& known : memos_[index].widths) {
-    if (known.measure == measure && same(known.percent_width, percent_width) && same(known.percent_height, percent_height) &&
-        same(known.height, height) && is_known(known.result))
-      return known.result;
-  }
   const Box& self = boxes_[index];
   const Style& style = self.style;
+  // What nothing depends on is no part of the question. Where proportions do depend on the height, though only behind a width of pixels,
+  // the first answer stays: so browsers have it.
+  if (!has_percent_padding(style)) percent_width = kUnknown;
+  if (style.aspect_ratio <= 0 && !wraps_columns(style)) percent_height = kUnknown;
+  const bool any_height = !memos_[index].width_follows_height;
+  for (const Memo::Width& known : memos_[index].widths) {
+    if (known.measure == measure && same(known.percent_width, percent_width) && same(known.percent_height, percent_height) &&
+        (any_height || same(known.height, height)) && is_known(known.result))
+      return known.result;
+  }
   const double frame_height = frame(style, 1, percent_width);
   const double inner_height = is_known(height) ? std::max(0.0, height - frame_height) : kUnknown;
   const bool sums = is_row(style) && (measure == kWidest || style.wrap == Wrap::kNone);
   double width = 0;
   int count = 0;
+  // Browsers ask for both widths at once: its items are laid out for either.
+  if (wraps_columns(style) && measure == kNarrowest && memos_[index].holds_stretched)
+    intrinsic_width(box, kWidest, percent_width, percent_height, height);
   if (self.first_child == kNoBox && self.content != nullptr)
     width = measure == kWidest ? self.content->widest() : self.content->narrowest();
-  if (!is_row(style) && style.wrap != Wrap::kNone && measure == kWidest) {
-    const double limit = limits(style, 1, percent_height, frame_height).clamp(kEndless) - frame_height;
+  if (wraps_columns(style) && measure == kWidest) {
+    const double limit = tallest(style, percent_height, frame_height);
     width = width_of_columns(box, measure, inner_height, is_known(inner_height) ? inner_height : limit);
   } else {
     for (std::int32_t child = self.first_child; child != kNoBox; child = boxes_[static_cast<std::size_t>(child)].next_sibling) {
@@ -148,6 +179,36 @@ double Solver::natural_height(std::int32_t box, double width, double percent_wid
   Memo& memo = memos_[index];
   memo.heights[memo.next_height] = {width, percent_width, percent_height, result};
   memo.next_height ^= 1;
+  if (memo.holds_stretched) {
+    const double frame_height = frame(boxes_[index].style, 1, percent_width);
+    const double asked = wanted(boxes_[index].style, 1, percent_height, frame_height);
+    boxes_[index].width = width;
+    boxes_[index].height = limits(boxes_[index].style, 1, percent_height, frame_height).clamp(is_known(asked) ? asked : result);
+    place(box, width, boxes_[index].height, Tall::kFromContent, percent_width, percent_height);
+  }
+  return result;
+}
+
+// The height of a box that fills the room between its margins. Margins in percent are those it had when it first filled a room of this
+// height: browsers lay a box out again only when the room or the box's own lengths change, and do not count margins among them. Nor do
+// they lay it out when it stands there `unstretched` (where known) in the right height already.
+double Solver::stretched_height(std::int32_t box, double width, double room, double margins, double percent_width, double percent_height,
+                                double unstretched) {
+  const auto index = static_cast<std::size_t>(box);
+  const Style& style = boxes_[index].style;
+  Memo& memo = memos_[index];
+  const bool remembers = remembers_stretched(style);
+  if (remembers) {
+    for (const Memo::Stretched& known : memo.stretched) {
+      if (near(known.width, width) && near(known.room, room)) return known.result;
+    }
+  }
+  const double own_frame = frame(style, 1, percent_width);
+  const double result = limits(style, 1, percent_height, own_frame).clamp(std::max(own_frame, room - margins));
+  if (remembers && !(is_known(unstretched) && near(result, unstretched))) {
+    memo.stretched[memo.next_stretched] = {width, room, result};
+    memo.next_stretched = static_cast<std::uint8_t>((memo.next_stretched + 1) % memo.stretched.size());
+  }
   return result;
 }
 

@@ -79,7 +79,7 @@ void Solver::size_column_item(const Container& in, Item& item) {
   const bool follows_height = !is_known(width) && style.aspect_ratio > 0 && is_known(height) && is_known(asked);
   if (follows_height) width = heights.clamp(height) * style.aspect_ratio;
   if (!is_known(width)) width = fitting_width(item.box, available, in.inner[0], kUnknown, kUnknown);
-  item.cross = widths.clamp(width);  // flexing may still change the height, and a width that follows it
+  item.cross = item.first_width = widths.clamp(width);  // flexing may still change the height, and a width that follows it
 
   const double from_width = style.aspect_ratio > 0 && !follows_height ? item.cross / style.aspect_ratio : kUnknown;
   double base = is_known(asked) ? asked : from_width;

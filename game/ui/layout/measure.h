@@ -30,6 +30,9 @@ inline double frame_before(const Style& style, int axis, double percent_width) {
   return resolve_or(style.padding[low], percent_width, 0) + style.border[low];
 }
 
+inline bool is_percent(Length length) { return length.unit == Length::Unit::kPercent; }
+inline bool has_percent_padding(const Style& style) { return std::any_of(style.padding.begin(), style.padding.end(), is_percent); }
+
 struct Limits {
   double least, most;
   double clamp(double value) const { return std::max(least, std::min(value, most)); }
@@ -43,6 +46,13 @@ inline Limits limits(const Style& style, int axis, double base, double frame) {
 inline double wanted(const Style& style, int axis, double base, double frame) {
   const double size = resolve(style.size[static_cast<std::size_t>(axis)], base);
   return is_known(size) ? std::max(size, frame) : kUnknown;
+}
+
+// The room for a column's items that the style gives by itself; without end where only the content decides.
+inline double tallest(const Style& style, double percent_height, double own_frame) {
+  const Limits heights = limits(style, 1, percent_height, own_frame);
+  const double asked = wanted(style, 1, percent_height, own_frame);
+  return heights.clamp(is_known(asked) ? asked : kEndless) - own_frame;
 }
 
 }  // namespace arena::layout

@@ -44,13 +44,6 @@ bool stretches(const Solver::Container& in, const Item& item, const Style& style
   return item.align == Align::kStretch && style.size[low].is_auto() && !item.margin_is_auto[low] && !item.margin_is_auto[low + 2];
 }
 
-// The room for a column's items that the style gives by itself; without end where only the content decides.
-double tallest(const Style& style, double percent_height, double own_frame) {
-  const Limits heights = limits(style, 1, percent_height, own_frame);
-  const double asked = wanted(style, 1, percent_height, own_frame);
-  return heights.clamp(is_known(asked) ? asked : kEndless) - own_frame;
-}
-
 bool is_reverse(Direction direction) { return direction == Direction::kRowReverse || direction == Direction::kColumnReverse; }
 
 // The share of the free space that lies before a box out of the flow, were it the only child.
@@ -222,7 +215,10 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   double size = item.cross;
   double ascent = item.ascent;
   if (stretches(in, item, style)) {
-    size = cross_limits.clamp(std::max(own_frame, line_room));
+    const bool is_sized_before = in.is_multi_line() || !in.height_counts;
+    size = in.is_row() ? stretched_height(item.box, item.target, line.cross, item.margins(1), in.inner[0], in.percent_height(),
+                                          is_sized_before ? item.cross : kUnknown)
+                       : cross_limits.clamp(std::max(own_frame, line_room));
   } else if (!in.is_row() && in.is_multi_line() && style.size[0].is_auto() && style.aspect_ratio <= 0) {
     // A line that another item made wider than the container has room for more of the content.
     size = cross_limits.clamp(fitting_width(item.box, std::max(0.0, line_room), in.inner[0], in.percent_height(),
@@ -255,7 +251,8 @@ void Solver::place_item(const Container& in, const Line& line, const Item& item,
   box.width = in.is_row() ? item.target : size;
   box.height = in.is_row() ? size : item.target;
   Tall is_tall = tall(in, item);
-  if (is_tall == Tall::kFixed && style.size[1].is_auto() && natural_height(item.box, box.width, in.inner[0], kUnknown) == box.height)
+  if (is_tall == Tall::kFixed && !is_known(wanted(style, 1, in.percent_height(), 0)) && box.width == item.first_width &&
+      natural_height(item.box, box.width, in.inner[0], kUnknown) == box.height)
     is_tall = Tall::kFromContent;  // it may reach further down on its way than in the end, where margins are negative
   place(item.box, box.width, box.height, is_tall, in.inner[0], in.percent_height());
 }
@@ -271,7 +268,7 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
     inset[edge] = resolve(style.inset[edge], block[edge % 2]);
     margin[edge] = resolve_or(style.margin[edge], block[0], 0);
   }
-  std::array<double, 2> size{}, space{}, point{}, share{};
+  std::array<double, 2> size{}, room{}, space{}, point{}, share{};
   const std::array<double, 2> own_frame{frame(style, 0, block[0]), frame(style, 1, block[0])};
   for (std::size_t axis = 0; axis < 2; ++axis) {
     size[axis] = wanted(style, static_cast<int>(axis), block[axis], own_frame[axis]);
@@ -284,7 +281,8 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
       const double before = point[axis] - in.style->border[axis], behind = block[axis] - before;
       around = share[axis] == 0 ? behind : share[axis] == 1 ? before : 2 * std::min(before, behind);
     }
-    space[axis] = std::max(0.0, around) - margin[axis] - margin[axis + 2];
+    room[axis] = std::max(0.0, around);
+    space[axis] = room[axis] - margin[axis] - margin[axis + 2];
     const bool fills = is_known(inset[axis]) && is_known(inset[axis + 2]);
     const bool other_decides = style.aspect_ratio > 0 && is_known(axis == 1 ? size[0] : wanted(style, 1, block[1], own_frame[1]));
     if (!is_known(size[axis]) && fills && !other_decides) size[axis] = std::max(own_frame[axis], space[axis]);
@@ -301,6 +299,8 @@ void Solver::place_absolute(const Container& in, std::int32_t index) {
     size[0] = std::max(heights.least * style.aspect_ratio, std::min(size[0], heights.most * style.aspect_ratio));
   }
   size[0] = widths.clamp(size[0]);
+  if (is_known(inset[kTop]) && is_known(inset[kBottom]) && style.size[1].is_auto() && style.aspect_ratio <= 0)
+    size[1] = stretched_height(index, size[0], room[1], margin[kTop] + margin[kBottom], block[0], block[1], kUnknown);
   const bool height_counts = is_known(size[1]) || proportions_decide(style);
   if (style.aspect_ratio > 0 && style.size[1].is_auto()) size[1] = kUnknown;  // the width may have met its limits
   if (!is_known(size[1]) && style.aspect_ratio > 0) {

@@ -15,7 +15,8 @@ struct Item {
   std::array<bool, 4> margin_is_auto;
   double base, hypothetical, least, most, target;  // main axis
   double cross;
-  double ascent;  // from the cross start to the baseline, with the margin; unknown where the item is not aligned by it
+  double first_width;  // of a column's item: what its height was found for
+  double ascent;       // from the cross start to the baseline, with the margin; unknown where the item is not aligned by it
   bool is_frozen;
   double margins(int axis) const { return margin[static_cast<std::size_t>(axis)] + margin[static_cast<std::size_t>(axis) + 2]; }
 };
@@ -35,9 +36,16 @@ struct Memo {
   struct Height {
     double width = kUnknown, percent_width = kUnknown, percent_height = kUnknown, result = kUnknown;
   };
+  // A stretched height in a line of rows, or between two insets.
+  struct Stretched {
+    double width = kUnknown, room = kUnknown, result = kUnknown;
+  };
   std::array<Width, 4> widths;
   std::array<Height, 2> heights;
-  std::uint8_t next_width = 0, next_height = 0;
+  std::array<Stretched, 4> stretched;
+  std::uint8_t next_width = 0, next_height = 0, next_stretched = 0;
+  bool width_follows_height = false;  // whether its intrinsic width is another one where its height is known
+  bool holds_stretched = false;       // whether boxes inside it remember the height that they were stretched to
 };
 
 // What the height of a box is worth to its children.
@@ -52,6 +60,8 @@ class Solver {
   Solver(std::vector<Box>& boxes, std::vector<Memo>& memos, std::vector<Item>& items, std::vector<Line>& lines)
       : boxes_(boxes), memos_(memos), items_(items), lines_(lines) {}
 
+  // What the styles alone say about each box; before anything else.
+  void prepare();
   // Gives the children of the box their rectangles.
   void place(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height);
   // The height of a box of this width when its content decides; its own minimum and maximum are left out.
@@ -69,6 +79,8 @@ class Solver {
   double fitting_width(std::int32_t box, double available, double percent_width, double percent_height, double height);
   double child_height(const Container& in, std::int32_t box, double width);
   double child_width(const Container& in, const Item& item);
+  double stretched_height(std::int32_t box, double width, double room, double margins, double percent_width, double percent_height,
+                          double unstretched);
 
   double run(std::int32_t box, double width, double height, Tall tall, double percent_width, double percent_height, bool places);
   void collect(Container& in);
