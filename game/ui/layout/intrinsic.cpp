@@ -207,7 +207,7 @@ double Solver::stretched_height(std::int32_t box, double width, double room, dou
   const double result = limits(style, 1, percent_height, own_frame).clamp(std::max(own_frame, room - margins));
   if (remembers && !(is_known(unstretched) && near(result, unstretched))) {
     memo.stretched[memo.next_stretched] = {width, room, result};
-    memo.next_stretched = static_cast<std::uint8_t>((memo.next_stretched + 1) % memo.stretched.size());
+    memo.next_stretched ^= 1;
   }
   return result;
 }

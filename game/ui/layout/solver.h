@@ -42,7 +42,7 @@ struct Memo {
   };
   std::array<Width, 4> widths;
   std::array<Height, 2> heights;
-  std::array<Stretched, 4> stretched;
+  std::array<Stretched, 2> stretched;
   std::uint8_t next_width = 0, next_height = 0, next_stretched = 0;
   bool width_follows_height = false;  // whether its intrinsic width is another one where its height is known
   bool holds_stretched = false;       // whether boxes inside it remember the height that they were stretched to
