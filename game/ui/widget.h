@@ -59,8 +59,8 @@ struct Rect {
 };
 
 inline PropertyObject* object_of(const Value& widget) { return property_object(widget); }
-inline bool is_plain_struct(const Value& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
-inline bool is_widget(const Value& value) { return is_plain_struct(value) && object_of(value)->find_variable(rect_x.slot) != nullptr; }
+inline bool is_plain_struct(const RValue& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
+inline bool is_widget(const RValue& value) { return is_plain_struct(value) && value.object->find_variable(rect_x.slot) != nullptr; }
 inline bool is_same(const Value& a, const Value& b) { return a.is_object() && b.is_object() && a.object == b.object; }
 
 // Scripts may write anything into any field of a widget or a style. What the toolkit reads while it works goes through these: a field
@@ -79,7 +79,7 @@ inline bool is_set(const Value& widget, const Variable& field, bool otherwise = 
 }
 inline Value struct_in(const Value& widget, const Variable& field) {
   const RValue* found = optional_field(widget, field);
-  return found != nullptr && is_plain_struct(Value(RValue(*found))) ? Value(RValue(*found)) : Value();
+  return found != nullptr && is_plain_struct(*found) ? Value(RValue(*found)) : Value();
 }
 // Undefined when there is none.
 inline Value array_in(const Value& widget, const Variable& field) {
@@ -96,8 +96,8 @@ inline Rect rect_of(const Value& widget) {
 // A widget stands in its parent, that one in its own, and so on; deeper trees are refused when they are made and not arranged.
 inline constexpr int kDeepest = 500;
 inline Value parent_of(const Value& widget) {
-  const Value above = struct_in(widget, parent);
-  return is_widget(above) ? above : Value();
+  const RValue* const above = optional_field(widget, parent);
+  return above != nullptr && is_widget(*above) ? Value(RValue(*above)) : Value();
 }
 // The widget and all that it stands in, for `for (const Value& at : upwards(widget))`. Ends also where scripts made a circle.
 class Upwards {
@@ -108,9 +108,9 @@ class Upwards {
     int left;
     const Value& operator*() const { return at; }
     Iterator& operator++() { return at = --left > 0 ? parent_of(at) : Value(), *this; }
-    bool operator!=(const Iterator&) const { return is_widget(at); }
+    bool operator!=(const Iterator&) const { return !at.is_undefined(); }
   };
-  Iterator begin() const { return {from_, kDeepest + 1}; }
+  Iterator begin() const { return {is_widget(from_) ? from_ : Value(), kDeepest + 1}; }
   Iterator end() const { return {Value(), 0}; }
 
  private:
