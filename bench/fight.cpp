@@ -10,6 +10,7 @@
 #include "game/flow/reward.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
 
 namespace bench {
@@ -25,9 +26,9 @@ struct Fight {
   double mean, worst;  // required milliseconds; the worst is the 99th percentile
 };
 
-class Stage {
+class FightScene {
  public:
-  explicit Stage(const Fight& fight) : fight_(fight) {
+  explicit FightScene(const Fight& fight) : fight_(fight) {
     world().enter_room(1);
     using namespace arena::game;
     oLevel1[wave_pause] = true;  // no waves of its own
@@ -85,12 +86,12 @@ double at_share(std::vector<double> values, double share) {
 }
 
 void run_one(host::Game& game, const Fight& fight, int frames, double scale) {
-  Stage stage(fight);
+  FightScene scene(fight);
   std::vector<double> totals;
   StageTimes sum{};
   double pause = 0, droplets = 0;
   for (int i = 0; i < frames + kSettling; ++i) {
-    stage.prepare();
+    scene.prepare();
     game.run_frame(16667);
     if (i < kSettling) continue;
     const StageTimes& times = last_stage_times();

@@ -20,6 +20,7 @@
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/resolve.h"
+#include "runtime/instances_loop/stage_times.h"
 #include "runtime/memory/block_pool.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/names.h"
