@@ -25,8 +25,9 @@ void follow_binding(const Value& widget) {
 }
 
 void advance_tweens(const Value& widget, double dt) {
-  const Value all = array_in(widget, tweens), left = array_create(0);
+  const Value all = array_in(widget, tweens);
   if (is_undefined(all)) return;
+  const Value left = array_create(0);
   for (const Value& each : elements(all)) {
     if (!is_plain_struct(each)) continue;
     each[passed] = number_or(each, passed, 0) + dt;

@@ -15,7 +15,8 @@ constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is s
 
 int font_of(const Value& widget) {
   const bool is_caption = number_or(widget, caption_of_button, 0) > 0;
-  const int wanted = whole_or(widget, font, whole_or(style_of(widget), is_caption ? font_button : font_text, -1));
+  const bool has_own = has_number(widget, font);
+  const int wanted = has_own ? whole_or(widget, font, -1) : whole_or(style_of(widget), is_caption ? font_button : font_text, -1);
   return bool(font_exists(wanted)) ? wanted : -1;
 }
 
@@ -53,7 +54,9 @@ std::string shown_text(const Value& widget) {
 
 int style_color(const Value& widget, const Variable& field) { return whole_or(style_of(widget), field, c_white); }
 
-int own_color_or(const Value& widget, const Variable& from_style) { return whole_or(widget, color, style_color(widget, from_style)); }
+int own_color_or(const Value& widget, const Variable& from_style) {
+  return has_number(widget, color) ? whole_or(widget, color, c_white) : style_color(widget, from_style);
+}
 
 void paint_rectangle(const Rect& at, int tint, double opacity) {
   if (at.width <= 0 || at.height <= 0) return;

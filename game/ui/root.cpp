@@ -5,6 +5,7 @@ namespace arena::game {
 
 void follow_binding(const Value& widget);
 void advance_tweens(const Value& widget, double dt);
+extern const Method TuiBase_onUpdate;
 
 namespace {
 
@@ -43,6 +44,13 @@ std::vector<Value> shown_widgets(const Value& root) {
   return found;
 }
 
+// Whether a kind of widget, or a script, put something else in the place of the empty method that all widgets have.
+bool has_own_way(const Value& widget, const Variable& method, const Method& empty) {
+  const RValue* const found = optional_field(widget, method);
+  const MethodClosure* const code = found != nullptr ? method_of(*found) : nullptr;
+  return found != nullptr && (code == nullptr || code->function != &empty.function());
+}
+
 bool stands_in(const Value& widget, const Value& holder) {
   for (const Value& at : upwards(widget)) {
     if (is_same(at, holder)) return true;
@@ -62,8 +70,12 @@ bool takes_pointer(const Value& widget) {
 bool is_true(const Value& answer) { return is_numeric(answer) && to_real(answer) > 0.5; }
 
 bool is_under(const Value& widget, double at_x, double at_y) {
-  return rect_of(widget).contains(at_x, at_y) && at_x >= number_or(widget, clip_left, 0) && at_x < number_or(widget, clip_right, 0) &&
-         at_y >= number_or(widget, clip_top, 0) && at_y < number_or(widget, clip_bottom, 0);
+  const auto spans = [&](const Variable& from, const Variable& across, double at) {
+    const double start = number_or(widget, from, 0);
+    return at >= start && at < start + number_or(widget, across, 0);
+  };
+  return spans(rect_x, rect_width, at_x) && spans(rect_y, rect_height, at_y) && at_x >= number_or(widget, clip_left, 0) &&
+         at_x < number_or(widget, clip_right, 0) && at_y >= number_or(widget, clip_top, 0) && at_y < number_or(widget, clip_bottom, 0);
 }
 
 // The modal widget above all others, or undefined.
@@ -300,7 +312,7 @@ STATIC_METHOD(TuiMain, update) {
     if (is_set(each, is_destroyed)) continue;  // by one before it
     follow_binding(each);
     advance_tweens(each, dt);
-    call_own(each, onUpdate, {Real(dt)});
+    if (has_own_way(each, onUpdate, TuiBase_onUpdate)) call_own(each, onUpdate, {Real(dt)});
   }
   const bool resized = number_or(self, last_width, 0) != across || number_or(self, last_height, 0) != down;
   self[last_width] = across;

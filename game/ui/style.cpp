@@ -13,7 +13,8 @@ constexpr int kInk = 0xF2EEE8, kFaint = 0x9A9086, kPanel = 0x3A322B, kButton = 0
 }  // namespace
 
 Value style_of(const Value& widget) {
-  for (const Value& at : upwards(widget)) {
+  Value at = widget;
+  for (int left = kDeepest; left >= 0 && !is_undefined(at); --left, at = struct_in(at, parent)) {
     const Value own = struct_in(at, style);
     if (!is_undefined(own)) return own;
   }

@@ -74,6 +74,10 @@ inline double number_or(const Value& widget, const Variable& field, double other
   const RValue* found = optional_field(widget, field);
   return found != nullptr && is_numeric(*found) ? to_real(*found) : otherwise;
 }
+inline bool has_number(const Value& widget, const Variable& field) {
+  const RValue* found = optional_field(widget, field);
+  return found != nullptr && is_numeric(*found);
+}
 inline bool is_set(const Value& widget, const Variable& field, bool otherwise = false) {
   return number_or(widget, field, otherwise ? 1 : 0) > 0.5;
 }

@@ -80,8 +80,12 @@ const RValue* PropertyObject::find_own(std::int32_t id) const {
 }
 
 const RValue* PropertyObject::find_variable(std::int32_t id) {
-  const RValue* const found = find_own(id);
-  return found != nullptr || prototype == nullptr ? found : prototype->find_variable(id);
+  const bool is_in_tables = id >= 0 && id < shape_table_size();
+  for (const PropertyObject* at = this; at != nullptr; at = at->prototype) {
+    const RValue* const found = at->dictionary_ != nullptr ? at->dictionary_->find(id) : is_in_tables ? at->find_in_row(id) : nullptr;
+    if (found != nullptr) return found;
+  }
+  return nullptr;
 }
 
 RValue* PropertyObject::get_variable_ref(std::int32_t id) {
