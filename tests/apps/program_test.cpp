@@ -118,6 +118,24 @@ TEST(Program, WhatCannotBeReadOrWrittenIsOneLine) {
   std::filesystem::remove_all(folder);
 }
 
+// As one who may not read it, and from a disk that fails in the middle of it.
+TEST(Program, AnUnreadableDataFileIsOneLine) {
+  const std::string folder = temporary_path("unreadable"), data = folder + "/arena.dat", errors = temporary_path("errors");
+  std::filesystem::create_directories(folder);
+  std::filesystem::copy_file(ARENA_DATA_FILE, data, std::filesystem::copy_options::overwrite_existing);
+  const std::string start = "timeout 60 " + std::string(kArena) + "--headless --frames 1 --data " + data + " 2>" + errors;
+#ifdef ARENA_FAILING_READS
+  EXPECT_EQ(run_shell("LD_PRELOAD=" ARENA_FAILING_READS " " + start), 1);
+  EXPECT_EQ(text_of_file(errors), "arena: " + data + ": the data file cannot be read to its end\n");
+#endif
+  std::filesystem::permissions(data, std::filesystem::perms::none);
+  const std::string nobody = run_shell("[ $(id -u) = 0 ]") == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
+  if (run_shell(nobody + kArena + "--version >/dev/null 2>&1") != 0) GTEST_SKIP() << "nobody else may run the program here";
+  EXPECT_EQ(run_shell(nobody + start), 1);
+  EXPECT_EQ(text_of_file(errors), "arena: " + data + ": the data file cannot be opened\n");
+  std::filesystem::remove_all(folder);
+}
+
 // The program, its input held open, gets a signal once it has begun.
 int status_after(const std::string& signal, const std::string& arguments, const std::string& input) {
   const std::string folder = temporary_path("signals");

@@ -58,11 +58,14 @@ TEST(Window, KeysOfAnyLayoutReachTheGame) {
   reset_input();
   set_typed("abc");
   press(SDL_KEYDOWN, SDL_SCANCODE_W, 0x446);
+  press(SDL_KEYDOWN, SDL_SCANCODE_Q, SDLK_a);  // French
+  press(SDL_KEYDOWN, SDL_SCANCODE_E, 0x443);   // Russian
   press(SDL_KEYDOWN, SDL_SCANCODE_BACKSPACE, SDLK_BACKSPACE);
   press(SDL_KEYDOWN, SDL_SCANCODE_BACKSPACE, SDLK_BACKSPACE, true);
   window->poll();
   begin_input_frame();
-  EXPECT_TRUE(key_test(input_state().key_pressed, 'W'));
+  for (const int place : {'W', 'Q', 'E'}) EXPECT_TRUE(key_test(input_state().key_pressed, place)) << place;
+  EXPECT_FALSE(key_test(input_state().key_pressed, 'A'));
   EXPECT_EQ(input_state().typed, "a");
   press(SDL_KEYDOWN, SDL_SCANCODE_W, 0x446, true);
   press(SDL_KEYUP, SDL_SCANCODE_W, SDLK_z);  // the layout changed meanwhile

@@ -1,0 +1,111 @@
+"""Opens the program in a window of a display of its own, without a window manager: it fills the display when asked to, and ends in time.
+
+usage: check_display.py ARENA
+"""
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+ARENA = sys.argv[1]
+SIZE = (1600, 900)
+UNSEEN = ("arena: there is no display; the game plays itself off-screen", "Screenshots/show-")  # what a run that nobody sees says
+BEGIN_SECONDS, END_SECONDS = 60, 20
+
+
+class Display:
+    """A display server without a screen."""
+
+    def __enter__(self):
+        reader, writer = os.pipe()
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "%dx%dx24" % SIZE, "-nolisten", "tcp"],
+                                       pass_fds=[writer], stderr=subprocess.DEVNULL)
+        os.close(writer)
+        with os.fdopen(reader) as stream:
+            self.name = ":" + stream.readline().strip()
+        return self
+
+    def __exit__(self, *_):
+        self.server.terminate()
+        self.server.wait()
+
+    def ask(self, *command):
+        done = subprocess.run(["xdotool", *command], env=dict(os.environ, DISPLAY=self.name), capture_output=True, text=True)
+        return done.stdout if done.returncode == 0 else ""
+
+
+def start(display, home, *arguments):
+    environment = dict(os.environ, HOME=home, SDL_AUDIODRIVER="dummy", ALSOFT_DRIVERS="null", XDG_STATE_HOME=home, XDG_DATA_HOME=home)
+    for name in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"):
+        environment.pop(name, None)
+    if display is not None:
+        environment["DISPLAY"] = display.name
+    return subprocess.Popen([ARENA, "--mute", "--room", "rArena", "--demo", *arguments], cwd=home, env=environment, stderr=subprocess.PIPE,
+                            text=True)
+
+
+def until(condition, program):
+    """What the condition gives once it holds; None when the program ended first or time is up."""
+    for _ in range(BEGIN_SECONDS * 20):
+        found = condition()
+        if found:
+            return found
+        if program.poll() is not None:
+            break
+        time.sleep(0.05)
+    return None
+
+
+def geometry(display):
+    """(x, y, width, height) of the shown window, or None."""
+    windows = display.ask("search", "--onlyvisible", "--name", ".").split()
+    if not windows:
+        return None
+    lines = dict(line.split("=") for line in display.ask("getwindowgeometry", "--shell", windows[-1]).split())
+    return tuple(int(lines[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")) if "WIDTH" in lines else None
+
+
+def end(program, by, expected):
+    signal_name = by.name
+    program.send_signal(by)
+    try:
+        _, errors = program.communicate(timeout=END_SECONDS)
+    except subprocess.TimeoutExpired:
+        program.kill()
+        return ["%s: the program did not end" % signal_name]
+    problems = []
+    if program.returncode != expected:
+        problems.append("%s: status %d instead of %d" % (signal_name, program.returncode, expected))
+    unexpected = [line for line in errors.splitlines() if not line.startswith(UNSEEN)]
+    if unexpected:
+        problems.append("%s: it wrote %r" % (signal_name, unexpected))
+    return problems
+
+
+def check():
+    problems = []
+    with Display() as display:
+        with tempfile.TemporaryDirectory() as home:
+            program = start(display, home, "--fullscreen")
+            if until(lambda: geometry(display) == (0, 0) + SIZE, program) is None:
+                problems.append("fullscreen: the window is %s on a display of %s" % (geometry(display), SIZE))
+            problems += end(program, signal.SIGTERM, 143)
+        with tempfile.TemporaryDirectory() as home:
+            program = start(display, home)
+            if until(lambda: geometry(display), program) is None:
+                problems.append("no window opened")
+            problems += end(program, signal.SIGINT, 130)
+    for by, status in ((signal.SIGTERM, 143), (signal.SIGINT, 130)):
+        with tempfile.TemporaryDirectory() as home:
+            program = start(None, home, "--frames", "10000000")
+            if until(lambda: os.path.exists(home + "/Screenshots/show-1.png"), program) is None:
+                problems.append("without a display: no picture was left")
+            problems += end(program, by, status)
+    return problems
+
+
+found = check()
+print("\n".join(found))
+sys.exit(1 if found else 0)
