@@ -67,7 +67,14 @@ std::vector<bench::PlainEnemy> places(int count) {
 
 struct Crowd {
   double logic, frame, plain, lua, longest_pause, usual_pause, memory_growth;
+  double snapshot, restore;  // milliseconds
 };
+
+double milliseconds_of(const std::function<void()>& work) {
+  const Clock::time_point before = Clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(Clock::now() - before).count();
+}
 
 // Real enemies around a standing player whose health is out of reach; the plain structs step in the same loop, frame by frame.
 Crowd run_crowd(host::Game& game, int count, int frames) {
@@ -83,7 +90,8 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
   bench::PlainCrowd plain(start);
   bench::LuaCrowd lua(count);
 
-  std::vector<double> logic, frame, plain_times, lua_times, pauses;
+  std::vector<double> logic, frame, plain_times, lua_times, pauses, snapshots, restores;
+  Snapshot snapshot;
   std::size_t memory = 0;
   for (int i = 0; i < frames + 60; ++i) {
     player->x = player->y = 2000;
@@ -91,9 +99,11 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
     write_variable(player, variable_id("invulnerable_timer"), RValue(10.0));
     game.run_frame(16667);
     const StageTimes& times = last_stage_times();
-    const Clock::time_point before = Clock::now();
-    plain.step(2000, 2000, 1.0 / 60);
-    const double plain_time = std::chrono::duration<double, std::milli>(Clock::now() - before).count();
+    const double plain_time = milliseconds_of([&] { plain.step(2000, 2000, 1.0 / 60); });
+    if (i % 10 == 5) {
+      snapshots.push_back(milliseconds_of([&] { game.take_snapshot(snapshot); }));
+      restores.push_back(milliseconds_of([&] { game.restore(snapshot); }));
+    }
     // Lua in bursts, so that it runs under the same load but does not push the others out of the caches at every frame.
     for (int burst = 0; i % 10 == 9 && burst < 3; ++burst) lua_times.push_back(lua.step());
     if (i == 60) memory = allocated_bytes();
@@ -105,13 +115,13 @@ Crowd run_crowd(host::Game& game, int count, int frames) {
   }
   const double growth = static_cast<double>(allocated_bytes()) / static_cast<double>(memory);
   return {median(logic),  median(frame), median(plain_times), median(lua_times), *std::max_element(pauses.begin(), pauses.end()),
-          median(pauses), growth};
+          median(pauses), growth,        median(snapshots),   median(restores)};
 }
 
 void print_crowd(const char* name, const Crowd& crowd) {
-  std::printf("%-10s %10.3f %10.3f %10.3f %10.3f %12.2f %12.2f %12.3f %12.3f %10.3f\n", name, crowd.logic, crowd.frame, crowd.plain,
-              crowd.lua, crowd.logic / crowd.plain, crowd.lua > 0 ? crowd.logic / crowd.lua : 0, crowd.usual_pause, crowd.longest_pause,
-              crowd.memory_growth);
+  std::printf("%-10s %10.3f %10.3f %10.3f %10.3f %12.2f %12.2f %12.3f %12.3f %10.3f %10.3f %10.3f\n", name, crowd.logic, crowd.frame,
+              crowd.plain, crowd.lua, crowd.logic / crowd.plain, crowd.lua > 0 ? crowd.logic / crowd.lua : 0, crowd.usual_pause,
+              crowd.longest_pause, crowd.memory_growth, crowd.snapshot, crowd.restore);
 }
 
 std::map<std::string, double> lua_micro(const char* flags) {
@@ -175,8 +185,8 @@ int main(int argc, char** argv) {
     problem = started.problem;
     if (const auto& game = started.game; game != nullptr) {
       const int frames = argc > 1 ? std::atoi(argv[1]) : 240;
-      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s\n", look_up_names().report().c_str(), "crowd", "logic ms",
-                  "frame ms", "plain ms", "luajit ms", "logic/plain", "logic/lua", "pause", "pause max", "memory");
+      std::printf("%s%-10s %10s %10s %10s %10s %12s %12s %12s %12s %10s %10s %10s\n", look_up_names().report().c_str(), "crowd", "logic ms",
+                  "frame ms", "plain ms", "luajit ms", "logic/plain", "logic/lua", "pause", "pause max", "memory", "snapshot", "restore");
       print_crowd("1,000", run_crowd(*game, 1000, frames));
       const Crowd large = run_crowd(*game, 10000, frames);
       print_crowd("10,000", large);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "runtime/session/session.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 
@@ -19,7 +18,7 @@ bool matches(const Voice& voice, std::int32_t handle_or_sound) {
   return handle_or_sound >= kFirstHandle ? voice.handle == handle_or_sound : voice.sound == handle_or_sound;
 }
 
-const Part<Audio> part{PartLevel::kServices, "sounds"};
+const StatePart<Audio> part{PartLevel::kServices, "sounds"};
 
 }  // namespace
 
@@ -57,22 +56,22 @@ double Audio::loudness(const Voice& voice) const {
 }
 
 std::int32_t Audio::play(const Voice& voice) {
-  voices_.push_back(voice);
-  Voice& made = voices_.back();
+  playing.push_back(voice);
+  Voice& made = playing.back();
   made.pitch = std::max(made.pitch, kLowestPitch);
   made.offset = std::max(made.offset, 0.0);
-  made.handle = made.group = next_handle_++;
+  made.handle = made.group = next_handle++;
   if (!made.loop && made.offset == 0) {
-    Start& start = starts_[{made.sound, made.is_positional}];
-    if (start.time >= 0 && clock_ - start.time <= kSharedFor) {
+    Start& start = starts[{made.sound, made.is_positional}];
+    if (start.time >= 0 && clock - start.time <= kSharedFor) {
       made.group = start.group;
     } else {
-      start = {made.handle, clock_};
+      start = {made.handle, clock};
     }
   }
-  if (started_.size() < kMostRemembered) started_.push_back(made);
+  if (started.size() < kMostRemembered) started.push_back(made);
   const std::int32_t handle = made.handle;
-  if (voices_.size() > kMostVoices) voices_.erase(voices_.begin());
+  if (playing.size() > kMostVoices) playing.erase(playing.begin());
   return handle;
 }
 
@@ -86,7 +85,7 @@ auto Audio::at_handle(Voices& voices, std::int32_t handle) {
 
 template <class Change>
 void Audio::for_matching(std::int32_t handle_or_sound, Change change) {
-  for (std::vector<Voice>* voices : {&voices_, &started_}) {  // pitch and gain set in the same frame belong to the start
+  for (std::vector<Voice>* voices : {&playing, &started}) {  // pitch and gain set in the same frame belong to the start
     if (handle_or_sound >= kFirstHandle) {
       if (Voice* voice = at_handle(*voices, handle_or_sound)) change(*voice);
       continue;
@@ -98,21 +97,10 @@ void Audio::for_matching(std::int32_t handle_or_sound, Change change) {
 }
 
 void Audio::stop(std::int32_t handle_or_sound) {
-  voices_.erase(std::remove_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }),
-                voices_.end());
+  playing.erase(std::remove_if(playing.begin(), playing.end(), [&](const Voice& voice) { return matches(voice, handle_or_sound); }),
+                playing.end());
 }
-void Audio::stop_all() { voices_.clear(); }
-void Audio::reset() {
-  voices_.clear();
-  started_.clear();
-  fades_.clear();
-  starts_.clear();
-  next_handle_ = kFirstHandle;
-  clock_ = 0;
-  master_gain = 1;
-  listener = {};
-  falloff = Falloff::kNone;
-}
+void Audio::stop_all() { playing.clear(); }
 void Audio::set_paused(std::int32_t handle_or_sound, bool paused) {
   for_matching(handle_or_sound, [&](Voice& voice) { voice.is_paused = paused; });
 }
@@ -124,52 +112,52 @@ void Audio::set_gain(std::int32_t handle_or_sound, double gain, double seconds) 
   if (seconds <= 0) {
     for_matching(handle_or_sound, [&](Voice& voice) { voice.gain = gain; });
   }
-  for (const Voice& voice : voices_) {
+  for (const Voice& voice : playing) {
     if (!matches(voice, handle_or_sound)) continue;
-    std::erase_if(fades_, [&](const Fade& fade) { return fade.handle == voice.handle; });
-    if (seconds > 0) fades_.push_back({voice.handle, gain, (gain - voice.gain) / seconds});
+    std::erase_if(fades, [&](const Fade& fade) { return fade.handle == voice.handle; });
+    if (seconds > 0) fades.push_back({voice.handle, gain, (gain - voice.gain) / seconds});
   }
 }
 
 bool Audio::is_playing(std::int32_t handle_or_sound) const {
-  return std::any_of(voices_.begin(), voices_.end(),
+  return std::any_of(playing.begin(), playing.end(),
                      [&](const Voice& voice) { return matches(voice, handle_or_sound) && !voice.is_paused; });
 }
 bool Audio::is_paused(std::int32_t handle_or_sound) const {
-  return std::any_of(voices_.begin(), voices_.end(),
+  return std::any_of(playing.begin(), playing.end(),
                      [&](const Voice& voice) { return matches(voice, handle_or_sound) && voice.is_paused; });
 }
-const Voice* Audio::find(std::int32_t handle) const { return at_handle(voices_, handle); }
+const Voice* Audio::find(std::int32_t handle) const { return at_handle(playing, handle); }
 bool Audio::exists(std::int32_t handle_or_sound) const { return has_sound(handle_or_sound) || find(handle_or_sound) != nullptr; }
 
 void Audio::advance(double seconds) {
-  clock_ += seconds;
-  std::erase_if(fades_, [&](const Fade& fade) {
-    Voice* const voice = at_handle(voices_, fade.handle);
+  clock += seconds;
+  std::erase_if(fades, [&](const Fade& fade) {
+    Voice* const voice = at_handle(playing, fade.handle);
     if (voice == nullptr) return true;
     const double left = fade.target - voice->gain, step = fade.per_second * seconds;
     const bool arrives = std::fabs(step) >= std::fabs(left);
     voice->gain = arrives ? fade.target : voice->gain + step;
     return arrives;
   });
-  for (Voice& voice : voices_) {
+  for (Voice& voice : playing) {
     if (voice.is_paused) continue;
     voice.offset += seconds * voice.pitch;
     const double length = clips[static_cast<std::size_t>(voice.sound)].seconds();
     if (voice.loop && length > 0) voice.offset = std::fmod(voice.offset, length);
   }
-  voices_.erase(std::remove_if(voices_.begin(), voices_.end(),
+  playing.erase(std::remove_if(playing.begin(), playing.end(),
                                [&](const Voice& voice) {
                                  return !voice.loop && voice.offset >= clips[static_cast<std::size_t>(voice.sound)].seconds();
                                }),
-                voices_.end());
+                playing.end());
 }
 
 std::vector<Voice> Audio::sounding() const {
   std::vector<Voice> groups;
   std::map<std::int32_t, std::size_t> places;
   std::vector<double> loudest;
-  for (const Voice& voice : voices_) {
+  for (const Voice& voice : playing) {
     const auto [place, is_first] = places.try_emplace(voice.group, groups.size());
     const double heard = voice.is_paused ? -1 : loudness(voice);
     if (is_first) {
@@ -199,7 +187,7 @@ void Audio::feed(Device& device) const { device.follow(sounding(), listener, fal
 
 std::vector<Voice> Audio::take_started() {
   std::vector<Voice> taken;
-  taken.swap(started_);
+  taken.swap(started);
   return taken;
 }
 

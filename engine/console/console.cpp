@@ -35,6 +35,7 @@ class LastValue final : public Holder {
  public:
   LastValue() : Holder(Keeps::kToolState) {}
   void visit_values(ValueVisitor& visitor) override { visitor(value); }
+  void let_go() override { value = RValue(); }
   RValue value;
 };
 
@@ -103,6 +104,15 @@ std::string hex(std::uint64_t number) {
   return digits;
 }
 
+json hash_json(const json& request) {
+  json reply = {{"hash", hex(state_hash())}};
+  if (!request.contains("parts") || !flag(request, "parts")) return reply;
+  json parts = json::object();
+  for (const StateFigure& figure : state_figures()) parts[figure.name] = hex(figure.hash);
+  reply["parts"] = std::move(parts);
+  return reply;
+}
+
 }  // namespace
 
 struct Console::State {
@@ -155,7 +165,7 @@ struct Console::State {
     if (request.contains("draws")) return draw_calls_json();
     if (request.contains("sounds")) return sounds_json();
     if (request.contains("log")) return {{"log", take_log()}};
-    if (request.contains("hash")) return {{"hash", hex(state_hash())}};
+    if (request.contains("hash")) return hash_json(request);
     if (request.contains("stages")) return stages_json();
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
     throw RequestError{"unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, stages, quit"};

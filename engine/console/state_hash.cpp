@@ -1,20 +1,15 @@
 #include "engine/console/state_hash.h"
 
-#include <algorithm>
 #include <bit>
-#include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "runtime/arrays_structs/array.h"
-#include "runtime/arrays_structs/container_stack.h"
-#include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
-#include "runtime/instances_loop/builtin_variables.h"
-#include "runtime/instances_loop/clock.h"
-#include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/session/session.h"
+#include "runtime/session/state_visitor.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/names.h"
@@ -22,35 +17,53 @@
 namespace arena::console {
 namespace {
 
-// Goes over the whole state in one order, whatever is made of it.
-class StateWalk : public ValueVisitor {
+// Follows the values of what is shown, in one order, whatever is made of it.
+class StateWalk : public StateVisitor {
  public:
-  StateWalk() : ValueVisitor(true) {}
-  virtual void number(std::uint64_t bits) = 0;
-  virtual void real(double value) = 0;
-  virtual void text(std::string_view text) = 0;
-  virtual void clock(std::int64_t microseconds) = 0;
-  virtual void id(std::int32_t instance) = 0;
-
-  void world_state() {
-    number(static_cast<std::uint64_t>(world().room));
-    clock(game_clock().total_microseconds);
-    for (const std::uint64_t word : game_random().state) number(word);
-    visit(RValue::of_object(global_object()));
-    for (CInstance* each : world().all()) {
-      if (each->is_alive) instance(*each);
+  void whole_session() {
+    for (std::size_t i = 0; i < session().part_count(); ++i) {
+      group(Session::part_name(i));
+      session().part_at(i).visit(*this);
     }
-    Holder::visit_game_state(*this);
-    // The content of all containers that were met, in that order.
-    for (std::size_t i = 0; i < waiting_.size(); ++i) object(*waiting_[i]);
-    waiting_.clear();
+    leave_group();
   }
 
-  void visit(const RValue& value) override {
-    number(value.kind());
+  void group(std::string_view name) override {
+    leave_group();
+    begin_group(name);
+    ++groups_;
+    met_in_group_ = 0;
+  }
+  void value(RValue& value) override { plain(value); }
+  void object(WBObjectBase* object) override {
+    if (object != nullptr) enter(object);
+  }
+  void variables(WBObjectBase& of) override {
+    PropertyObject& object = static_cast<PropertyObject&>(of);
+    for (const std::int32_t id : object.variable_ids()) {
+      text(variable_name(id));
+      plain(*object.find_variable(id));
+    }
+  }
+
+ protected:
+  virtual void begin_group(std::string_view) {}
+  virtual void end_group() {}
+
+ private:
+  void leave_group() {
+    // The content of all containers that were met, in that order.
+    for (std::size_t i = 0; i < waiting_.size(); ++i) content(*waiting_[i]);
+    waiting_.clear();
+    if (groups_ > 0) end_group();
+  }
+  void whole(std::uint64_t bits) { number(bits); }
+  void plain(const RValue& value) {
+    whole(value.kind());
+    double shown = value.real;
     switch (value.kind()) {
       case kNumber:
-      case kBool: real(value.real); break;
+      case kBool: real(shown); break;
       case kString: text(text_of(value)); break;
       case kArray:
         if (value.array != nullptr) enter(value.array->owner);
@@ -59,70 +72,75 @@ class StateWalk : public ValueVisitor {
         if (value.object != nullptr) enter(value.object);
         break;
       case kPointer: break;  // an address is no state
-      default: number(static_cast<std::uint64_t>(value.i64)); break;
+      default: whole(static_cast<std::uint64_t>(value.i64)); break;
     }
   }
-
- private:
-  void instance(CInstance& instance) {
-    id(instance.id);
-    text(instance.type->definition.name);
-    for (std::int32_t i = 0; i < builtin_variable_count(); ++i) {
-      const BuiltinVariable& variable = builtin_variable_at(i);
-      if (!variable.belongs_to_instance || variable.set == nullptr) continue;
-      for (std::int32_t at = 0; at < std::max(variable.length, 1); ++at) visit(variable.get(&instance, at));
-    }
-    variables(instance);
-  }
-
-  // A container counts once; meeting it again enters its number, so that cycles end and shared parts show. Its content comes later, for
-  // containers may stand in one another deeper than the native stack reaches.
+  // A container counts once; meeting it again enters its number (which of the how manieth group), so that cycles end and shared parts
+  // show. Its content comes later, for containers may stand in one another deeper than the native stack reaches.
   void enter(WBObjectBase* object) {
-    const auto [place, is_new] = seen_.emplace(object, seen_.size());
-    number(place->second);
-    if (is_new) waiting_.push_back(object);
+    const auto [place, is_new] = seen_.emplace(object, Place{groups_, met_in_group_});
+    whole(place->second.group);
+    whole(place->second.number);
+    if (!is_new) return;
+    ++met_in_group_;
+    waiting_.push_back(object);
   }
-  void object(WBObjectBase& object) {
+  void content(WBObjectBase& object) {
     if (object.object_kind == ObjectKind::kArray) {
-      object.visit_values(*this);
+      const ArrayRecord& array = static_cast<GCArrayThing&>(object).record;
+      for (std::int32_t i = 0; i < array.length; ++i) plain(array.elements[i]);
       return;
     }
     if (object.object_kind == ObjectKind::kInstance) {
-      id(static_cast<CInstance&>(object).id);
+      instance_id(static_cast<CInstance&>(object).id);
       return;
     }
     if (object.object_kind == ObjectKind::kMethod) {
       const MethodClosure& closure = static_cast<MethodClosure&>(object);
       text(function_name_of(closure));
-      visit(closure.bound_self);
+      plain(closure.bound_self);
     }
-    variables(static_cast<PropertyObject&>(object));
+    if (PropertyObject* const prototype = static_cast<PropertyObject&>(object).prototype) enter(prototype);
+    variables(object);
   }
-  void variables(PropertyObject& object) {
-    for (const std::int32_t id : object.variable_ids()) {
-      text(variable_name(id));
-      visit(*object.find_variable(id));
-    }
-  }
-  std::unordered_map<const WBObjectBase*, std::size_t> seen_;
+
+  struct Place {
+    std::uint64_t group, number;
+  };
+  std::unordered_map<const WBObjectBase*, Place> seen_;
   std::vector<WBObjectBase*> waiting_;
+  std::uint64_t groups_ = 0, met_in_group_ = 0;
 };
 
 class Hasher final : public StateWalk {
  public:
-  std::uint64_t hash = 0xCBF29CE484222325u;
+  std::vector<StateFigure> figures;  // of groups that showed anything
 
-  void number(std::uint64_t bits) override {
+  void number(std::uint64_t& bits) override { add(bits); }
+  void count(std::uint64_t elements) override { add(elements); }
+  void real(double& value) override { add(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
+  void text(std::string_view text) override {
+    for (const char c : text) add(static_cast<unsigned char>(c));
+    add(text.size());
+  }
+  void clock(std::int64_t& microseconds) override { add(static_cast<std::uint64_t>(microseconds)); }
+  void instance_id(std::int32_t id) override { add(static_cast<std::uint64_t>(id)); }
+
+ private:
+  void begin_group(std::string_view name) override {
+    figures.push_back({std::string(name), 0xCBF29CE484222325u});
+    is_empty_ = true;
+  }
+  void end_group() override {
+    if (is_empty_) figures.pop_back();
+  }
+  void add(std::uint64_t bits) {
+    is_empty_ = false;
+    std::uint64_t& hash = figures.back().hash;
     hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
     hash ^= hash >> 29;
   }
-  void real(double value) override { number(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
-  void text(std::string_view text) override {
-    for (const char c : text) number(static_cast<unsigned char>(c));
-    number(text.size());
-  }
-  void clock(std::int64_t microseconds) override { number(static_cast<std::uint64_t>(microseconds)); }
-  void id(std::int32_t instance) override { number(static_cast<std::uint64_t>(instance)); }
+  bool is_empty_ = true;
 };
 
 class Describer final : public StateWalk {
@@ -134,36 +152,48 @@ class Describer final : public StateWalk {
   }
   std::string lines;
 
-  void number(std::uint64_t bits) override { lines += std::to_string(bits) + '\n'; }
-  void real(double value) override {
+  void name(std::string_view name) override { (lines += name) += ": "; }
+  void number(std::uint64_t& bits) override { lines += std::to_string(bits) + '\n'; }
+  void count(std::uint64_t elements) override { number(elements); }
+  void real(double& value) override {
     if (places_.contains(value)) {
-      id(saturate_int32(value));
+      instance_id(saturate_int32(value));
     } else {
       lines += real_to_exact_text(value) + '\n';
     }
   }
   void text(std::string_view text) override { lines.append(text) += '\n'; }
-  void clock(std::int64_t) override {}
-  void id(std::int32_t instance) override {
+  void clock(std::int64_t&) override {}
+  void instance_id(std::int32_t instance) override {
     const auto found = places_.find(instance);
     lines += found != places_.end() ? "instance " + std::to_string(found->second) + '\n' : "dead\n";
   }
 
  private:
+  void begin_group(std::string_view name) override { ((lines += "-- ") += name) += '\n'; }
   std::unordered_map<double, std::size_t> places_;  // of the living, by id
 };
 
 }  // namespace
 
-std::uint64_t state_hash() {
+std::vector<StateFigure> state_figures() {
   Hasher hasher;
-  hasher.world_state();
-  return hasher.hash;
+  hasher.whole_session();
+  return std::move(hasher.figures);
+}
+
+std::uint64_t state_hash() {
+  std::uint64_t hash = 0xCBF29CE484222325u;
+  for (const StateFigure& figure : state_figures()) {
+    hash = (hash ^ figure.hash) * 0x9E3779B97F4A7C15u;
+    hash ^= hash >> 29;
+  }
+  return hash;
 }
 
 std::string describe_state() {
   Describer describer;
-  describer.world_state();
+  describer.whole_session();
   return describer.lines;
 }
 

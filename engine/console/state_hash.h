@@ -1,11 +1,20 @@
 #pragma once
-// A number for the whole state of the game: every instance and variable, the globals, what holders keep, the generator and the clock.
-// The same state gives the same number on every platform; ids of variables and addresses do not enter.
+// Figures for the whole state of the game: every instance and variable, and every other part of the session that a frame may change. The
+// same state gives the same figures on every platform; ids of variables and addresses do not enter.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace arena::console {
 
+// Of a part of the session, or of the instances of one object type.
+struct StateFigure {
+  std::string name;
+  std::uint64_t hash;
+};
+// In a fixed order. What several lead to counts for the first.
+std::vector<StateFigure> state_figures();
+// All of them in one.
 std::uint64_t state_hash();
 // What the hash sees, a value a line, with the clock left out and instances numbered by their order: two runs that differ in nothing but
 // when they began and which ids they were given have the same text, and where texts differ a comparison by lines shows what does.

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "arena_generated.h"
+#include "engine/draw/draw_service.h"
 #include "engine/draw/pictures.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
@@ -25,7 +26,8 @@ std::uint32_t room_color() {
 
 }  // namespace
 
-Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file) : gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
+Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file)
+    : state(draw_state()), gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
   for (const data::Page* page : *file.content->pages()) {
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(page->width()) * static_cast<std::size_t>(page->height()) * 4);
     uLongf size = static_cast<uLongf>(pixels.size());

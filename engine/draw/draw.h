@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "engine/data/data_file.h"
@@ -28,6 +29,11 @@ struct DrawState {
   VerticalAlign vertical = VerticalAlign::kTop;
   gpu::Blend blend = gpu::Blend::kNormal;
   int circle_precision = 0;  // sides; 0: by size
+  static constexpr auto fields() {
+    return std::tuple(field("color", &DrawState::color), field("alpha", &DrawState::alpha), field("font", &DrawState::font),
+                      field("horizontal", &DrawState::horizontal), field("vertical", &DrawState::vertical),
+                      field("blend", &DrawState::blend), field("circle_precision", &DrawState::circle_precision));
+  }
 };
 
 // Where a picture goes. Scales and angle turn around its origin; the angle is counter-clockwise, degrees.
@@ -35,17 +41,22 @@ struct Placement {
   double x = 0, y = 0, xscale = 1, yscale = 1, angle = 0;
   std::uint32_t color = 0xFFFFFF;
   double alpha = 1;
+  static constexpr auto fields() {
+    return std::tuple(field("x", &Placement::x), field("y", &Placement::y), field("xscale", &Placement::xscale),
+                      field("yscale", &Placement::yscale), field("angle", &Placement::angle), field("color", &Placement::color),
+                      field("alpha", &Placement::alpha));
+  }
 };
 
 class Draw {
  public:
-  // Uploads the pages of the data file; `gpu` must outlive this.
+  // Uploads the pages of the data file; `gpu` must outlive this. Draws in the settings of the current session.
   Draw(gpu::Gpu& gpu, const data::DataFile& file);
   ~Draw();
   Draw(const Draw&) = delete;
   Draw& operator=(const Draw&) = delete;
 
-  DrawState state;
+  DrawState& state;  // the session's
 
   void begin_world(int width, int height);  // pixels of the target
   void begin_gui();
@@ -84,6 +95,9 @@ class Draw {
     std::int32_t sprite = -1;
     double frame = 0;
     Placement at;
+    static constexpr auto fields() {
+      return std::tuple(field("sprite", &Stamp::sprite), field("frame", &Stamp::frame), field("at", &Stamp::at));
+    }
   };
   class Batch;
   std::unique_ptr<Batch> make_batch(std::span<const Stamp> stamps);

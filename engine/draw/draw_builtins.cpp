@@ -1,11 +1,12 @@
 // The drawing functions of scripts. Without a drawing service (a world that nobody looks at) they check their arguments and do nothing.
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "engine/draw/draw_service.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/sprites.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
 #include "runtime/values/text.h"
@@ -14,21 +15,22 @@
 namespace arena::draw {
 namespace {
 
-struct DrawService {
-  Draw* draw = nullptr;
-  DrawState without_draw;  // the state of a game that nobody looks at
-  DrawState saved;
+struct DrawSettings {
+  DrawState now;
+  DrawState before_pass, before_handler;
+  static constexpr auto fields() {
+    return std::tuple(field("now", &DrawSettings::now), derived("before_pass", &DrawSettings::before_pass),
+                      derived("before_handler", &DrawSettings::before_handler));
+  }
 };
-const Part<DrawService> part{PartLevel::kServices, "draw"};
+const StatePart<DrawSettings> settings{PartLevel::kServices, "draw settings"};
+const Part<Draw*> used{PartLevel::kServices, "draw"};
 
-Draw* service() { return part().draw; }
+Draw* service() { return used(); }
 const RefKind font_refs{ref_type::kFont, "font",
                         [](std::int32_t index) { return service() != nullptr ? std::string(service()->font_name(index)) : std::string(); }};
 std::uint32_t colour_of(double colour) { return static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF; }
-DrawState& state() {
-  DrawService& own = part();
-  return own.draw != nullptr ? own.draw->state : own.without_draw;
-}
+DrawState& state() { return settings().now; }
 bool require_sprite(std::int32_t sprite) {
   if (find_sprite(sprite) != nullptr) return true;
   report_invalid_resource(1, "sprite", sprite, static_cast<std::int32_t>(sprite_infos().size()));
@@ -240,11 +242,13 @@ const BuiltinTable table(kEntries);
 
 }  // namespace
 
-void use_draw_service(Draw* draw) { part().draw = draw; }
+void use_draw_service(Draw* draw) { used() = draw; }
 Draw* draw_service() { return service(); }
-void reset_draw_state() { state() = DrawState(); }
-void save_draw_state() { part().saved = state(); }
-void restore_draw_state() { state() = part().saved; }
+DrawState& draw_state() { return state(); }
+void begin_draw_pass() { settings().before_pass = state(); }
+void end_draw_pass() { state() = settings().before_pass; }
+void save_draw_state() { settings().before_handler = state(); }
+void restore_draw_state() { state() = settings().before_handler; }
 void draw_instance_default(CInstance& instance) { draw_instance(instance); }
 
 }  // namespace arena::draw

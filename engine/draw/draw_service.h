@@ -10,8 +10,11 @@ namespace draw {
 
 void use_draw_service(Draw* draw);  // null: nobody looks
 Draw* draw_service();
-// Colour, alpha, font, alignment and blend mode as at start.
-void reset_draw_state();
+// Colour, alpha, font, alignment and blend mode of the session.
+DrawState& draw_state();
+// A drawing pass leaves no setting behind: it carries through the pass, and is back to what it was at its end.
+void begin_draw_pass();
+void end_draw_pass();
 // The state as a handler found it, and back to it when the handler ended by an error.
 void save_draw_state();
 void restore_draw_state();

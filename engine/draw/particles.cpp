@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <memory>
 
 #include "engine/draw/colors.h"
 #include "engine/draw/draw_service.h"
@@ -11,7 +10,7 @@
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
@@ -128,7 +127,7 @@ void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) cons
   for (const Particle& each : particles_) {
     const ParticleType& type = types[static_cast<std::size_t>(each.type)];
     const float share = each.age / each.life, half = share < 0.5f ? share * 2 : share * 2 - 1;
-    const int from = share < 0.5f ? 0 : 1;
+    const std::size_t from = share < 0.5f ? 0 : 1;
     const float alpha = static_cast<float>(type.alphas[from]) + static_cast<float>(type.alphas[from + 1] - type.alphas[from]) * half;
     const std::uint32_t one = type.colors[from], two = type.colors[from + 1];
     const float size = each.size * (1 + static_cast<float>(type.size_end - 1) * share);
@@ -145,16 +144,20 @@ namespace {
 
 struct Particles {
   std::vector<ParticleType> types;
-  std::map<std::int32_t, std::unique_ptr<ParticleSystem>> systems;
+  std::map<std::int32_t, ParticleSystem> systems;
   std::int32_t next_system = 1;
+  static constexpr auto fields() {
+    return std::tuple(field("types", &Particles::types), field("systems", &Particles::systems),
+                      field("next_system", &Particles::next_system));
+  }
 };
-const Part<Particles> part{PartLevel::kServices, "particles"};
+const StatePart<Particles> part{PartLevel::kServices, "particles"};
 const RefKind system_refs{ref_type::kParticleSystem, "particle system"};
 const RefKind type_refs{ref_type::kParticleType, "particle type"};
 
 ParticleSystem* require_system(std::int32_t handle) {
   const auto found = part().systems.find(handle);
-  if (found != part().systems.end()) return found->second.get();
+  if (found != part().systems.end()) return &found->second;
   report_error(messages::kArgumentHandle, current_builtin_name(), 1, "particle system", handle);
   return nullptr;
 }
@@ -165,7 +168,7 @@ ParticleType* require_type(std::int32_t handle) {
 }
 
 std::int32_t part_system_create() {
-  part().systems[part().next_system] = std::make_unique<ParticleSystem>();
+  part().systems[part().next_system];
   return part().next_system++;
 }
 void part_system_destroy(std::int32_t handle) { part().systems.erase(handle); }
@@ -229,7 +232,7 @@ class Fields {
   }
   // One value for the whole life, two for start and end, three with the middle.
   template <class T, class Convert>
-  void read_course(const char* name, T (&into)[3], Convert convert) const {
+  void read_course(const char* name, std::array<T, 3>& into, Convert convert) const {
     const RValue* found = find(name);
     if (found == nullptr) return;
     if (!found->is_array()) {
@@ -291,11 +294,5 @@ const BuiltinEntry kEntries[] = {
 const BuiltinTable table(kEntries);
 
 }  // namespace
-
-void reset_particles() {
-  part().systems.clear();
-  part().types.clear();
-  part().next_system = 1;
-}
 
 }  // namespace arena::draw

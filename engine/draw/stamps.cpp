@@ -7,7 +7,7 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/arguments.h"
@@ -21,10 +21,13 @@ constexpr std::size_t kLongestTail = 384;  // stamps drawn one by one before a r
 constexpr std::size_t kDroppedAtOnce = 8;  // the share of the capacity whose age the dropped ones of a region lie within
 
 struct StampLayers {
-  std::map<std::int32_t, std::unique_ptr<StampLayer>> layers;
+  std::map<std::int32_t, StampLayer> layers;
   std::int32_t next_handle = 1;
+  static constexpr auto fields() {
+    return std::tuple(field("layers", &StampLayers::layers), field("next_handle", &StampLayers::next_handle));
+  }
 };
-const Part<StampLayers> part{PartLevel::kServices, "stamps"};
+const StatePart<StampLayers> part{PartLevel::kServices, "stamps"};
 const RefKind stickers_refs{ref_type::kStickers, "stickers"};
 
 }  // namespace
@@ -61,8 +64,7 @@ void StampLayer::make_room() {
     region.entries.pop_front();
     --count_;
   }
-  region.baked = 0;
-  region.mesh.reset();
+  region.baked = {};
   ordered_.clear();
 }
 
@@ -85,23 +87,23 @@ const Draw::Stamp& StampLayer::at(std::size_t index) {
 void StampLayer::bake(Draw& on, Region& region) {
   scratch_.clear();
   for (const Entry& entry : region.entries) scratch_.push_back(entry.stamp);
-  region.mesh = on.make_batch(scratch_);
-  region.baked = region.entries.size();
+  region.baked.mesh = on.make_batch(scratch_);
+  region.baked.count = region.entries.size();
 }
 
 void StampLayer::draw(Draw& on) {
   const auto in_view = [&](const Region& region) { return on.shows(region.left, region.top, region.right, region.bottom); };
   for (auto& [cell, region] : regions_) {
     if (region.entries.empty() || !in_view(region)) continue;
-    const std::size_t tail = region.entries.size() - region.baked;
+    const std::size_t tail = region.entries.size() - region.baked.count;
     // A region that nothing was added to since the last frame has no reason to keep a tail.
     if (tail > kLongestTail || (tail > 0 && !region.changed_lately)) bake(on, region);
     region.changed_lately = false;
-    if (region.mesh != nullptr) on.draw_batch(*region.mesh);
+    if (region.baked.mesh != nullptr) on.draw_batch(*region.baked.mesh);
   }
   for (const auto& [cell, region] : regions_) {
     if (!in_view(region)) continue;
-    for (std::size_t i = region.baked; i < region.entries.size(); ++i) {
+    for (std::size_t i = region.baked.count; i < region.entries.size(); ++i) {
       const Draw::Stamp& stamp = region.entries[i].stamp;
       on.sprite(stamp.sprite, stamp.frame, stamp.at);
     }
@@ -109,20 +111,12 @@ void StampLayer::draw(Draw& on) {
 }
 
 void StampLayer::drop_meshes() {
-  for (auto& [cell, region] : regions_) {
-    region.mesh.reset();
-    region.baked = 0;
-  }
+  for (auto& [cell, region] : regions_) region.baked = {};
 }
 
 StampLayer* find_stamp_layer(std::int32_t handle) {
   const auto found = part().layers.find(handle);
-  return found != part().layers.end() ? found->second.get() : nullptr;
-}
-
-void reset_stamp_layers() {
-  part().layers.clear();
-  part().next_handle = 1;
+  return found != part().layers.end() ? &found->second : nullptr;
 }
 
 namespace {
@@ -134,7 +128,7 @@ StampLayer* require_layer(std::int32_t handle) {
 }
 
 std::int32_t stamps_create(std::int32_t capacity) {
-  part().layers[part().next_handle] = std::make_unique<StampLayer>(static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
+  part().layers.emplace(part().next_handle, static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
   return part().next_handle++;
 }
 void stamps_destroy(std::int32_t handle) { part().layers.erase(handle); }

@@ -7,6 +7,8 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "engine/draw/batch.h"
@@ -15,7 +17,7 @@ namespace arena::draw {
 
 class StampLayer {
  public:
-  explicit StampLayer(std::size_t capacity) : capacity_(capacity) {}
+  explicit StampLayer(std::size_t capacity = 0) : capacity_(capacity) {}
   void add(const Draw::Stamp& stamp);
   void clear();
   std::size_t count() const { return count_; }
@@ -26,24 +28,56 @@ class StampLayer {
   // Forgets everything that lives in the GPU; it is baked again when it is drawn.
   void drop_meshes();
 
+  static constexpr auto fields() {
+    return std::tuple(field("regions", &StampLayer::regions_), derived("ordered", &StampLayer::ordered_),
+                      derived("scratch", &StampLayer::scratch_), field("capacity", &StampLayer::capacity_),
+                      field("count", &StampLayer::count_), field("next_serial", &StampLayer::next_serial_));
+  }
+
  private:
   struct Entry {
     std::uint64_t serial;
     Draw::Stamp stamp;
+    static constexpr auto fields() { return std::tuple(field("serial", &Entry::serial), field("stamp", &Entry::stamp)); }
   };
-  // The first `baked` stamps are in the mesh; the rest are drawn one by one until they are worth a new mesh.
+  // What of a region lives in the GPU: the mesh of its first stamps. A copy of the region has none.
+  struct Baked {
+    std::size_t count = 0;
+    std::unique_ptr<Draw::Batch> mesh;
+    Baked() = default;
+    Baked(const Baked&) {}
+    Baked& operator=(const Baked&) {
+      *this = Baked();
+      return *this;
+    }
+    Baked(Baked&&) = default;
+    Baked& operator=(Baked&&) = default;
+  };
+  // The first stamps are in the mesh; the rest are drawn one by one until they are worth a new mesh.
   struct Region {
     std::deque<Entry> entries;
-    std::size_t baked = 0;
-    std::unique_ptr<Draw::Batch> mesh;
+    Baked baked;
     double left = 0, top = 0, right = 0, bottom = 0;  // of all its stamps
     bool changed_lately = false;
+    static constexpr auto fields() {
+      return std::tuple(field("entries", &Region::entries), derived("baked", &Region::baked), derived("left", &Region::left),
+                        derived("top", &Region::top), derived("right", &Region::right), derived("bottom", &Region::bottom),
+                        derived("changed_lately", &Region::changed_lately));
+    }
   };
   void make_room();
   void bake(Draw& on, Region& region);
 
   std::map<std::pair<std::int32_t, std::int32_t>, Region> regions_;
-  std::vector<const Entry*> ordered_;  // by serial; empty when not known
+  // By serial; empty when not known, as in a copy.
+  struct Ordered : std::vector<const Entry*> {
+    Ordered() = default;
+    Ordered(const Ordered&) : std::vector<const Entry*>() {}
+    Ordered& operator=(const Ordered&) {
+      clear();
+      return *this;
+    }
+  } ordered_;
   std::vector<Draw::Stamp> scratch_;
   std::size_t capacity_, count_ = 0;
   std::uint64_t next_serial_ = 0;
@@ -51,7 +85,4 @@ class StampLayer {
 
 // By handle; null: none.
 StampLayer* find_stamp_layer(std::int32_t handle);
-// Frees all layers, as a restart does.
-void reset_stamp_layers();
-
 }  // namespace arena::draw

@@ -8,15 +8,12 @@
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
-#include "engine/draw/particles.h"
-#include "engine/draw/stamps.h"
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/shutter.h"
 #include "engine/platform/window.h"
-#include "runtime/arrays_structs/containers.h"
-#include "runtime/instances_loop/caught_errors.h"
+#include "runtime/arrays_structs/holder.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
@@ -35,10 +32,13 @@ struct Screen {
   bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
   std::vector<std::uint8_t> picture;  // empty: none was taken
   bool run_began = false;             // in this frame, by a restart
+
+  void restart() { run_began = true; }
 };
 const Part<Screen> screen{PartLevel::kHost, "screen"};
 
 void begin_world() {
+  draw::begin_draw_pass();
   if (screen().shutter != nullptr) screen().shutter->is_open = screen().picture_wanted;
   if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(screen().width, screen().height);
 }
@@ -46,6 +46,7 @@ void begin_gui() {
   if (draw::draw_service() != nullptr) draw::draw_service()->begin_gui();
 }
 void end_frame() {
+  draw::end_draw_pass();
   draw::Draw* service = draw::draw_service();
   if (service == nullptr) return;
   if (screen().picture_wanted) {
@@ -60,18 +61,6 @@ void draw_background(const Layer& layer) {
 
 void before_handler(const CInstance&, EventKey key) {
   if (key.kind == EventKind::kDraw) draw::save_draw_state();
-}
-
-// What belongs to one run of the game and is forgotten by a restart.
-void forget_run() {
-  screen().run_began = true;
-  audio::audio().reset();
-  draw::reset_draw_state();
-  draw::reset_stamp_layers();
-  draw::reset_particles();
-  platform::reset_cursor();
-  reset_containers();
-  reset_unhandled_handler();
 }
 
 void screen_save_numbered() { screen().picture_wanted = true; }
@@ -137,7 +126,6 @@ Started Game::start(GameOptions options) {
   load_clips(*game->data_->content);
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);
-  world().restart_hooks.push_back(forget_run);
   platform::use_window(options.window);
   if (options.window != nullptr) options.window->announce();
   begin_input_frame();
@@ -155,6 +143,21 @@ void Game::run_frame(std::int64_t microseconds) {
   if (!screen().run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
   if (!screen().picture.empty()) save_numbered(std::exchange(screen().picture, {}));
+}
+
+void Game::take_snapshot(Snapshot& into) {
+  const SessionScope scope(session_);
+  Holder::let_go_of_tool_values();
+  into.take(session_);
+}
+
+// What hears and shows the game starts over from what it is now.
+void Game::restore(const Snapshot& snapshot) {
+  const SessionScope scope(session_);
+  Holder::let_go_of_tool_values();
+  snapshot.restore(session_);
+  if (audio_device_ != nullptr) audio_device_->forget();
+  platform::follow_window_state();
 }
 
 void Game::take_screenshot() { screen().picture_wanted = true; }

@@ -11,7 +11,7 @@
 #include "engine/draw/draw.h"
 #include "engine/gpu/backend.h"
 #include "runtime/instances_loop/object_type.h"
-#include "runtime/session/session.h"
+#include "runtime/session/snapshot.h"
 
 namespace arena::platform {
 class Window;
@@ -55,6 +55,9 @@ class Game {
   Session& session() { return session_; }
   // One frame: world, sound, drawing.
   void run_frame(std::int64_t microseconds);
+  // The whole game as it stands, between two frames; put back, it goes on from there. A snapshot belongs to the game it was taken of.
+  void take_snapshot(Snapshot& into);
+  void restore(const Snapshot& snapshot);
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);
   gpu::Gpu& gpu() { return *gpu_; }

@@ -46,7 +46,7 @@ void sleep_microseconds(std::int64_t microseconds);
 
 // Which window the built-in functions of scripts reach; null: none.
 void use_window(Window* window);
-// The arrow, as at start.
-void reset_cursor();
+// The real window looks as the game's state says: after a restore.
+void follow_window_state();
 
 }  // namespace arena::platform

@@ -1,23 +1,39 @@
 // The window functions of scripts that act on the real window. Sizes come through the input queue (window_get_width and its like).
+#include <tuple>
+
 #include "engine/platform/window.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/variables_calls/arguments.h"
 
 namespace arena::platform {
 namespace {
 
-struct WindowService {
-  Window* window = nullptr;
+struct WindowState {
   std::int32_t cursor = 0;    // 0 the arrow, -1 none
   std::string own_clipboard;  // without a window the clipboard is the game's own
-};
-const Part<WindowService> part{PartLevel::kServices, "window"};
 
-Window* window() { return part().window; }
+  void restart();
+  static constexpr auto fields() {
+    return std::tuple(field("cursor", &WindowState::cursor), field("own_clipboard", &WindowState::own_clipboard));
+  }
+};
+const StatePart<WindowState> part{PartLevel::kServices, "window state"};
+const Part<Window*> used{PartLevel::kServices, "window"};
+
+Window* window() { return used(); }
+void show_cursor() {
+  if (window() != nullptr) window()->show_cursor(part().cursor != -1);
+}
+
+// The clipboard is the player's.
+void WindowState::restart() {
+  cursor = 0;
+  show_cursor();
+}
 
 void set_cursor(std::optional<std::int32_t> wanted) {
   part().cursor = wanted.value_or(0);
-  if (window() != nullptr) window()->show_cursor(part().cursor != -1);
+  show_cursor();
 }
 std::int32_t get_cursor() { return part().cursor; }
 
@@ -46,11 +62,11 @@ const BuiltinTable table(kEntries);
 
 }  // namespace
 
-void use_window(Window* used) {
-  part().window = used;
-  if (used != nullptr) used->show_cursor(part().cursor != -1);
+void use_window(Window* shown) {
+  used() = shown;
+  show_cursor();
 }
 
-void reset_cursor() { set_cursor(0); }
+void follow_window_state() { show_cursor(); }
 
 }  // namespace arena::platform

@@ -152,7 +152,7 @@ METHOD(oGun, setStats, Value stats) {
   return undefined;
 }
 
-// The flash is marked here and painted by the gun's Draw in the same frame.
+// The flash is marked here, painted by the gun's Draw in the same frame, and over when the next one begins.
 METHOD(oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
 
 namespace arena::game {
@@ -262,6 +262,8 @@ EVENT(oGun, Create_0) {
   self[setStats] = bind(self, oGun_setStats);
 }
 
+EVENT(oGun, Step_1) { self[flash_time] = 0; }
+
 EVENT(oGun, Step_0) {
   const Real dt = global[dt_steady];
   const Value carrier = self[owner];
@@ -292,7 +294,6 @@ EVENT(oGun, Draw_0) {
   const bool points_left = lengthdir_x(1, aim) < 0;
   draw_sprite_ext(sprGun, self[gun_picture], self[x], self[y], 1, points_left ? -1 : 1, aim, self[image_blend], 1);
   if (self[flash_time] > 0) {
-    self[flash_time] = 0;
     const KeptDrawState kept;
     draw_set_alpha(1);
     draw_set_colour(kFlashColour);

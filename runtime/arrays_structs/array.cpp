@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <tuple>
 #include <vector>
 
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/variables_calls/report.h"
 
 namespace arena {
@@ -17,7 +18,12 @@ namespace {
 
 constexpr std::int32_t kLongestReused = 64;  // elements of capacity: longer blocks go back at the next collection
 
-const Part<std::vector<GCArrayThing*>> put_aside{PartLevel::kHeap, "arrays put aside"};
+struct PutAside {
+  std::vector<GCArrayThing*> arrays;
+  void restart() {}
+  static constexpr auto fields() { return std::tuple(derived("arrays", &PutAside::arrays)); }
+};
+const StatePart<PutAside> put_aside{PartLevel::kHeap, "arrays put aside"};
 
 GCArrayThing* thing_of(const ArrayRecord& array) { return static_cast<GCArrayThing*>(array.owner); }
 
@@ -52,7 +58,7 @@ void extend(ArrayRecord& array, std::int32_t length) {
 }
 
 GCArrayThing* new_thing(std::int64_t token) {
-  std::vector<GCArrayThing*>& reusable = put_aside();
+  std::vector<GCArrayThing*>& reusable = put_aside().arrays;
   if (reusable.empty() || WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return new GCArrayThing(token);
   GCArrayThing* const thing = reusable.back();
   reusable.pop_back();
@@ -111,11 +117,11 @@ void put_aside_for_reuse(GCArrayThing* thing) {
   if (is_known || thing->holds_heap_values || thing->record.capacity > kLongestReused) return;
   if (WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return;
   try {
-    put_aside().push_back(thing);
+    put_aside().arrays.push_back(thing);
   } catch (const std::bad_alloc&) {  // then the collector finds it
   }
 }
-void forget_arrays_put_aside() { put_aside().clear(); }
+void forget_arrays_put_aside() { put_aside().arrays.clear(); }
 
 // Whoever stopped counting left counts behind that say nothing: from then on only the collector decides.
 void set_array_counting(bool on) {

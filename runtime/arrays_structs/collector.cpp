@@ -1,14 +1,16 @@
 #include "runtime/arrays_structs/collector.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/weak_ref.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/messages.h"
 
@@ -34,30 +36,51 @@ enum class Phase { kIdle, kMarking, kSweeping };
 
 }  // namespace
 
-class Collector {
- public:
-  Collector() { session().collector = this; }
-  ~Collector();
-  std::vector<WBObjectBase*> objects[kGenerations];
-  std::vector<WBObjectBase*> referenced_from_older[kGenerations];
-  std::vector<WBObjectBase*> remembered[kGenerations];
-  std::vector<WBObjectBase*> counted[kGenerations];  // objects in which strings or arrays stand
-  std::vector<WBObjectBase*> stack;                  // marked, not yet traced: of the collection that runs now
-  std::vector<WBObjectBase*> old_stack;              // the same for the old generation, kept between slices
+// The collector's books. Scripts cannot tell what is in them.
+struct CollectorBooks {
+  using Objects = std::vector<WBObjectBase*>;
+  std::array<Objects, kGenerations> objects, referenced_from_older, remembered;
+  std::array<Objects, kGenerations> counted;  // objects in which strings or arrays stand
+  Objects stack;                              // marked, not yet traced: of the collection that runs now
+  Objects old_stack;                          // the same for the old generation, kept between slices
   std::vector<CWeakRef*> weak_references;
   Phase phase = Phase::kIdle;
   std::size_t sweep_read = 0, sweep_write = 0;
   std::size_t old_survivors = 0;
   std::uint64_t minors = 0, majors = 0, dropped = 0, dropped_at_last_cycle = 0;
   bool whole_requested = false;
+
+  static constexpr auto fields() {
+    return std::tuple(derived("objects", &CollectorBooks::objects),
+                      derived("referenced_from_older", &CollectorBooks::referenced_from_older),
+                      derived("remembered", &CollectorBooks::remembered), derived("counted", &CollectorBooks::counted),
+                      derived("stack", &CollectorBooks::stack), derived("old_stack", &CollectorBooks::old_stack),
+                      derived("weak_references", &CollectorBooks::weak_references), derived("phase", &CollectorBooks::phase),
+                      derived("sweep_read", &CollectorBooks::sweep_read), derived("sweep_write", &CollectorBooks::sweep_write),
+                      derived("old_survivors", &CollectorBooks::old_survivors), derived("minors", &CollectorBooks::minors),
+                      derived("majors", &CollectorBooks::majors), derived("dropped", &CollectorBooks::dropped),
+                      derived("dropped_at_last_cycle", &CollectorBooks::dropped_at_last_cycle),
+                      derived("whole_requested", &CollectorBooks::whole_requested));
+  }
+};
+
+class Collector : public CollectorBooks {
+ public:
+  Collector() { session().collector = this; }
+  ~Collector();
   bool checks_thread = kChecksThread;
   std::size_t warns_above = kMemoryWarning;  // bytes in use
   std::thread::id main_thread = std::this_thread::get_id();
+
+  using State = CollectorBooks;
+  void save(State& into) const { into = *this; }
+  void load(const State& from) { static_cast<CollectorBooks&>(*this) = from; }
+  void restart() {}
 };
 
 namespace {
 
-const Part<Collector> collector_part{PartLevel::kHeap, "collector"};
+const StatePart<Collector> collector_part{PartLevel::kHeap, "collector"};
 Collector& collector() { return *session().collector; }
 
 WBObjectBase* object_of(const RValue& value) {

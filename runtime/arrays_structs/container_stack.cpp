@@ -1,8 +1,21 @@
 #include "runtime/arrays_structs/container_stack.h"
 
 #include <algorithm>
+#include <tuple>
+
+#include "runtime/session/state.h"
 
 namespace arena {
+namespace {
+
+struct Globals {
+  void restart() { global_object()->clear_variables(); }
+  void visit_content(StateVisitor& visitor) { visitor.object(global_object()); }
+  static constexpr auto fields() { return std::tuple<>(); }
+};
+const StatePart<Globals> part{PartLevel::kScripts, "globals"};
+
+}  // namespace
 
 void grow_container_stack() {
   ContainerStack& stack = session().containers;

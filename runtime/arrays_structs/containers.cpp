@@ -7,9 +7,9 @@
 namespace arena {
 
 namespace {
-const Part<ContainerTable<DsList>> lists{PartLevel::kScripts, "lists"};
-const Part<ContainerTable<DsMap>> maps{PartLevel::kScripts, "maps"};
-const Part<ContainerTable<DsGrid>> grids{PartLevel::kScripts, "grids"};
+const StatePart<ContainerTable<DsList>> lists{PartLevel::kScripts, "lists"};
+const StatePart<ContainerTable<DsMap>> maps{PartLevel::kScripts, "maps"};
+const StatePart<ContainerTable<DsGrid>> grids{PartLevel::kScripts, "grids"};
 }  // namespace
 
 ContainerTable<DsList>& ds_lists() { return lists(); }
@@ -26,12 +26,6 @@ void DsGrid::clear(const RValue& value) {
     if (value.owns_heap()) ground_.kind_bits = kUnset;
   }
   written_.clear();
-}
-
-void reset_containers() {
-  ds_lists().clear();
-  ds_maps().clear();
-  ds_grids().clear();
 }
 
 DsMap::Key DsMap::key_of(const RValue& value) {

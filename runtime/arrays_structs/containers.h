@@ -2,12 +2,13 @@
 // Lists, maps and grids: data structures that scripts name by number. They hold their values themselves, whatever the collector does.
 //
 // Handles are small numbers per kind, given again after a structure was destroyed. A stale handle is reported, not followed.
-#include <map>
 #include <memory>
-#include <string>
+#include <tuple>
 #include <vector>
 
 #include "runtime/arrays_structs/holder.h"
+#include "runtime/memory/pooled.h"
+#include "runtime/session/state.h"
 #include "runtime/values/compare.h"
 
 namespace arena {
@@ -17,7 +18,9 @@ class DsList final : public Holder {
   void visit_values(ValueVisitor& visitor) override {
     for (const RValue& value : values) visitor(value);
   }
-  std::vector<RValue> values;
+  PooledVector<RValue> values;
+  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
+  static constexpr auto fields() { return std::tuple(field("values", &DsList::values)); }
 };
 
 // Keys are numbers or texts, exactly compared; iteration goes in order of the keys, numbers first.
@@ -26,11 +29,14 @@ class DsMap final : public Holder {
   struct Key {
     bool is_text = false;
     double number = 0;
-    std::string text;
+    PooledText text;
     // NaN is a key like any other, behind the numbers.
     bool operator<(const Key& other) const {
       if (is_text != other.is_text) return other.is_text;
       return is_text ? text < other.text : sorts_before(number, other.number);
+    }
+    static constexpr auto fields() {
+      return std::tuple(field("is_text", &Key::is_text), field("number", &Key::number), field("text", &Key::text));
     }
   };
   void visit_values(ValueVisitor& visitor) override {
@@ -38,7 +44,9 @@ class DsMap final : public Holder {
   }
   static Key key_of(const RValue& value);
   static RValue value_of(const Key& key);
-  std::map<Key, RValue> values;
+  PooledMap<Key, RValue> values;
+  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
+  static constexpr auto fields() { return std::tuple(field("values", &DsMap::values)); }
 };
 
 class DsGrid final : public Holder {
@@ -57,16 +65,22 @@ class DsGrid final : public Holder {
   }
   // Every cell becomes the value. A grid that is cleared to the same plain value again and again only touches what was written since.
   void clear(const RValue& value);
-  const std::int32_t width, height;
+  std::int32_t width, height;
+
+  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
+  static constexpr auto fields() {
+    return std::tuple(field("width", &DsGrid::width), field("height", &DsGrid::height), field("cells", &DsGrid::cells_),
+                      derived("written", &DsGrid::written_), derived("ground", &DsGrid::ground_));
+  }
 
  private:
   static constexpr std::size_t kMostRemembered = 4096;
   std::size_t place(std::int32_t column, std::int32_t row) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column);
   }
-  std::vector<RValue> cells_;           // row by row
-  std::vector<std::uint32_t> written_;  // cells since the last clearing; once full it knows nothing
-  RValue ground_{0.0};                  // what the others hold
+  PooledVector<RValue> cells_;           // row by row
+  PooledVector<std::uint32_t> written_;  // cells since the last clearing; once full it knows nothing
+  RValue ground_{0.0};                   // what the others hold
 };
 
 template <class Structure>
@@ -86,7 +100,27 @@ class ContainerTable {
     return handle >= 0 && static_cast<std::size_t>(handle) < all_.size() ? all_[static_cast<std::size_t>(handle)].get() : nullptr;
   }
   void destroy(std::int32_t handle) { all_[static_cast<std::size_t>(handle)].reset(); }
-  void clear() { all_.clear(); }
+  void restart() { all_.clear(); }
+
+  // The structures themselves stand among the session's blocks.
+  using State = std::vector<Structure*>;
+  void save(State& into) const {
+    into.clear();
+    for (const auto& each : all_) into.push_back(each.get());
+  }
+  void load(const State& from) {
+    for (auto& each : all_) each.release();
+    all_.clear();
+    for (Structure* const each : from) all_.emplace_back(each);
+  }
+  void visit_content(StateVisitor& visitor) {
+    for (std::size_t i = 0; i < all_.size(); ++i) {
+      if (all_[i] == nullptr) continue;
+      visitor.count(i);  // its handle
+      visit_state(visitor, *all_[i]);
+    }
+  }
+  static constexpr auto fields() { return std::tuple(derived("all", &ContainerTable::all_)); }
 
  private:
   std::vector<std::unique_ptr<Structure>> all_;
@@ -95,7 +129,5 @@ class ContainerTable {
 ContainerTable<DsList>& ds_lists();
 ContainerTable<DsMap>& ds_maps();
 ContainerTable<DsGrid>& ds_grids();
-// Destroys all: a restart of the game.
-void reset_containers();
 
 }  // namespace arena

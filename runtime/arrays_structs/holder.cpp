@@ -1,35 +1,41 @@
 #include "runtime/arrays_structs/holder.h"
 
-#include "runtime/session/session.h"
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
+#include "runtime/session/state.h"
 
 namespace arena {
 namespace {
 
 struct Holders {
-  Holder* first = nullptr;
-  Holder* last = nullptr;
+  std::vector<Holder*> all;
+  void restart() {}
+  static constexpr auto fields() { return std::tuple(derived("all", &Holders::all)); }
 };
-const Part<Holders> holders{PartLevel::kHeap, "holders"};
+const StatePart<Holders> holders{PartLevel::kHeap, "holders"};
 
 }  // namespace
 
-Holder::Holder(Keeps keeps) : keeps_(keeps), previous_(holders().last) {
-  (previous_ != nullptr ? previous_->next_ : holders().first) = this;
-  holders().last = this;
+Holder::Holder(Keeps keeps) : keeps_(keeps) { holders().all.push_back(this); }
+
+// The youngest die first, mostly.
+Holder::~Holder() {
+  std::vector<Holder*>& all = holders().all;
+  all.erase(std::find(all.rbegin(), all.rend(), this).base() - 1);
 }
 
-Holder::~Holder() {
-  (previous_ != nullptr ? previous_->next_ : holders().first) = next_;
-  (next_ != nullptr ? next_->previous_ : holders().last) = previous_;
-}
+void* Holder::operator new(std::size_t bytes) { return allocate_block(bytes); }
+void Holder::operator delete(void* holder, std::size_t bytes) { free_block(holder, bytes); }
 
 void Holder::visit_all(ValueVisitor& visitor) {
-  for (Holder* holder = holders().first; holder != nullptr; holder = holder->next_) holder->visit_values(visitor);
+  for (Holder* const holder : holders().all) holder->visit_values(visitor);
 }
 
-void Holder::visit_game_state(ValueVisitor& visitor) {
-  for (Holder* holder = holders().first; holder != nullptr; holder = holder->next_) {
-    if (holder->keeps_ == Keeps::kGameState) holder->visit_values(visitor);
+void Holder::let_go_of_tool_values() {
+  for (Holder* const holder : holders().all) {
+    if (holder->keeps_ == Keeps::kToolState) holder->let_go();
   }
 }
 

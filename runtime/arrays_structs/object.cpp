@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <unordered_map>
 
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/session/session.h"
+#include "runtime/memory/pooled.h"
 
 namespace arena {
 
@@ -29,9 +28,12 @@ void WBObjectBase::operator delete(void* object, std::size_t bytes) { free_block
 
 // Variables in order of insertion, found by id through an index.
 struct PropertyObject::Dictionary {
-  std::vector<std::int32_t> ids;
-  std::vector<RValue> values;
-  std::unordered_map<std::int32_t, std::size_t> places;
+  PooledVector<std::int32_t> ids;
+  PooledVector<RValue> values;
+  PooledIndex<std::int32_t, std::size_t> places;
+
+  static void* operator new(std::size_t bytes) { return allocate_block(bytes); }
+  static void operator delete(void* dictionary, std::size_t bytes) { free_block(dictionary, bytes); }
 
   RValue* find(std::int32_t id) {
     const auto found = places.find(id);
@@ -133,7 +135,9 @@ bool PropertyObject::remove_variable(std::int32_t id) {
   return true;
 }
 
-std::vector<std::int32_t> PropertyObject::variable_ids() const { return dictionary_ != nullptr ? dictionary_->ids : shape->ids; }
+std::vector<std::int32_t> PropertyObject::variable_ids() const {
+  return dictionary_ != nullptr ? std::vector<std::int32_t>(dictionary_->ids.begin(), dictionary_->ids.end()) : shape->ids;
+}
 std::size_t PropertyObject::variable_count() const { return dictionary_ != nullptr ? dictionary_->ids.size() : shape->ids.size(); }
 
 void PropertyObject::visit_values(ValueVisitor& visitor) {

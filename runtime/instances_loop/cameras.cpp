@@ -10,7 +10,7 @@
 namespace arena {
 namespace {
 
-const Part<Cameras> part{PartLevel::kWorld, "cameras"};
+const StatePart<Cameras> part{PartLevel::kWorld, "cameras"};
 const RefKind camera_refs{ref_type::kCamera, "camera"};
 
 double window_width() { return input_state().window_width > 0 ? input_state().window_width : 1; }
@@ -60,8 +60,6 @@ void reset_cameras(double width, double height) {
   find_camera(camera)->height = height;
   cameras().views[0] = {camera, true};
 }
-
-void reset_gui_size() { cameras().gui_width = cameras().gui_height = 0; }
 
 double gui_width() { return cameras().gui_width > 0 ? cameras().gui_width : window_width(); }
 double gui_height() { return cameras().gui_height > 0 ? cameras().gui_height : window_height(); }

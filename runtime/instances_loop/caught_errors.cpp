@@ -1,8 +1,10 @@
 #include "runtime/instances_loop/caught_errors.h"
 
+#include <tuple>
+
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
@@ -15,8 +17,15 @@ class UnhandledHandler final : public Holder {
  public:
   void visit_values(ValueVisitor& visitor) override { visitor(function); }
   RValue function;
+
+  using State = ValueBits;
+  void save(State& into) const { into = bits_of(function); }
+  void load(const State& from) { set_bits(function, from); }
+  void restart() { function = RValue(); }
+  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
+  static constexpr auto fields() { return std::tuple(field("function", &UnhandledHandler::function)); }
 };
-const Part<UnhandledHandler> unhandled{PartLevel::kScripts, "handler of unhandled errors"};
+const StatePart<UnhandledHandler> unhandled{PartLevel::kScripts, "handler of unhandled errors"};
 
 void exception_unhandled_handler(const RValue& function) { unhandled().function = function; }
 
@@ -44,7 +53,5 @@ void tell_unhandled_error(const WBKSLException& error) {
   RValue ignored;
   call_method(nullptr, nullptr, ignored, 1, function, arguments);
 }
-
-void reset_unhandled_handler() { unhandled().function = RValue(); }
 
 }  // namespace arena

@@ -9,7 +9,5 @@ namespace arena {
 RValue exception_value(const WBKSLException& error);
 // Calls the scripts' handler, if there is one. An error in the handler itself comes out as WBKSLException.
 void tell_unhandled_error(const WBKSLException& error);
-// Forgets the handler: the game restarts.
-void reset_unhandled_handler();
 
 }  // namespace arena

@@ -4,7 +4,7 @@
 
 namespace arena {
 namespace {
-const Part<GameClock> part{PartLevel::kWorld, "clock"};
+const StatePart<GameClock> part{PartLevel::kWorld, "clock"};
 }
 
 GameClock& game_clock() { return part(); }

@@ -18,11 +18,11 @@ std::string keyboard_key_name(std::int32_t key) { return key_name(key); }
 std::string keyboard_text() { return input_state().text; }  // typed in this frame
 
 // -1 any button, 0 none, 1 left, 2 right, 3 middle.
-bool test_button(const bool (&buttons)[kButtons], std::int32_t button) {
+bool test_button(const ButtonSet& buttons, std::int32_t button) {
   const bool any = buttons[1] || buttons[2] || buttons[3];
   if (button == -1) return any;
   if (button == 0) return !any;
-  return button > 0 && button < kButtons && buttons[button];
+  return button > 0 && button < kButtons && buttons[static_cast<std::size_t>(button)];
 }
 bool mouse_check_button(std::int32_t button) { return test_button(input_state().button_down, button); }
 bool mouse_check_button_pressed(std::int32_t button) { return test_button(input_state().button_pressed, button); }

@@ -10,8 +10,13 @@ namespace {
 struct Input {
   std::vector<InputEvent> queue, applied;
   InputState state;
+
+  void restart();
+  static constexpr auto fields() {
+    return std::tuple(field("queue", &Input::queue), field("applied", &Input::applied), field("state", &Input::state));
+  }
 };
-const Part<Input> part{PartLevel::kWorld, "input"};
+const StatePart<Input> part{PartLevel::kWorld, "input"};
 
 bool in_range(int code, int count) { return code >= 0 && code < count; }
 
@@ -74,12 +79,22 @@ void apply(InputState& state, const InputEvent& event) {
 }
 
 void clear_edges(InputState& state) {
-  std::fill(std::begin(state.key_pressed), std::end(state.key_pressed), false);
-  std::fill(std::begin(state.key_released), std::end(state.key_released), false);
-  std::fill(std::begin(state.button_pressed), std::end(state.button_pressed), false);
-  std::fill(std::begin(state.button_released), std::end(state.button_released), false);
+  state.key_pressed.fill(false);
+  state.key_released.fill(false);
+  state.button_pressed.fill(false);
+  state.button_released.fill(false);
   state.text.clear();
   state.wheel = 0;
+}
+
+// The pointer, the window and the letters on the keys are where they are.
+void Input::restart() {
+  clear_edges(state);
+  state.key_down.fill(false);
+  state.button_down.fill(false);
+  state.last_key = 0;
+  state.typed.clear();
+  queue.clear();
 }
 
 }  // namespace
@@ -120,15 +135,7 @@ void begin_input_frame() {
 
 const std::vector<InputEvent>& applied_input() { return part().applied; }
 
-void reset_input() {
-  InputState& state = input_state();
-  clear_edges(state);
-  std::fill(std::begin(state.key_down), std::end(state.key_down), false);
-  std::fill(std::begin(state.button_down), std::end(state.button_down), false);
-  state.last_key = 0;
-  state.typed.clear();
-  part().queue.clear();
-}
+void reset_input() { part().restart(); }
 
 void set_typed(std::string text) {
   std::size_t characters = 0, from = text.size();
@@ -166,7 +173,7 @@ std::string key_name(int code) {
 
 InputState& input_state() { return part().state; }
 
-bool key_test(const bool (&keys)[kKeys], int code) {
+bool key_test(const KeySet& keys, int code) {
   if (code == kVkAnyKey) return std::any_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
   if (code == kVkNoKey) return std::none_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
   return in_range(code, kKeys) && keys[code];

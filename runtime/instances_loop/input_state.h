@@ -1,9 +1,13 @@
 #pragma once
 // The one input queue and the state that scripts read. Every change of keys, buttons, pointer, text and window enters through
 // push_input and takes effect at the start of the next frame, so that a recording of the queue is a recording of the player.
+#include <array>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
+
+#include "runtime/session/state.h"
 
 namespace arena {
 
@@ -23,20 +27,38 @@ struct InputEvent {
   PointerSpace space = PointerSpace::kWindow;
   double x = 0, y = 0;
   std::string text;  // typed; what stands on the key, "" for that of the US layout
+  static constexpr auto fields() {
+    return std::tuple(field("type", &InputEvent::type), field("code", &InputEvent::code), field("value", &InputEvent::value),
+                      field("space", &InputEvent::space), field("x", &InputEvent::x), field("y", &InputEvent::y),
+                      field("text", &InputEvent::text));
+  }
 };
 
+using KeySet = std::array<bool, kKeys>;
+using ButtonSet = std::array<bool, kButtons>;
+
 struct InputState {
-  bool key_down[kKeys] = {}, key_pressed[kKeys] = {}, key_released[kKeys] = {};
-  bool button_down[kButtons] = {}, button_pressed[kButtons] = {}, button_released[kButtons] = {};
+  KeySet key_down = {}, key_pressed = {}, key_released = {};
+  ButtonSet button_down = {}, button_pressed = {}, button_released = {};
   std::int32_t last_key = 0;
   std::int32_t wheel = 0;  // steps up in this frame; down is negative
   PointerSpace pointer_space = PointerSpace::kWindow;
   double pointer_x = 0, pointer_y = 0;
-  std::string text;               // typed in this frame, UTF-8
-  std::string typed;              // keyboard_string: the last kLongestTyped characters, until scripts clear it
-  std::string key_labels[kKeys];  // what the player's layout has on letter and digit keys; "": as the US layout
+  std::string text;                           // typed in this frame, UTF-8
+  std::string typed;                          // keyboard_string: the last kLongestTyped characters, until scripts clear it
+  std::array<std::string, kKeys> key_labels;  // what the player's layout has on letter and digit keys; "": as the US layout
   bool has_focus = true;
   std::int32_t window_width = 1280, window_height = 720;
+  static constexpr auto fields() {
+    return std::tuple(field("key_down", &InputState::key_down), field("key_pressed", &InputState::key_pressed),
+                      field("key_released", &InputState::key_released), field("button_down", &InputState::button_down),
+                      field("button_pressed", &InputState::button_pressed), field("button_released", &InputState::button_released),
+                      field("last_key", &InputState::last_key), field("wheel", &InputState::wheel),
+                      field("pointer_space", &InputState::pointer_space), field("pointer_x", &InputState::pointer_x),
+                      field("pointer_y", &InputState::pointer_y), field("text", &InputState::text), field("typed", &InputState::typed),
+                      field("key_labels", &InputState::key_labels), field("has_focus", &InputState::has_focus),
+                      field("window_width", &InputState::window_width), field("window_height", &InputState::window_height));
+  }
 };
 
 void push_input(const InputEvent& event);
@@ -57,6 +79,6 @@ void set_typed(std::string text);
 std::string key_name(int code);
 
 // "Any" and "no key" counted in.
-bool key_test(const bool (&keys)[kKeys], int code);
+bool key_test(const KeySet& keys, int code);
 
 }  // namespace arena

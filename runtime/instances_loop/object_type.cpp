@@ -13,11 +13,30 @@ bool runs_in_passes(EventKind kind) {
 
 std::int32_t find_object(std::string_view name) { return object_types().find(name); }
 
-const Part<ObjectTypes> part{PartLevel::kWorld, "object types"};
+const StatePart<ObjectTypes> part{PartLevel::kWorld, "object types"};
 
 }  // namespace
 
 ObjectTypes::ObjectTypes() { session().object_types = this; }
+
+void ObjectTypes::save(State& into) const {
+  into.populations.resize(types_.size());
+  for (std::size_t i = 0; i < types_.size(); ++i) into.populations[i] = *types_[i];
+  into.lists = lists_;
+}
+
+// Types point at the lists of their events: those stay where they are.
+void ObjectTypes::load(const State& from) {
+  for (std::size_t i = 0; i < types_.size(); ++i) static_cast<Population&>(*types_[i]) = from.populations[i];
+  for (auto& [key, list] : lists_) {
+    const auto saved = from.lists.find(key);
+    if (saved == from.lists.end()) {
+      list.clear();
+    } else {
+      list = saved->second;
+    }
+  }
+}
 
 const BoundEvent* ObjectType::find_event(EventKey key) const {
   const auto place = std::lower_bound(events.begin(), events.end(), key,

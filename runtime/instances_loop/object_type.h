@@ -4,11 +4,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "runtime/arrays_structs/shape.h"
 #include "runtime/instances_loop/events.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/variables_calls/functions.h"
 
 namespace arena {
@@ -40,15 +41,19 @@ struct EventSubscription {
   const BoundEvent* event;
 };
 
-struct ObjectType {
+// The instances of a type.
+struct Population {
+  std::vector<CInstance*> instances;  // of this type and its children, in order of creation, dead ones until the frame's end
+  std::int32_t live_count = 0;
+  std::size_t typical_row = 0;  // variables that an instance of this type ended up with: room made at once
+};
+
+struct ObjectType : Population {
   ObjectDefinition definition;
   std::int32_t index = -1;
   std::vector<std::int32_t> lineage;             // itself, its parent, and so on
   std::vector<BoundEvent> events;                // in order of their keys
   std::vector<EventSubscription> subscriptions;  // one for each event that runs in passes
-  std::vector<CInstance*> instances;             // of this type and its children, in order of creation, dead ones until the frame's end
-  std::int32_t live_count = 0;
-  std::size_t typical_row = 0;  // variables that an instance of this type ended up with: room made at once
 
   const BoundEvent* find_event(EventKey key) const;
   bool descends_from(std::int32_t ancestor) const;
@@ -66,6 +71,16 @@ class ObjectTypes {
   // The list of an event's participants; made on demand.
   EventList& list(EventKey key) { return lists_[key]; }
   std::map<EventKey, EventList>& lists() { return lists_; }
+
+  // Who lives, by type and by event; the types themselves are data. All of it follows from the world's list of instances.
+  struct State {
+    std::vector<Population> populations;
+    std::map<EventKey, EventList> lists;
+  };
+  void save(State& into) const;
+  void load(const State& from);
+  void restart() {}
+  static constexpr auto fields() { return std::tuple(derived("types", &ObjectTypes::types_), derived("lists", &ObjectTypes::lists_)); }
 
  private:
   void bind_events(ObjectType& type, std::vector<std::string>& problems);

@@ -15,8 +15,16 @@ struct Generators {
   RandomGenerator game;
   RandomGenerator visual{kVisualSeed};
   std::optional<std::uint64_t> fixed_seed;
+
+  void restart() {
+    game.reseed(fixed_seed.value_or(0));
+    visual.reseed(kVisualSeed);
+  }
+  static constexpr auto fields() {
+    return std::tuple(field("game", &Generators::game), field("visual", &Generators::visual), field("fixed_seed", &Generators::fixed_seed));
+  }
 };
-const Part<Generators> part{PartLevel::kWorld, "generators"};
+const StatePart<Generators> part{PartLevel::kWorld, "generators"};
 
 }  // namespace
 
@@ -62,11 +70,6 @@ RandomGenerator& visual_random() { return part().visual; }
 void fix_random_seed(std::uint64_t seed) {
   part().fixed_seed = seed;
   game_random().reseed(seed);
-}
-
-void reset_random() {
-  game_random().reseed(part().fixed_seed.value_or(0));
-  visual_random().reseed(kVisualSeed);
 }
 
 std::uint64_t randomize() {

@@ -50,7 +50,7 @@ void drop_dead(std::vector<CInstance*>& list) {
   list.erase(std::remove_if(list.begin(), list.end(), [](const CInstance* instance) { return !instance->is_alive; }), list.end());
 }
 
-const Part<World> part{PartLevel::kWorld, "world"};
+const StatePart<World> part{PartLevel::kWorld, "world"};
 
 constexpr std::string_view kGlobalScriptPrefix = "ksl_GlobalScript_";
 
@@ -68,7 +68,7 @@ World::World() { session().world = this; }
 
 CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
                          WBObjectBase* creator) {
-  if (live_count_ >= kMostInstances) {
+  if (alive >= kMostInstances) {
     report_error(messages::kWorldFull, kMostInstances);
     return nullptr;
   }
@@ -111,39 +111,40 @@ bool World::runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKin
 
 // Gives the instance its id and a place in every list. Where memory runs out it stands in none.
 void World::list(CInstance& instance) {
-  const std::uint32_t place = static_cast<std::uint32_t>(next_id_ - kFirstInstanceId);
-  if (place / kPageSlots >= pages_.size()) pages_.resize(place / kPageSlots + 1);
-  if (pages_[place / kPageSlots] == nullptr) pages_[place / kPageSlots] = std::make_unique<Page>();
-  make_room(all_);
+  const std::uint32_t place = static_cast<std::uint32_t>(next_id - kFirstInstanceId);
+  if (place / kPageSlots >= pages.size()) pages.resize(place / kPageSlots + 1);
+  Page& page = pages[place / kPageSlots];
+  if (page.slots.empty()) page.slots.resize(kPageSlots);
+  make_room(instances);
   for (const std::int32_t ancestor : instance.type->lineage) make_room(object_types().at(ancestor).instances);
   for (const EventSubscription& subscription : instance.type->subscriptions) make_room(*subscription.list);
-  make_room(by_depth_[instance.depth]);
+  make_room(depth_order[instance.depth]);
 
-  instance.id = next_id_++;
+  instance.id = next_id++;
   instance.is_alive = true;
   instance.is_root = true;
-  pages_[place / kPageSlots]->slots[place % kPageSlots] = &instance;
-  ++pages_[place / kPageSlots]->used;
-  all_.push_back(&instance);
-  ++live_count_;
+  page.slots[place % kPageSlots] = &instance;
+  ++page.used;
+  instances.push_back(&instance);
+  ++alive;
   for (const std::int32_t ancestor : instance.type->lineage) {
     object_types().at(ancestor).instances.push_back(&instance);
     ++object_types().at(ancestor).live_count;
   }
   for (const EventSubscription& subscription : instance.type->subscriptions) subscription.list->push_back({&instance, subscription.event});
-  by_depth_[instance.depth].push_back(&instance);
+  depth_order[instance.depth].push_back(&instance);
 }
 
 void World::unlist(CInstance& instance) {
   instance.is_alive = false;
   instance.is_root = false;
-  has_dead_ = true;
-  --live_count_;
+  has_dead = true;
+  --alive;
   for (const std::int32_t ancestor : instance.type->lineage) --object_types().at(ancestor).live_count;
   const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
-  std::unique_ptr<Page>& page = pages_[place / kPageSlots];
-  page->slots[place % kPageSlots] = nullptr;
-  if (--page->used == 0 && place / kPageSlots + 1 < pages_.size()) page.reset();
+  Page& page = pages[place / kPageSlots];
+  page.slots[place % kPageSlots] = nullptr;
+  if (--page.used == 0 && place / kPageSlots + 1 < pages.size()) page = Page();
 }
 
 void World::destroy(CInstance& instance, bool runs_destroy_event) {
@@ -166,35 +167,35 @@ Layer* World::find_layer(std::int32_t id) {
 
 std::int32_t World::add_layer(const Layer& layer) {
   layers.push_back(layer);
-  layers.back().id = next_layer_id_++;
+  layers.back().id = next_layer_id++;
   layers.back().depth = orderly_depth(layer.depth);
   return layers.back().id;
 }
 
 void World::depth_changed(CInstance& instance, double old_depth) {
-  std::vector<CInstance*>& from = by_depth_[old_depth];
+  std::vector<CInstance*>& from = depth_order[old_depth];
   from.erase(std::remove(from.begin(), from.end(), &instance), from.end());
-  std::vector<CInstance*>& to = by_depth_[instance.depth];
+  std::vector<CInstance*>& to = depth_order[instance.depth];
   const auto by_id = [](const CInstance* left, const CInstance* right) { return left->id < right->id; };
   to.insert(std::upper_bound(to.begin(), to.end(), &instance, by_id), &instance);
 }
 
 void World::forget_dead() {
-  if (!has_dead_) return;
-  has_dead_ = false;
-  drop_dead(all_);
+  if (!has_dead) return;
+  has_dead = false;
+  drop_dead(instances);
   for (std::int32_t i = 0; i < object_types().count(); ++i) drop_dead(object_types().at(i).instances);
   for (auto& [key, list] : object_types().lists()) {
     list.erase(std::remove_if(list.begin(), list.end(), [](const Participant& each) { return !each.instance->is_alive; }), list.end());
   }
-  for (auto bucket = by_depth_.begin(); bucket != by_depth_.end();) {
+  for (auto bucket = depth_order.begin(); bucket != depth_order.end();) {
     drop_dead(bucket->second);
-    bucket = bucket->second.empty() ? by_depth_.erase(bucket) : std::next(bucket);
+    bucket = bucket->second.empty() ? depth_order.erase(bucket) : std::next(bucket);
   }
 }
 
 void World::run_for_all(EventKey key) {
-  const std::vector<CInstance*> snapshot = all_;
+  const std::vector<CInstance*> snapshot = instances;
   for (CInstance* instance : snapshot) {
     if (instance->is_alive) run_event(*instance, instance, key);
   }
@@ -205,11 +206,11 @@ void World::end_instances(bool persistent_too) {
   const auto goes = [&](const CInstance* instance) { return instance->is_alive && (persistent_too || instance->persistent < 0.5); };
   for (int round = 0; round < 100; ++round) {
     std::vector<CInstance*> leaving;
-    std::copy_if(all_.begin(), all_.end(), std::back_inserter(leaving), goes);
+    std::copy_if(instances.begin(), instances.end(), std::back_inserter(leaving), goes);
     if (leaving.empty()) break;
     for (CInstance* instance : leaving) destroy(*instance, false);
   }
-  for (CInstance* instance : all_) {
+  for (CInstance* instance : instances) {
     if (goes(instance)) unlist(*instance);
   }
   forget_dead();
@@ -263,21 +264,28 @@ void World::restart_game() {
   run_for_all({EventKind::kOther, kOtherRoomEnd});
   run_for_all({EventKind::kOther, kOtherGameEnd});
   end_instances(true);
-  forget_run();
-  game_clock().frame_microseconds = GameClock().frame_microseconds;  // no frame of the new run has passed
+  session().restart_parts();
   start_game(first_room);
 }
 
-void World::forget_run() {
-  for (void (*hook)() : restart_hooks) hook();
-  global_object()->clear_variables();
-  reset_statics();
-  reset_input();
-  reset_random();
-  reset_gui_size();
+// Ids of instances go on.
+void World::restart() {
   room_wanted = -1;
   layers.clear();
-  next_layer_id_ = 0;
+  next_layer_id = 0;
+}
+
+// By type, so that two runs that differ can say whose instances do.
+void WorldState::visit_content(StateVisitor& visitor) {
+  for (std::int32_t type = 0; type < object_types().count(); ++type) {
+    visitor.group(object_types().at(type).definition.name);
+    for (CInstance* const instance : object_types().at(type).instances) {
+      if (!instance->is_alive || instance->type->index != type) continue;
+      visitor.instance_id(instance->id);
+      visit_state(visitor, *instance);
+      visitor.variables(*instance);
+    }
+  }
 }
 
 void World::carry_out_requests() {

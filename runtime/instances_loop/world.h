@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "runtime/instances_loop/instance.h"
@@ -26,7 +27,17 @@ struct Layer {
   std::uint32_t background_color = 0xFFFFFF;
   struct Area {
     double x = 0, y = 0, width = 0, height = 0;
+    static constexpr auto fields() {
+      return std::tuple(field("x", &Area::x), field("y", &Area::y), field("width", &Area::width), field("height", &Area::height));
+    }
   } background_area;  // room pixels; without a width: the whole room
+
+  static constexpr auto fields() {
+    return std::tuple(field("id", &Layer::id), field("name", &Layer::name), field("depth", &Layer::depth),
+                      field("visible", &Layer::visible), field("background_sprite", &Layer::background_sprite),
+                      field("background_fill", &Layer::background_fill), field("background_color", &Layer::background_color),
+                      field("background_area", &Layer::background_area));
+  }
 };
 
 struct RoomInstance {
@@ -44,23 +55,53 @@ struct RoomDefinition {
   std::vector<RoomInstance> instances;  // in order of creation
 };
 
-class World {
- public:
-  World();
-  std::vector<RoomDefinition> rooms;  // index is the room's number
-  std::int32_t room = -1;             // the current one; -1 before the first
+// What a frame may change of the world. Instances stand on the heap; the lists point at them.
+struct WorldState {
+  std::int32_t room = -1;  // the current one; -1 before the first
   std::int32_t first_room = 0;
-  std::vector<std::int32_t> starters;  // objects that a run begins with: made first, where the room places none of them itself
   double room_width = 0, room_height = 0;
   std::vector<Layer> layers;      // of the current room, in no order
   bool ended = false;             // game_end was called: no frame runs any more
   std::int32_t room_wanted = -1;  // room_goto takes effect at the end of the frame
   bool restart_wanted = false;
+  std::int32_t next_layer_id = 0;
+
+  // Instances by id, in pages: finding is two loads.
+  static constexpr std::uint32_t kPageSlots = 16384;
+  struct Page {
+    std::vector<CInstance*> slots;  // none: nobody lives there
+    std::int32_t used = 0;
+  };
+  std::vector<Page> pages;
+  std::int32_t next_id = 100000;
+  std::vector<CInstance*> instances;  // alive, in order of creation; the dead until the frame's end
+  std::int32_t alive = 0;
+  bool has_dead = false;
+  std::map<double, std::vector<CInstance*>, std::greater<>> depth_order;
+
+  void visit_content(StateVisitor& visitor);
+  static constexpr auto fields() {
+    return std::tuple(
+        field("room", &WorldState::room), field("first_room", &WorldState::first_room), field("room_width", &WorldState::room_width),
+        field("room_height", &WorldState::room_height), field("layers", &WorldState::layers), field("ended", &WorldState::ended),
+        field("room_wanted", &WorldState::room_wanted), field("restart_wanted", &WorldState::restart_wanted),
+        field("next_layer_id", &WorldState::next_layer_id), derived("pages", &WorldState::pages), derived("next_id", &WorldState::next_id),
+        derived("instances", &WorldState::instances), derived("alive", &WorldState::alive), derived("has_dead", &WorldState::has_dead),
+        derived("depth_order", &WorldState::depth_order));
+  }
+};
+
+// Whoever changes the lists of instances goes through the functions.
+class World : public WorldState {
+ public:
+  World();
+  std::vector<RoomDefinition> rooms;   // index is the room's number
+  std::vector<std::int32_t> starters;  // objects that a run begins with: made first, where the room places none of them itself
 
   CInstance* find(std::int32_t id) const {
     const std::uint32_t place = static_cast<std::uint32_t>(id) - static_cast<std::uint32_t>(kFirstId);
-    if (place / kPageSlots >= pages_.size() || pages_[place / kPageSlots] == nullptr) return nullptr;
-    return pages_[place / kPageSlots]->slots[place % kPageSlots];
+    if (place / kPageSlots >= pages.size() || pages[place / kPageSlots].slots.empty()) return nullptr;
+    return pages[place / kPageSlots].slots[place % kPageSlots];
   }
   // At most so many live at once. One more is an error of the script that wants it.
   static constexpr std::int32_t kMostInstances = 200000;
@@ -88,15 +129,18 @@ class World {
   void carry_out_requests();
 
   // Every live instance in order of creation.
-  const std::vector<CInstance*>& all() const { return all_; }
-  std::int32_t live_count() const { return live_count_; }
+  const std::vector<CInstance*>& all() const { return instances; }
+  std::int32_t live_count() const { return alive; }
   // Instances to draw by depth, greatest first; each list in order of creation.
-  const std::map<double, std::vector<CInstance*>, std::greater<>>& by_depth() const { return by_depth_; }
+  const std::map<double, std::vector<CInstance*>, std::greater<>>& by_depth() const { return depth_order; }
   void depth_changed(CInstance& instance, double old_depth);
   // Drops the dead from every list: between frames only.
   void forget_dead();
-  // Called when the game restarts, so that services forget what belongs to a run.
-  std::vector<void (*)()> restart_hooks;
+
+  using State = WorldState;
+  void save(State& into) const { into = *this; }
+  void load(const State& from) { static_cast<WorldState&>(*this) = from; }
+  void restart();
 
  private:
   void list(CInstance& instance);
@@ -104,22 +148,9 @@ class World {
   void unlist(CInstance& instance);
   void leave_room();
   void end_instances(bool persistent_too);
-  void forget_run();
   void run_for_all(EventKey key);
 
   static constexpr std::int32_t kFirstId = 100000;
-  static constexpr std::uint32_t kPageSlots = 16384;
-  struct Page {
-    CInstance* slots[kPageSlots] = {};
-    int used = 0;
-  };
-  std::vector<std::unique_ptr<Page>> pages_;  // by id: finding is two loads
-  std::int32_t next_id_ = kFirstId;
-  std::vector<CInstance*> all_;
-  std::int32_t live_count_ = 0;
-  bool has_dead_ = false;
-  std::map<double, std::vector<CInstance*>, std::greater<>> by_depth_;
-  std::int32_t next_layer_id_ = 0;
 };
 
 inline World& world() { return *session().world; }

@@ -2,6 +2,8 @@
 // Memory for rows, array elements, strings and heap objects: blocks in classes of 16 bytes, recycled through free lists.
 // Addresses are stable. Freed blocks are filled with 0xDD in the stress build, so that whoever still reads them is found out.
 #include <cstddef>
+#include <memory>
+#include <vector>
 
 #include "runtime/memory/worker_lock.h"
 
@@ -13,9 +15,12 @@ inline constexpr bool kStressBuild = true;
 inline constexpr bool kStressBuild = false;
 #endif
 
-// One session's blocks. Its slabs go back to the system when the pool dies; blocks above 1024 bytes when they are freed.
+// One session's blocks. Its slabs go back to the system when the pool dies; blocks above 1024 bytes when they are freed and no image
+// knows them any more.
 class BlockPool {
  public:
+  class Image;
+
   static constexpr std::size_t kGranule = 16;
   static constexpr std::size_t kLargestPooled = 1024;
 
@@ -28,9 +33,9 @@ class BlockPool {
   void* allocate(std::size_t bytes) {
     const std::size_t rounded = (bytes + kGranule - 1) / kGranule * kGranule;
     if (rounded <= kLargestPooled && WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) [[likely]] {
-      FreeBlock*& head = free_lists_[rounded / kGranule];
+      FreeBlock*& head = books_.free_lists[rounded / kGranule];
       if (head != nullptr) [[likely]] {
-        in_use_ += rounded;
+        books_.in_use += rounded;
         FreeBlock* block = head;
         head = block->next;
         return block;
@@ -43,31 +48,64 @@ class BlockPool {
     if (block == nullptr) return;
     const std::size_t rounded = (bytes + kGranule - 1) / kGranule * kGranule;
     if (!kStressBuild && rounded <= kLargestPooled && WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) [[likely]] {
-      in_use_ -= rounded;
+      books_.in_use -= rounded;
       FreeBlock* freed = static_cast<FreeBlock*>(block);
-      freed->next = free_lists_[rounded / kGranule];
-      free_lists_[rounded / kGranule] = freed;
+      freed->next = books_.free_lists[rounded / kGranule];
+      books_.free_lists[rounded / kGranule] = freed;
       return;
     }
     free_slow(block, rounded);
   }
   // Bytes handed out and not given back.
-  std::size_t in_use() const { return in_use_; }
+  std::size_t in_use() const { return books_.in_use; }
+
+  // Every block as it is now, into an image whose memory is used again. Only this pool takes it back, with every block at its address.
+  void save(Image& image) const;
+  void load(const Image& image);
 
  private:
   struct FreeBlock {
     FreeBlock* next;
   };
-  struct SlabHeader;
+  struct LargeBlock;
+  // What is handed out, and from where: part of an image.
+  struct Books {
+    FreeBlock* free_lists[kLargestPooled / kGranule + 1] = {};
+    std::size_t in_use = 0;
+    std::size_t slabs = 0;      // those in use; the rest of the pool's are as good as new
+    std::size_t slab_left = 0;  // bytes of the newest one
+  };
   void* allocate_slow(std::size_t rounded);
   void free_slow(void* block, std::size_t rounded);
   void* carve(std::size_t bytes);
+  void* allocate_large(std::size_t bytes);
+  void free_large(void* block);
+  void link(LargeBlock& block);
+  void unlink(LargeBlock& block);
 
-  FreeBlock* free_lists_[kLargestPooled / kGranule + 1] = {};
-  std::size_t in_use_ = 0;
-  SlabHeader* newest_slab_ = nullptr;
-  char* slab_ = nullptr;  // what is left of the newest one
-  std::size_t slab_left_ = 0;
+  Books books_;
+  std::vector<char*> slabs_;
+  LargeBlock* first_large_ = nullptr;
+};
+
+class BlockPool::Image {
+ public:
+  Image() = default;
+  ~Image() { let_go(); }
+  Image(const Image&) = delete;
+  Image& operator=(const Image&) = delete;
+  std::size_t bytes() const;
+
+ private:
+  friend class BlockPool;
+  void let_go();
+  struct Copy {
+    LargeBlock* of;
+    std::unique_ptr<char[]> content;
+  };
+  Books books_;
+  std::vector<std::unique_ptr<char[]>> slabs_;
+  std::vector<Copy> large_;
 };
 
 }  // namespace arena

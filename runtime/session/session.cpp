@@ -40,4 +40,10 @@ Session::~Session() {
   detail::current_session = other;
 }
 
+const char* Session::part_name(std::size_t place) { return kinds()[place]->name; }
+
+void Session::restart_parts() {
+  for (const std::unique_ptr<SessionPart>& part : parts_) part->restart();
+}
+
 }  // namespace arena

@@ -19,6 +19,7 @@ class Collector;
 class ObjectTypes;
 class PropertyObject;
 class Session;
+class StateVisitor;
 class WBObjectBase;
 class World;
 struct BuiltinEntry;
@@ -37,10 +38,22 @@ inline constinit thread_local Session* current_session = nullptr;
 // The session that runs on this thread. There must be one.
 inline Session& session() { return *detail::current_session; }
 
-// One piece of a session. Kinds of parts are objects of static storage; every session has one part of each kind.
+// What a snapshot keeps of one part.
+class SavedPart {
+ public:
+  virtual ~SavedPart() = default;
+};
+
+// One piece of a session. Kinds of parts are objects of static storage; every session has one part of each kind. Those that hold state of
+// the game (state.h) are visited, saved and put back; a restart sets all back to what a run begins with.
 class SessionPart {
  public:
   virtual ~SessionPart() = default;
+  virtual void restart() {}
+  virtual void visit(StateVisitor&) {}
+  // Null for what is no state of the game. `reused` is an older one of the same part whose memory is wanted again, or null.
+  virtual std::unique_ptr<SavedPart> save(std::unique_ptr<SavedPart>) const { return nullptr; }
+  virtual void load(const SavedPart&) {}
 };
 
 // What stands on what: parts are made in this order, those of a level in order of their names, and end the other way round.
@@ -65,7 +78,21 @@ struct ContainerStack {
   int count = 0, capacity = 0;
 };
 
-class Session {
+// What running scripts touch at every turn and a snapshot keeps.
+struct SessionValues {
+  std::int64_t last_frame_token = 0;
+  std::int64_t owner_token = 1;       // who writes arrays now: a script frame, an object or an outer array, by serial number
+  PropertyObject* globals = nullptr;  // made on first use
+  double comparison_epsilon = 0.00001;
+  double comparison_tolerance = 0.00001 * (1.0 + 1e-9);  // see compare.h
+  bool array_counting_is_on = true;
+  bool arrays_are_reused = !kStressBuild;
+  std::uint32_t collector_mark = 1;
+  std::uint32_t next_serial = 1;
+  int live_objects = 0, live_strings = 0;
+};
+
+class Session : public SessionValues {
  public:
   // Becomes the current session of this thread.
   Session();
@@ -74,27 +101,18 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Running scripts
+  // Running scripts; nothing of this stands between two frames.
   ScriptFrame* innermost_frame = nullptr;
-  std::int64_t last_frame_token = 0;
-  int call_depth = 0;            // see frame.h
-  std::int64_t owner_token = 1;  // who writes arrays now: a script frame, an object or an outer array, by serial number
+  int call_depth = 0;  // see frame.h
   ContainerStack containers;
-  PropertyObject* globals = nullptr;              // made on first use
   const BuiltinEntry* current_builtin = nullptr;  // the entry being run, for messages; null when none is
   const RunningEvent* running_event = nullptr;    // the innermost handler
-  void (*builtin_observer)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) = nullptr;
 
-  // Values
+  // For tests: who hears of every call of a built-in function, and a bit set takes that write barrier away.
+  void (*builtin_observer)(const BuiltinEntry& entry, std::int32_t argc, const RValue* args) = nullptr;
+  std::uint32_t disabled_barriers = 0;
+
   BlockPool memory;
-  double comparison_epsilon = 0.00001;
-  double comparison_tolerance = 0.00001 * (1.0 + 1e-9);  // see compare.h
-  bool array_counting_is_on = true;
-  bool arrays_are_reused = !kStressBuild;
-  std::uint32_t collector_mark = 1;
-  std::uint32_t next_serial = 1;
-  std::uint32_t disabled_barriers = 0;  // for tests: a bit set here takes that write barrier away
-  int live_objects = 0, live_strings = 0;
 
   // The parts that scripts reach at every turn
   Collector* collector = nullptr;
@@ -102,6 +120,11 @@ class Session {
   ObjectTypes* object_types = nullptr;
 
   SessionPart& part(const PartKind& kind) const { return *parts_[kind.place]; }
+  // All of them, in order of making, and what each is called.
+  std::size_t part_count() const { return parts_.size(); }
+  SessionPart& part_at(std::size_t place) const { return *parts_[place]; }
+  static const char* part_name(std::size_t place);
+  void restart_parts();
 
  private:
   std::vector<std::unique_ptr<SessionPart>> parts_;  // in order of making
@@ -119,11 +142,15 @@ class SessionScope {
   Session* left_;
 };
 
-// A kind of part that holds a T: `const Part<Cameras> part{PartLevel::kWorld, "cameras"};`, and part() is the current session's.
+// A kind of part that holds a T: `const Part<Shapes> part{PartLevel::kMemory, "shapes"};`, and part() is the current session's. It is for
+// what is no state of the game (devices, caches, notes of tools); StatePart (state.h) is for what is.
 template <class T>
 class Part : PartKind {
   struct Holding final : SessionPart {
     T held = T();
+    void restart() override {
+      if constexpr (requires { held.restart(); }) held.restart();
+    }
   };
 
  public:

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/session/session.h"
+#include "runtime/session/state.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena {
@@ -31,8 +32,15 @@ class Statics final : public Holder {
     }
   }
   std::vector<PropertyObject*> made = std::vector<PropertyObject*>(scripts.size());
+
+  using State = std::vector<PropertyObject*>;
+  void save(State& into) const { into = made; }
+  void load(const State& from) { made = from; }
+  void restart() { std::fill(made.begin(), made.end(), nullptr); }
+  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
+  static constexpr auto fields() { return std::tuple(field("made", &Statics::made)); }
 };
-const Part<Statics> statics_part{PartLevel::kScripts, "statics"};
+const StatePart<Statics> statics_part{PartLevel::kScripts, "statics"};
 const Part<std::vector<ScriptFunction>> extensions{PartLevel::kScripts, "extension functions"};
 
 template <class Entry>
@@ -146,11 +154,6 @@ PropertyObject* statics_of(CompiledFunction& function) {
   }
   made = statics;  // complete, or not there
   return statics;
-}
-
-void reset_statics() {
-  std::vector<PropertyObject*>& made = statics_part().made;
-  std::fill(made.begin(), made.end(), nullptr);
 }
 
 std::int32_t add_extension_function(ScriptFunction function) {

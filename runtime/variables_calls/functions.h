@@ -85,8 +85,6 @@ class StaticsChain {
   CompiledFunction& base;
   StaticsChain* next;
 };
-// Forgets every static struct, as a restart of the game does.
-void reset_statics();
 
 // The second function table: functions that the host program adds (native extensions). Returns the number that calls it.
 std::int32_t add_extension_function(ScriptFunction function);

@@ -214,7 +214,7 @@ TEST(Batches, StatesThatDoNotChangeShareADraw) {
 
 double loudness_at(audio::LoopbackDevice& device, double distance) {
   audio::Audio& model = audio::audio();
-  model.reset();
+  model.restart();
   model.falloff = audio::Falloff::kLinearClamped;
   audio::Voice voice;
   voice.sound = 5;
@@ -228,7 +228,7 @@ double loudness_at(audio::LoopbackDevice& device, double distance) {
   device.pull(samples.data(), 2048);
   double energy = 0;
   for (const std::int16_t sample : samples) energy += static_cast<double>(sample) * sample;
-  model.reset();
+  model.restart();
   model.feed(device);
   device.pull(samples.data(), 2048);
   return std::sqrt(energy / 4096);

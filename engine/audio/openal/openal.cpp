@@ -67,6 +67,12 @@ class OpenAl final : public LoopbackDevice {
     for (std::size_t i = 0; i < count; ++i) follow_one(voices[i]);
   }
 
+  void forget() override {
+    for (Source& source : sources_) {
+      if (source.handle != 0) silence(source);
+    }
+  }
+
   void pull(std::int16_t* frames, int count) override { render_(device_, frames, count); }
 
  private:
