@@ -3,6 +3,7 @@
 #include <new>
 
 #include "apps/command_line.h"
+#include "apps/game_description.h"
 #include "apps/modes.h"
 #include "apps/options.h"
 #include "apps/user_files.h"
@@ -22,18 +23,26 @@ namespace {
 
 enum ExitStatus { kFine = 0, kFailed = 1, kBadOption = 2, kScriptError = 3 };
 
+// Beside the program, or where an installation puts it: PREFIX/bin/arena and PREFIX/share/arena/arena.dat.
 std::string data_path(const Options& options) {
-  return options.data.empty() ? files::utf8_of(files::program_file().parent_path() / "arena.dat") : options.data;
+  if (!options.data.empty()) return options.data;
+  const std::string name = game_description().name, file = name + ".dat";
+  const std::filesystem::path here = files::program_file().parent_path(), installed = here.parent_path() / "share" / name / file;
+  std::error_code ignored;
+  const bool is_installed = !std::filesystem::exists(here / file, ignored) && std::filesystem::exists(installed, ignored);
+  return files::utf8_of(is_installed ? installed : here / file);
 }
+
+std::string name_and_version() { return std::string(game_description().name) + " " + game_description().version; }
 
 void show_dialog(const std::string& text) {
   if (!platform::has_display() || platform::end_request() != 0) return;
   platform::stop_watching_end_requests();  // nothing sees them while the dialog waits
-  platform::show_error_dialog("Arena", text);
+  platform::show_error_dialog(game_description().title, text);
 }
 
 int fail(const std::string& problem, bool in_dialog, int status) {
-  std::cerr << "arena: " << problem << "\n";
+  std::cerr << game_description().name << ": " << problem << "\n";
   if (in_dialog) show_dialog(problem);
   return status;
 }
@@ -43,17 +52,18 @@ std::string unwritable_picture(const Options& options) {
 }
 
 int run_mode(host::Game& game, platform::Window* window, const Options& options) {
-  std::string problem;
+  std::unique_ptr<Mode> mode;
   if (options.console) {
-    problem = run_console(game, options);
+    mode = console_mode(game, options);
   } else if (options.headless) {
-    problem = run_headless(game, options);
+    mode = headless_mode(game, options);
   } else if (platform::has_display()) {
-    run_window(game, *window, options);
+    mode = window_mode(game, *window, options);
   } else {
-    run_show(game, options);
+    mode = show_mode(game, options);
   }
-  if (!problem.empty() && platform::end_request() == 0) return fail(problem, false, kFailed);
+  platform::run_main_loop([&] { return mode->tick(); });
+  if (!mode->problem().empty() && platform::end_request() == 0) return fail(mode->problem(), false, kFailed);
   if (!options.screenshot.empty() && !game.save_screenshot(options.screenshot)) return fail(unwritable_picture(options), false, kFailed);
   return kFine;
 }
@@ -78,8 +88,13 @@ int run(const Options& options) {
   const bool draws_offscreen = shows_offscreen || (options.headless && !options.screenshot.empty());
   game_options.shows_frames = !draws_offscreen;
   if (wants_window || draws_offscreen) {
-    if (shows_offscreen) std::cerr << "arena: there is no display; the game plays itself off-screen and leaves pictures in Screenshots/\n";
+    if (shows_offscreen) {
+      const char* const how = game_description().make_autoplayer != nullptr ? "plays itself" : "runs";
+      std::cerr << game_description().name << ": there is no display; the game " << how
+                << " off-screen and leaves pictures in Screenshots/\n";
+    }
     platform::WindowOptions window_options;
+    window_options.title = game_description().title;
     window_options.fullscreen = options.fullscreen;
     window_options.vsync = options.vsync && !draws_offscreen;
     window_options.offscreen = draws_offscreen;
@@ -107,9 +122,10 @@ int start(int argc, char** argv) {
   std::string problem;
   if (!parse_options(command_line(argc, argv), options, problem)) return fail(problem, false, kBadOption);
   if (options.shows_help) return tell(help_text());
-  if (options.shows_version) return tell("arena " ARENA_VERSION "\n");
+  if (options.shows_version) return tell(name_and_version() + "\n");
   start_log();
-  platform::report_crashes(crash_report_file(), "arena " ARENA_VERSION " crashed", !options.headless && platform::has_display());
+  const bool has_dialogs = !options.headless && platform::has_display();
+  platform::report_crashes(crash_report_file(), name_and_version() + " crashed", has_dialogs ? game_description().title : "");
   try {
     return run(options);
   } catch (const WBKSLException& error) {

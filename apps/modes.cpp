@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "apps/autoplayer.h"
+#include "apps/game_description.h"
 #include "apps/user_files.h"
 #include "engine/console/console.h"
 #include "engine/console/state_hash.h"
@@ -18,6 +18,8 @@
 namespace arena::apps {
 namespace {
 
+using platform::NextTick;
+
 constexpr std::int64_t kFrame = 16667;           // microseconds of a frame without a screen to wait for
 constexpr std::int64_t kLongestFrame = 1000000;  // a stall counts as at most this
 constexpr std::int64_t kHashEvery = 600;         // frames
@@ -25,74 +27,126 @@ constexpr std::int64_t kScreenshotEvery = 240;   // frames of an off-screen show
 constexpr std::int64_t kShowFrames = 20 * 60;    // unless told otherwise
 
 bool must_end() { return platform::end_request() != 0; }
-bool goes_on(std::int64_t frame, std::int64_t frames) { return !must_end() && !world().ended && frame != frames; }
+
+// Null when nobody plays.
+std::unique_ptr<Autoplayer> autoplayer(bool wanted) {
+  return wanted && game_description().make_autoplayer != nullptr ? game_description().make_autoplayer() : nullptr;
+}
+
+class ConsoleMode final : public Mode {
+ public:
+  ConsoleMode(host::Game& game, const Options& options)
+      : player_(autoplayer(options.demo)), console_(game, hooks()), lines_(console::kLongestRequest) {}
+
+  NextTick tick() override {
+    using Lines = platform::InputLines;
+    const Lines::Result result = lines_.next(line_);
+    if (result == Lines::Result::kFailed) return fail("standard input cannot be read");
+    if (result != Lines::Result::kLine) return NextTick::kNever;
+    if (!platform::write_output(console_.answer(line_) + "\n")) return fail("the reply cannot be written");
+    return console_.has_quit() ? NextTick::kNever : NextTick::kAtOnce;
+  }
+
+ private:
+  console::StepHooks hooks() const {
+    console::StepHooks hooks;
+    hooks.must_end = must_end;
+    if (player_ != nullptr) hooks.before_frame = [player = player_.get()] { player->play(); };
+    return hooks;
+  }
+  std::unique_ptr<Autoplayer> player_;
+  console::Console console_;
+  platform::InputLines lines_;
+  std::string line_;
+};
+
+// Ends with the game, or after so many frames (never when negative).
+class FrameMode : public Mode {
+ public:
+  FrameMode(host::Game& game, std::int64_t frames, bool plays) : game_(game), player_(autoplayer(plays)), frames_(frames) {}
+
+ protected:
+  bool goes_on() const { return !must_end() && !world().ended && frame_ != frames_; }
+  void run_frame(std::int64_t microseconds) {
+    if (player_ != nullptr) player_->play();
+    game_.run_frame(microseconds);
+    ++frame_;
+  }
+  std::int64_t frame() const { return frame_; }  // how many have run
+  host::Game& game_;
+
+ private:
+  std::unique_ptr<Autoplayer> player_;
+  std::int64_t frames_, frame_ = 0;
+};
+
+class HeadlessMode final : public FrameMode {
+ public:
+  HeadlessMode(host::Game& game, const Options& options) : FrameMode(game, options.frames, options.demo), path_(options.hashes) {
+    if (!path_.empty()) hashes_.open(files::path_of(path_));
+  }
+
+  NextTick tick() override {
+    if (!hashes_) return fail(files::on_one_line(path_) + ": the hashes cannot be written");
+    if (!goes_on()) return NextTick::kNever;
+    run_frame(kFrame);
+    if (!path_.empty() && frame() % kHashEvery == 0)
+      hashes_ << frame() << " " << std::hex << console::state_hash() << std::dec << std::endl;
+    return NextTick::kAtOnce;
+  }
+
+ private:
+  std::string path_;
+  std::ofstream hashes_;
+};
+
+class WindowMode final : public FrameMode {
+ public:
+  WindowMode(host::Game& game, platform::Window& window, const Options& options)
+      : FrameMode(game, options.frames, options.demo), window_(window), next_(options.vsync ? NextTick::kWithScreen : NextTick::kAtOnce) {}
+
+  NextTick tick() override {
+    if (!window_.poll() || !goes_on()) return NextTick::kNever;
+    int width = 0, height = 0;
+    window_.drawable_size(width, height);
+    game_.set_target_size(width, height);
+    const std::int64_t now = platform::steady_microseconds();
+    if (window_.takes_screenshot()) game_.take_screenshot();
+    run_frame(std::clamp<std::int64_t>(now - before_, 1, kLongestFrame));
+    before_ = now;
+    return next_;
+  }
+
+ private:
+  platform::Window& window_;
+  NextTick next_;
+  std::int64_t before_ = platform::steady_microseconds() - kFrame;
+};
+
+class ShowMode final : public FrameMode {
+ public:
+  ShowMode(host::Game& game, const Options& options) : FrameMode(game, options.frames < 0 ? kShowFrames : options.frames, true) {}
+
+  NextTick tick() override {
+    if (!goes_on()) return NextTick::kNever;
+    run_frame(kFrame);
+    if (frame() % kScreenshotEvery != 0) return NextTick::kAtOnce;
+    const std::string path = folder_ + "/show-" + std::to_string(frame() / kScreenshotEvery) + ".png";
+    if (game_.save_screenshot(path)) std::cerr << path << "\n";
+    return NextTick::kAtOnce;
+  }
+
+ private:
+  const std::string folder_ = screenshot_folder();
+};
 
 }  // namespace
 
-std::string run_console(host::Game& game, const Options& options) {
-  using Lines = platform::InputLines;
-  Autoplayer player;
-  console::StepHooks hooks;
-  hooks.must_end = must_end;
-  if (options.demo) hooks.before_frame = [&player] { player.play(); };
-  console::Console console(game, hooks);
-  Lines lines(console::kLongestRequest);
-  for (std::string line; !console.has_quit();) {
-    const Lines::Result result = lines.next(line);
-    if (result == Lines::Result::kFailed) return "standard input cannot be read";
-    if (result != Lines::Result::kLine) break;
-    if (!platform::write_output(console.answer(line) + "\n")) return "the reply cannot be written";
-  }
-  return "";
+std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options) { return std::make_unique<ConsoleMode>(game, options); }
+std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options) { return std::make_unique<HeadlessMode>(game, options); }
+std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options) {
+  return std::make_unique<WindowMode>(game, window, options);
 }
-
-std::string run_headless(host::Game& game, const Options& options) {
-  Autoplayer player;
-  const bool writes_hashes = !options.hashes.empty();
-  const std::string unwritable = files::on_one_line(options.hashes) + ": the hashes cannot be written";
-  std::ofstream hashes;
-  if (writes_hashes) hashes.open(files::path_of(options.hashes));
-  if (!hashes) return unwritable;
-  for (std::int64_t frame = 0; goes_on(frame, options.frames); ++frame) {
-    if (options.demo) player.play();
-    game.run_frame(kFrame);
-    if (!writes_hashes || (frame + 1) % kHashEvery != 0) continue;
-    hashes << frame + 1 << " " << std::hex << console::state_hash() << std::dec << std::endl;
-    if (!hashes) return unwritable;
-  }
-  return "";
-}
-
-void run_window(host::Game& game, platform::Window& window, const Options& options) {
-  Autoplayer player;
-  std::int64_t before = platform::steady_microseconds();
-  for (std::int64_t frame = 0; window.poll() && goes_on(frame, options.frames); ++frame) {
-    int width = 0, height = 0;
-    window.drawable_size(width, height);
-    game.set_target_size(width, height);
-    if (options.demo) player.play();
-    std::int64_t now = platform::steady_microseconds();
-    if (options.vsync && now - before < kFrame / 2) {  // no screen holds the loop back
-      platform::sleep_microseconds(kFrame - (now - before));
-      now = platform::steady_microseconds();
-    }
-    if (window.takes_screenshot()) game.take_screenshot();
-    game.run_frame(std::clamp<std::int64_t>(now - before, 1, kLongestFrame));
-    before = now;
-  }
-}
-
-void run_show(host::Game& game, const Options& options) {
-  Autoplayer player;
-  const std::string folder = screenshot_folder();
-  const std::int64_t frames = options.frames < 0 ? kShowFrames : options.frames;
-  for (std::int64_t frame = 0; goes_on(frame, frames);) {
-    player.play();
-    game.run_frame(kFrame);
-    if (++frame % kScreenshotEvery != 0) continue;
-    const std::string path = folder + "/show-" + std::to_string(frame / kScreenshotEvery) + ".png";
-    if (game.save_screenshot(path)) std::cerr << path << "\n";
-  }
-}
+std::unique_ptr<Mode> show_mode(host::Game& game, const Options& options) { return std::make_unique<ShowMode>(game, options); }
 
 }  // namespace arena::apps

@@ -1,9 +1,11 @@
 #pragma once
-// The ways to run a game: from outside, as fast as it goes, in a window, or by itself where there is no display. Each ends within a frame
+// The ways to run a game: from outside, as fast as it goes, in a window, or by itself where there is no display. Each ends within a tick
 // of an end request.
+#include <memory>
 #include <string>
 
 #include "apps/options.h"
+#include "engine/platform/main_loop.h"
 
 namespace arena {
 namespace host {
@@ -15,11 +17,29 @@ class Window;
 
 namespace apps {
 
-// Answers requests; frames run only when asked. These two give what went wrong with the streams or files that they use; "" is fine.
-std::string run_console(host::Game& game, const Options& options);
-std::string run_headless(host::Game& game, const Options& options);
-void run_window(host::Game& game, platform::Window& window, const Options& options);
-void run_show(host::Game& game, const Options& options);
+class Mode {
+ public:
+  virtual ~Mode() = default;
+  // One frame, or one request.
+  virtual platform::NextTick tick() = 0;
+  // What went wrong with the streams or files that it uses; "": nothing.
+  const std::string& problem() const { return problem_; }
+
+ protected:
+  platform::NextTick fail(std::string problem) {
+    problem_ = std::move(problem);
+    return platform::NextTick::kNever;
+  }
+
+ private:
+  std::string problem_;
+};
+
+// Game, window and options outlive the mode.
+std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options);
+std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options);
+std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options);
+std::unique_ptr<Mode> show_mode(host::Game& game, const Options& options);
 
 }  // namespace apps
 }  // namespace arena

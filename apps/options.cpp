@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 
+#include "apps/game_description.h"
 #include "engine/files/paths.h"
 
 namespace arena::apps {
@@ -64,20 +65,29 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
     problem = std::string(options.console ? "--console" : "--hashes") + " goes with --headless";
     return false;
   }
+  if (options.demo && game_description().make_autoplayer == nullptr) {
+    problem = "this game cannot play itself";
+    return false;
+  }
   return true;
 }
 
 std::string help_text() {
-  return "usage: arena [options]\n"
-         "  --data FILE        the data file (arena.dat beside the program)\n"
+  const std::string name = game_description().name;
+  const bool plays_itself = game_description().make_autoplayer != nullptr;
+  return "usage: " + name +
+         " [options]\n"
+         "  --data FILE        the data file (" +
+         name +
+         ".dat beside the program)\n"
          "  --room NAME        starts in this room\n"
          "  --seed N           the seed of all randomness\n"
          "  --fullscreen       without window borders\n"
          "  --no-vsync         draws as fast as it can\n"
          "  --mute             without sound\n"
          "  --headless         without window and sound\n"
-         "  --console          with --headless: JSON requests on standard input, replies on standard output\n"
-         "  --demo             the game plays itself\n"
+         "  --console          with --headless: JSON requests on standard input, replies on standard output\n" +
+         (plays_itself ? "  --demo             the game plays itself\n" : "") +
          "  --frames N         ends after N frames\n"
          "  --screenshot FILE  writes a PNG at the end\n"
          "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"

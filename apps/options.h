@@ -7,7 +7,7 @@
 namespace arena::apps {
 
 struct Options {
-  std::string data;  // "": arena.dat beside the executable
+  std::string data;  // "": the one of the game, beside the executable or installed
   std::string room;
   std::string screenshot;  // written when the program ends
   std::string hashes;      // gets a line every 600 frames

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 
+#include "apps/game_description.h"
 #include "engine/files/paths.h"
 #include "runtime/variables_calls/log.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 constexpr std::size_t kLargestLog = 8 << 20;  // bytes
 
-// arena.log; when it is full, or another run's, it becomes arena-1.log in place of an older one.
+// Named after the game, arena.log; when it is full, or another run's, it becomes arena-1.log in place of an older one.
 class LogFile {
  public:
   explicit LogFile(std::filesystem::path folder) : folder_(std::move(folder)) { begin(); }
@@ -30,8 +31,9 @@ class LogFile {
     written_ = 0;
     if (folder_.empty()) return;
     std::error_code ignored;  // what cannot be kept is written over
-    std::filesystem::rename(folder_ / "arena.log", folder_ / "arena-1.log", ignored);
-    stream_.open(folder_ / "arena.log");
+    const std::string name = game_description().name;
+    std::filesystem::rename(folder_ / (name + ".log"), folder_ / (name + "-1.log"), ignored);
+    stream_.open(folder_ / (name + ".log"));
   }
 
   std::filesystem::path folder_;
@@ -42,7 +44,7 @@ class LogFile {
 }  // namespace
 
 void start_log() {
-  set_log_sink([file = std::make_shared<LogFile>(files::user_data_folder())](std::string_view line, bool is_note) {
+  set_log_sink([file = std::make_shared<LogFile>(files::user_data_folder(game_description().name))](std::string_view line, bool is_note) {
     if (!is_note) std::cerr << line << "\n";
     file->write(line);
   });
@@ -51,7 +53,7 @@ void start_log() {
 void end_log() { set_log_sink({}); }
 
 std::filesystem::path crash_report_file() {
-  const std::filesystem::path folder = files::user_data_folder();
+  const std::filesystem::path folder = files::user_data_folder(game_description().name);
   return folder.empty() ? folder : folder / "crash-report.txt";
 }
 
@@ -71,7 +73,7 @@ std::string screenshot_folder() {
 #endif
   const std::filesystem::path pictures = files::pictures_folder();
   const bool is_second_best = !pictures.empty() && !files::can_write_in(here);
-  return files::utf8_of(is_second_best ? pictures / "arena" : here);
+  return files::utf8_of(is_second_best ? pictures / game_description().name : here);
 }
 
 }  // namespace arena::apps

@@ -1,7 +1,7 @@
 // Small operations as scripts write them.
 #include "bench/micro_scripts.h"
 
-#include "game/ui/widget.h"
+#include "toolkit/ui/widget.h"
 
 namespace arena::game {
 namespace {

@@ -10,9 +10,9 @@
 #include "engine/draw/draw_service.h"
 #include "engine/draw/particles.h"
 #include "engine/draw/stamps.h"
-#include "game/ui/layout/flexbox.h"
 #include "runtime/memory/block_pool.h"
 #include "runtime/variables_calls/frame.h"
+#include "toolkit/ui/layout/flexbox.h"
 
 namespace bench {
 namespace {

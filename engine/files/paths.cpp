@@ -82,13 +82,13 @@ std::filesystem::path program_file() {
 #endif
 }
 
-std::filesystem::path user_data_folder() {
+std::filesystem::path user_data_folder(std::string_view program) {
 #ifdef _WIN32
   const std::filesystem::path base = known_folder(FOLDERID_LocalAppData);
 #else
   const std::filesystem::path base = first_of(named_by("XDG_DATA_HOME"), in_home(".local/share"));
 #endif
-  return base.empty() ? base : made(base / "arena");
+  return base.empty() ? base : made(base / program);
 }
 
 std::filesystem::path pictures_folder() {
@@ -101,7 +101,7 @@ std::filesystem::path pictures_folder() {
 
 bool can_write_in(const std::filesystem::path& folder) {
   if (made(folder).empty()) return false;
-  const std::filesystem::path probe = folder / ".arena-writes-here";
+  const std::filesystem::path probe = folder / ".can-write-here";
   const bool writes = std::ofstream(probe).put('.').good();
   std::error_code ignored;
   std::filesystem::remove(probe, ignored);

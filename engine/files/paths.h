@@ -14,8 +14,9 @@ std::string on_one_line(std::string text);
 
 // The running program; empty when the system does not tell.
 std::filesystem::path program_file();
-// Where this user's logs and reports go: %LOCALAPPDATA%\arena, or arena in the XDG data folder. Made on demand; empty when it cannot be.
-std::filesystem::path user_data_folder();
+// Where a program's logs and reports go: the folder with its name in %LOCALAPPDATA% or in the XDG data folder. Made on demand; empty when
+// it cannot be.
+std::filesystem::path user_data_folder(std::string_view program);
 // Where this user keeps pictures; empty when unknown.
 std::filesystem::path pictures_folder();
 // Whether a file can be made there; makes the folder when it is missing.

@@ -66,7 +66,7 @@ void begin_report(const char* what) {
 void add_address(const void* pointer) {
   const auto address = reinterpret_cast<std::uintptr_t>(pointer);
   const bool is_own = address >= image_start && address < image_end;
-  report << (is_own ? "  arena+0x" : "  0x");
+  report << (is_own ? "  program+0x" : "  0x");
   report.number(is_own ? address - image_start : address, 16) << "\n";
 }
 
@@ -101,7 +101,7 @@ void finish_report(void* const* addresses, int count) {
 
 #ifdef _WIN32
 std::wstring report_path;
-bool has_dialog = false;
+std::string dialog_title;  // "": no dialog
 
 const char* name_of(DWORD code) {
   switch (code) {
@@ -130,7 +130,7 @@ void finish_and_show() {
   void* addresses[kMostAddresses];
   finish_report(addresses, RtlCaptureStackBackTrace(0, kMostAddresses, addresses, nullptr));
   write_to(GetStdHandle(STD_ERROR_HANDLE));
-  if (has_dialog) MessageBoxA(nullptr, report.text(), "Arena", MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+  if (!dialog_title.empty()) MessageBoxA(nullptr, report.text(), dialog_title.c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
 }
 
 LONG WINAPI see_fault(EXCEPTION_POINTERS* fault) {
@@ -148,9 +148,9 @@ void see_abort(int) {
   TerminateProcess(GetCurrentProcess(), 3);  // as the C library would, without its own box
 }
 
-void watch(const std::filesystem::path& file, bool in_dialog) {
+void watch(const std::filesystem::path& file, const std::string& title) {
   report_path = file.wstring();
-  has_dialog = in_dialog;
+  dialog_title = title;
   const auto* const base = reinterpret_cast<const unsigned char*>(GetModuleHandleW(nullptr));
   const auto* const header = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
   image_start = reinterpret_cast<std::uintptr_t>(base);
@@ -198,7 +198,7 @@ void see_signal(int signal, siginfo_t*, void*) {
   raise(signal);
 }
 
-void watch(const std::filesystem::path& file, bool) {
+void watch(const std::filesystem::path& file, const std::string&) {
   report_path = file.string();
   image_start = reinterpret_cast<std::uintptr_t>(&__executable_start);
   image_end = reinterpret_cast<std::uintptr_t>(&_end);
@@ -217,10 +217,10 @@ void watch(const std::filesystem::path& file, bool) {
 
 }  // namespace
 
-void report_crashes(const std::filesystem::path& file, const std::string& heading, bool in_dialog) {
+void report_crashes(const std::filesystem::path& file, const std::string& heading, const std::string& dialog_title) {
   heading_text.clear();
   heading_text << heading.c_str();
-  watch(file, in_dialog);
+  watch(file, dialog_title);
   std::set_terminate(end_uncaught);
 }
 

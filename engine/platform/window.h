@@ -9,7 +9,7 @@
 namespace arena::platform {
 
 struct WindowOptions {
-  std::string title = "Arena";
+  std::string title;
   int width = 1280, height = 720;
   bool fullscreen = false, vsync = true;
   bool offscreen = false;  // nobody sees it

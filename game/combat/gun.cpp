@@ -2,8 +2,8 @@
 #include "game/combat/damage.h"
 #include "game/combat/weapon.h"
 #include "game/support/camera.h"
-#include "game/support/drawing.h"
 #include "game/support/warnings.h"
+#include "toolkit/support/drawing.h"
 
 namespace arena::game {
 namespace {

@@ -3,7 +3,7 @@
 #include "game/combat/names.h"
 #include "game/enemies/pickups.h"
 #include "game/flow/death_screen.h"
-#include "game/support/motion.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 namespace {

@@ -1,7 +1,7 @@
 // The boss: it circles the player at a changing range and shoots with a copy of the player's own gun.
 #include "game/combat/names.h"
 #include "game/enemies/crowd.h"
-#include "game/support/motion.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 namespace {

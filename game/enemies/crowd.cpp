@@ -1,8 +1,8 @@
 #include "game/enemies/crowd.h"
 
 #include "game/enemies/pickups.h"
-#include "game/support/motion.h"
 #include "game/support/spatial_hash.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "game/combat/weapon.h"
 #include "game/enemies/pickups.h"
-#include "game/support/motion.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 namespace {

@@ -1,8 +1,8 @@
 #include "game/enemies/pickups.h"
 
 #include "game/combat/weapon.h"
-#include "game/support/drawing.h"
-#include "game/support/motion.h"
+#include "toolkit/support/drawing.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 namespace {

@@ -2,8 +2,8 @@
 #include "game/decals/stickers.h"
 #include "game/flow/hud.h"
 #include "game/support/camera.h"
-#include "game/support/resolution.h"
 #include "game/support/spatial_hash.h"
+#include "toolkit/support/resolution.h"
 
 namespace arena::game {
 extern const Script<Value()> initDebug;

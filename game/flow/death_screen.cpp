@@ -1,6 +1,6 @@
 #include "game/flow/death_screen.h"
 
-#include "game/support/drawing.h"
+#include "toolkit/support/drawing.h"
 
 namespace arena::game {
 namespace {

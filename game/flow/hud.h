@@ -1,6 +1,6 @@
 #pragma once
 // The panels of a fight: waves, the player's bars, the weapon with its slots.
-#include "game/ui/ui.h"
+#include "toolkit/ui/ui.h"
 
 namespace arena::game {
 

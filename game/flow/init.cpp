@@ -1,7 +1,7 @@
 // Start-up: the globals and the two definition tables that every other object reads. Runs before all others.
 #include "game/combat/weapon.h"
-#include "game/support/music.h"
-#include "game/ui/ui.h"
+#include "toolkit/support/music.h"
+#include "toolkit/ui/ui.h"
 
 namespace arena::game {
 namespace {

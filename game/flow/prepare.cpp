@@ -2,8 +2,8 @@
 #include "game/combat/names.h"
 #include "game/enemies/modifier.h"
 #include "game/enemies/pickups.h"
-#include "game/support/drawing.h"
-#include "game/support/resolution.h"
+#include "toolkit/support/drawing.h"
+#include "toolkit/support/resolution.h"
 
 namespace arena::game {
 namespace {

@@ -3,7 +3,7 @@
 #include "game/combat/weapon.h"
 #include "game/enemies/modifier.h"
 #include "game/enemies/pickups.h"
-#include "game/ui/ui.h"
+#include "toolkit/ui/ui.h"
 
 namespace arena::game {
 namespace {

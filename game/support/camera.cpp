@@ -1,6 +1,6 @@
 #include "game/support/camera.h"
 
-#include "game/support/motion.h"
+#include "toolkit/support/motion.h"
 
 namespace arena::game {
 extern const Constructor TarnCamera;

@@ -236,7 +236,7 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   const Variable home("HOME", folder);
   {
     const Variable data("XDG_DATA_HOME", folder + "/data"), pictures("XDG_PICTURES_DIR", folder + "/pictures");
-    EXPECT_EQ(files::user_data_folder(), folder + "/data/arena");
+    EXPECT_EQ(files::user_data_folder("arena"), folder + "/data/arena");
     EXPECT_TRUE(std::filesystem::is_directory(folder + "/data/arena"));
     EXPECT_EQ(files::pictures_folder(), folder + "/pictures");
     const std::string report = apps::write_crash_report("what went wrong\n");
@@ -256,7 +256,7 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
     std::filesystem::current_path(before);
   }
   const Variable data("XDG_DATA_HOME", "relative/means/unset"), pictures("XDG_PICTURES_DIR", "");
-  EXPECT_EQ(files::user_data_folder(), folder + "/.local/share/arena");
+  EXPECT_EQ(files::user_data_folder("arena"), folder + "/.local/share/arena");
   EXPECT_EQ(files::pictures_folder(), folder + "/Pictures");
   const Variable config("XDG_CONFIG_HOME", folder + "/settings");
   std::filesystem::create_directories(folder + "/settings");
@@ -276,7 +276,7 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   }
   std::ofstream(folder + "/file") << "in the way";
   const Variable blocked("XDG_DATA_HOME", folder + "/file");
-  EXPECT_EQ(files::user_data_folder(), "") << "no folder, no log, no crash";
+  EXPECT_EQ(files::user_data_folder("arena"), "") << "no folder, no log, no crash";
   EXPECT_EQ(apps::write_crash_report("x"), "");
   std::filesystem::remove_all(folder);
 }
@@ -334,7 +334,7 @@ TEST(CrashReportsDeathTest, TellWhatHappenedAndWhichScriptsRan) {
   const auto crash = [&](void (*what)()) {
     look_up_names();
     Session session;  // the listener that makes one for each test rests in the child
-    platform::report_crashes(files::path_of(file), "arena crashed", false);
+    platform::report_crashes(files::path_of(file), "arena crashed", "");
     const FrameScope outer("ksl_Object_oGun_Step_0", nullptr, nullptr);
     FrameScope inner("ksl_Script_Fire", nullptr, nullptr);
     inner.line = 42;
@@ -354,7 +354,7 @@ TEST(CrashReportsDeathTest, TellWhatHappenedAndWhichScriptsRan) {
     const std::string report = report_of(file);
     EXPECT_EQ(report.find("arena crashed\n"), 0U) << report;
     EXPECT_NE(report.find(row.told), std::string::npos) << report;
-    EXPECT_NE(report.find("\n  arena+0x"), std::string::npos) << report;
+    EXPECT_NE(report.find("\n  program+0x"), std::string::npos) << report;
     EXPECT_NE(report.find("scripts:\n  ksl_Script_Fire (line 42)\n  ksl_Object_oGun_Step_0 (line 0)\n"), std::string::npos) << report;
     std::filesystem::remove(files::path_of(file));
   }

@@ -9,7 +9,7 @@ namespace {
 class FrameOrder : public TestGame {
  protected:
   FrameOrder() { eval("global.seen = []; global.hooks = {}"); }
-  // A probe of object 21 (or its child 22) on a layer of the test room; its mark is set before Create.
+  // A probe (or its child) on a layer of the test room; its mark is set before Create.
   void make(const std::string& mark, int object = kProbe, const std::string& layer = "layMobs") {
     eval("instance_create_layer(0, 0, \"" + layer + "\", " + std::to_string(object) + ", {mark: \"" + mark + "\"})");
   }

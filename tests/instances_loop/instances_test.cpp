@@ -35,7 +35,7 @@ TEST_F(Instances, CreateRunsBeforeTheCallReturnsAndFieldsBeforeCreate) {
          {"instance_create_layer(0, 0, \"nowhere\", oFader)",
           "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
          {"instance_create_layer(0, 0, \"layMobs\", 99)",
-          "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 24"}});
+          "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 23"}});
 }
 
 TEST_F(Instances, AreGoneFromDestroyOnButReadableByTheirHolder) {
@@ -121,7 +121,7 @@ TEST_F(Instances, RoomsEndWithCleanUpAndKeepThePersistent) {
   step();
   check({{"instance_exists(oBullet)", "false"},
          {"instance_number(oSteadyDeltaTime)", "1"},
-         {"room_goto(4)", "! room_goto argument 1 invalid reference to (room) - requested 4 max is 4"}});
+         {"room_goto(4)", "! room_goto argument 1 invalid reference to (room) - requested 4 max is 3"}});
 }
 
 // Exact shapes against a plain test of many points: two shapes overlap when some point lies in both.

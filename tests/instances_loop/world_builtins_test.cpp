@@ -132,14 +132,14 @@ TEST_F(World, RoomsTimeAndCounts) {
   EXPECT_EQ(number("get_timer()") - before, 16667);
   EXPECT_NEAR(number("fps"), 60, 0.01);
   check({{"room_get_name(room)", "rTest"},
-         {"room_get_name(77)", "! room_get_name argument 1 invalid reference to (room) - requested 77 max is 4"}});
+         {"room_get_name(77)", "! room_get_name argument 1 invalid reference to (room) - requested 77 max is 3"}});
   eval("room_restart()");
   step();
   check({{"instance_exists(oProbe)", "false"}, {"room_get_name(room)", "rTest"}});
   eval("room = 1");
   step();
   check({{"room == 1", "true"},
-         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 4"},
+         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 3"},
          {"room", "1"}});
 }
 

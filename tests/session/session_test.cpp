@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <thread>
 
-#include "apps/autoplayer.h"
 #include "engine/console/state_hash.h"
+#include "game/autoplayer/autoplayer.h"
 #include "runtime/variables_calls/names.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
@@ -52,7 +52,7 @@ class PlayedGame {
 
  private:
   std::unique_ptr<host::Game> game_;
-  apps::Autoplayer player_;
+  autoplayer::ArenaPlayer player_;
   int frames_ = 0;
   std::vector<std::uint64_t> hashes_;
 };

@@ -7,7 +7,7 @@ import re
 import subprocess
 import sys
 
-TARGETS = ("runtime", "engine", "game", "arena")
+TARGETS = ("runtime", "engine", "toolkit", "program", "arena_scripts", "arena_about", "samples_scripts", "samples_about")
 
 ALLOWED = {
     # The program: chains and tables that static construction and the start-up lookup fill.
@@ -26,6 +26,7 @@ ALLOWED = {
     "arena::(anonymous namespace)::table()::variables": "built-in variables, registered by static construction",
     "arena::(anonymous namespace)::describe_event": "set once by static construction",
     "arena::(anonymous namespace)::first": "chain of registered objects",
+    "arena::game::(anonymous namespace)::first": "chain of the samples on the menu",
     # The process.
     "arena::(anonymous namespace)::mutex": "guards the log, into which sessions and workers may speak at once",
     "arena::(anonymous namespace)::sink": "where the process writes its log",
@@ -63,7 +64,7 @@ def plain_name(symbol):
 def main():
     root, build = sys.argv[1], sys.argv[2]
     headers = set()
-    for folder in ("runtime", "engine", "game", "apps"):
+    for folder in ("runtime", "engine", "toolkit", "game", "samples", "apps"):
         for where, _, names in os.walk(os.path.join(root, folder)):
             for name in names:
                 if name.endswith(".h"):

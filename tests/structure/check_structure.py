@@ -4,7 +4,11 @@ import os
 import re
 import sys
 
-FLOORS = {"runtime": 1, "engine": 2, "game": 3, "apps": 4, "tools": 4, "bench": 5, "tests": 5}
+FLOORS = {"runtime": 1, "engine": 2, "toolkit": 3, "game": 4, "samples": 4, "apps": 5, "tools": 5, "bench": 6, "tests": 6}
+GAMES = ("game", "samples")
+SCRIPTS = ("toolkit",) + GAMES
+# What stands with a game and belongs to its program: it sees what the program sees.
+PROGRAM_PARTS = ("game/autoplayer/",)
 LONGEST = 600
 
 
@@ -29,10 +33,14 @@ def problems(root):
             if not found or found.group(1) not in FLOORS:
                 continue
             target = found.group(1)
-            upwards = FLOORS[target] > FLOORS[floor]
-            sideways = floor == "game" and target == "engine" or floor == "engine" and target == "game"
-            beyond_script = floor == "game" and target == "runtime" and '"runtime/script' not in line
-            if upwards or sideways or beyond_script:
+            if floor in GAMES and relative.startswith(PROGRAM_PARTS):
+                wrong = FLOORS[target] > FLOORS["apps"] or target in GAMES and not line[10:].startswith(PROGRAM_PARTS)
+            else:
+                upwards = FLOORS[target] > FLOORS[floor]
+                past_the_face = floor in SCRIPTS and (target == "engine" or target == "runtime" and '"runtime/script' not in line)
+                of_a_game = target in GAMES and target != floor and floor not in ("bench", "tests")
+                wrong = upwards or past_the_face or of_a_game
+            if wrong:
                 yield f"{relative}:{number}: {floor} may not include {line[10:-1]}"
 
 

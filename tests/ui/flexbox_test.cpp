@@ -1,6 +1,6 @@
 // Layout against rectangles that a browser gave for the same trees. New seeds: tools/flex_oracle/make_cases.py SEED COUNT FILE, then run
 // this test with FLEX_CASES=FILE.
-#include "game/ui/layout/flexbox.h"
+#include "toolkit/ui/layout/flexbox.h"
 
 #include <gtest/gtest.h>
 

@@ -219,33 +219,5 @@ TEST_F(Holders, ATooltipComesAfterAWhile) {
   for (const Drawn& each : cornered) EXPECT_TRUE(each.x <= 1280 && each.y <= 720) << each.x << " " << each.y;
 }
 
-class Gallery : public TestGame {
- protected:
-  Gallery() : TestGame("rGallery") {}
-};
-
-TEST_F(Gallery, EverythingInItCanBePressedAndNothingIsReported) {
-  take_log();
-  step(30);
-  const auto press = [&](double x, double y) {
-    ask({{"mouse", {x, y}}, {"gui", true}});
-    step();
-    ask({{"button", 1}, {"down", true}});
-    step(2);
-    ask({{"button", 1}, {"down", false}});
-    step(2);
-  };
-  eval("w = oGallery.interface.find(\"button\")");
-  press(number("w.rect_x + 5"), number("w.rect_y + 5"));
-  EXPECT_EQ(eval("oGallery.clicks"), "1");
-  for (int y = 50; y < 720; y += 45) {
-    for (int x = 50; x < 1280; x += 60) press(x, y);
-  }
-  for (const std::string& line : take_log()) ADD_FAILURE() << line;
-  EXPECT_EQ(eval("instance_number(oGallery)"), "1");
-  key(27, true);
-  EXPECT_EQ(ask({{"step", 2}})["ended"], true) << "Escape leaves it";
-}
-
 }  // namespace
 }  // namespace arena::test

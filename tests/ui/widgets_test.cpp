@@ -3,9 +3,9 @@
 
 #include <chrono>
 
-#include "game/support/easing.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/variables_calls/log.h"
+#include "toolkit/support/easing.h"
 
 namespace arena::test {
 namespace {

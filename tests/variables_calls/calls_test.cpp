@@ -222,7 +222,7 @@ TEST_F(Calls, IndicesOfBuiltInArraysAreChecked) {
   EXPECT_EQ(eval("view_camera[-3] = 1"), out_of_range(global_object(), "view_camera", -3, 8));
   check({{"oProbe.alarm[11] = 4; oProbe.alarm[11]", "4"},
          {"view_camera[7]", "-1"},
-         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 4"}});
+         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 3"}});
   EXPECT_EQ(eval("room = -1").find("! Unknown Function argument 1 invalid reference to (room) - requested -1 max is "), 0u);
   RValue out;
   EXPECT_THROW(builtin_var_get(resolve_instance(probe), find_builtin_variable("x"), 0, out), WBKSLException) << "x is no array";

@@ -16,11 +16,12 @@
 #include "tools/pack/images.h"
 #include "tools/pack/music.h"
 #include "tools/pack/synth.h"
+#include "tools/sources/sources.h"
 
 namespace pack {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using sources::Json;
 namespace data = arena::data;
 
 constexpr int kDensity = 2;      // atlas pixels to a sprite pixel: sharp at twice the size
@@ -29,7 +30,8 @@ constexpr int kEmPixels = 40;    // of the distance fields
 
 class Packer {
  public:
-  Packer(std::string assets, std::string cache) : assets_(std::move(assets)), cache_(std::move(cache)), index_(read("index.json")) {
+  Packer(std::string assets, std::string cache)
+      : assets_(std::move(assets)), cache_(std::move(cache)), sources_(sources::read_sources(assets_)) {
     std::filesystem::create_directories(cache_);
   }
 
@@ -39,10 +41,9 @@ class Packer {
     const auto sounds = build_sounds();
     const auto objects = build_objects();
     const auto rooms = build_rooms();
-    const Json rooms_source = read("rooms/rooms.json");
     std::vector<int> starters;
-    for (const auto& object : rooms_source.at("starters")) starters.push_back(object_number(object));
-    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", rooms_source.at("first")), builder_.CreateVector(sprites),
+    for (const auto& object : sources_.starters) starters.push_back(object_number(object));
+    builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", sources_.first_room), builder_.CreateVector(sprites),
                                      builder_.CreateVector(pages_), builder_.CreateVector(fonts), builder_.CreateVector(sounds),
                                      builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects)));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
@@ -51,28 +52,21 @@ class Packer {
   }
 
  private:
-  Json read(const std::string& name) const {
-    try {
-      return Json::parse(read_text(assets_ + "/" + name));
-    } catch (const Json::exception& error) {
-      throw std::runtime_error(name + ": " + error.what());
-    }
-  }
   // The number of an asset; -1 for the empty name.
   int number(const char* family, const std::string& name) const {
     if (name.empty()) return -1;
-    const auto found = index_.at(family).find(name);
-    if (found == index_.at(family).end()) throw std::runtime_error("index.json has no entry '" + name + "' under " + family);
+    const auto found = sources_.index.at(family).find(name);
+    if (found == sources_.index.at(family).end()) throw std::runtime_error("there is no '" + name + "' under " + family);
     return found->get<int>();
   }
   int object_number(const std::string& name) const {
     if (name.empty()) return -1;
     int place = 0;
-    for (const auto& object : index_.at("objects")) {
+    for (const auto& object : sources_.index.at("objects")) {
       if (object == name) return place;
       ++place;
     }
-    throw std::runtime_error("index.json has no object '" + name + "'");
+    throw std::runtime_error("there is no object '" + name + "'");
   }
 
   void add_page(const Image& page, bool is_field) {
@@ -154,8 +148,7 @@ class Packer {
   std::vector<flatbuffers::Offset<data::Sprite>> build_sprites() {
     std::vector<Image> images;
     std::vector<Sprite> sprites;
-    const Json sources = read("sprites/sprites.json");
-    for (const auto& [name, json] : sources.items()) sprites.push_back(read_sprite(name, json, images));
+    for (const auto& [name, json] : sources_.sprites.items()) sprites.push_back(read_sprite(name, json, images));
     Atlas atlas(kPageSide);
     const std::vector<Placed> places = atlas.place(images);
     for (const Image& page : atlas.pages()) add_page(page, false);
@@ -166,8 +159,7 @@ class Packer {
 
   std::vector<flatbuffers::Offset<data::Font>> build_fonts() {
     std::vector<flatbuffers::Offset<data::Font>> written;
-    const Json sources = read("fonts.json");
-    for (const auto& [name, json] : sources.items()) {
+    for (const auto& [name, json] : sources_.fonts.items()) {
       const PackedFont font =
           pack_font(json.at("file"), kEmPixels, {{0x20, 0x7E}, {0xA0, 0x17F}, {0x391, 0x3C9}, {0x400, 0x45F}, {0x2013, 0x2026}});
       std::vector<Image> images;
@@ -195,8 +187,7 @@ class Packer {
 
   std::vector<flatbuffers::Offset<data::Sound>> build_sounds() {
     std::vector<flatbuffers::Offset<data::Sound>> written;
-    const Json sources = read("sounds/sounds.json");
-    for (const auto& [name, json] : sources.items()) {
+    for (const auto& [name, json] : sources_.sounds.items()) {
       const bool is_music = json.contains("abc");
       const std::vector<std::int16_t> samples =
           is_music ? render_music(assets_ + "/" + json.at("abc").get<std::string>(), json.at("peak"), cache_) : synthesize(json);
@@ -208,10 +199,9 @@ class Packer {
 
   std::vector<flatbuffers::Offset<data::Object>> build_objects() {
     std::vector<flatbuffers::Offset<data::Object>> written;
-    const Json sources = read("objects.json");
-    for (const auto& object : index_.at("objects")) {
+    for (const auto& object : sources_.index.at("objects")) {
       const std::string name = object.get<std::string>();
-      const Json json = sources.value(name, Json::object());
+      const Json json = sources_.objects.value(name, Json::object());
       std::vector<flatbuffers::Offset<flatbuffers::String>> events;
       for (const auto& event : json.value("events", Json::array())) events.push_back(builder_.CreateString(event.get<std::string>()));
       written.push_back(data::CreateObject(builder_, builder_.CreateString(name), object_number(json.value("parent", "")),
@@ -219,7 +209,7 @@ class Packer {
                                            json.value("visible", true), json.value("solid", false), json.value("persistent", false),
                                            builder_.CreateVector(events)));
     }
-    for (const auto& [name, json] : sources.items()) object_number(name);
+    for (const auto& [name, json] : sources_.objects.items()) object_number(name);
     return written;
   }
 
@@ -231,8 +221,7 @@ class Packer {
 
   std::vector<flatbuffers::Offset<data::Room>> build_rooms() {
     std::vector<flatbuffers::Offset<data::Room>> written;
-    const Json sources = read("rooms/rooms.json").at("rooms");
-    for (const auto& [name, json] : sources.items()) {
+    for (const auto& [name, json] : sources_.rooms.items()) {
       std::map<std::string, int> layer_numbers;
       std::vector<flatbuffers::Offset<data::Layer>> layers;
       for (const auto& layer : json.at("layers")) {
@@ -260,7 +249,7 @@ class Packer {
   }
 
   std::string assets_, cache_;
-  Json index_;
+  sources::Sources sources_;
   flatbuffers::FlatBufferBuilder builder_;
   std::vector<flatbuffers::Offset<data::Page>> pages_;
 };

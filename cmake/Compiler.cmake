@@ -1,0 +1,31 @@
+# How all code is compiled: here, and in games that stand outside.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+find_program(MOLD mold)
+if(MOLD AND NOT MINGW)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+# The same bits everywhere: no contraction of a*b+c, one baseline of instructions.
+add_compile_options(-Wall -Wextra -Wconversion -Wshadow -ffp-contract=off)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+  add_compile_options(-march=x86-64-v2)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  add_compile_options(-Wno-restrict)  # GCC 12 warns of its own std::string code
+endif()
+add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+if(ARENA_STRESS)
+  add_compile_definitions(ARENA_STRESS)
+endif()
+if(ARENA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=undefined,float-cast-overflow -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
