@@ -205,7 +205,8 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
   if (version != kVersion) {
     return fail("the data file has version " + std::to_string(version) + ", this program reads version " + std::to_string(kVersion));
   }
-  const std::uint64_t expected = get<std::uint64_t>(&bytes[16]), present = bytes.size() - kHeaderBytes;
+  const std::uint64_t expected = get<std::uint64_t>(&bytes[16]);
+  const std::size_t present = bytes.size() - kHeaderBytes;
   if (present < expected)
     return fail("the data file is cut off: " + std::to_string(expected - present) + " of " + std::to_string(expected) +
                 " bytes are missing");
@@ -240,7 +241,7 @@ std::unique_ptr<DataFile> open_data_file(const std::string& path, std::string& p
   std::ifstream stream(file, std::ios::binary);
   if (failure || !stream) return fail("the data file cannot be opened");
   if (size > kHeaderBytes + kLargestPayload) return fail("this is not a data file of this game: it is too large");
-  std::vector<std::uint8_t> bytes(size);
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
   stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size));
   if (static_cast<std::uintmax_t>(stream.gcount()) != size) return fail("the data file cannot be read to its end");
   return read_data(std::move(bytes), path, problem);

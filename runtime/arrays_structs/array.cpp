@@ -12,7 +12,7 @@
 
 namespace arena {
 
-static_assert(sizeof(GCArrayThing) == 128);
+static_assert(sizeof(void*) < 8 || sizeof(GCArrayThing) == 128, "two cache lines");
 
 namespace {
 

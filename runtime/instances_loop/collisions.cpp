@@ -107,7 +107,9 @@ class BroadPhase {
   static bool was_made_before(const CInstance* a, const CInstance* b) { return a->id < b->id; }
   std::int64_t cell(double coordinate) const { return static_cast<std::int64_t>(std::floor(std::clamp(coordinate, -1e12, 1e12) / cell_)); }
   std::size_t bucket(std::int64_t column, std::int64_t row) const {
-    return (static_cast<std::uint64_t>(column) * 0x9E3779B97F4A7C15u ^ static_cast<std::uint64_t>(row) * 0xC2B2AE3D27D4EB4Fu) >> 20 & mask_;
+    const std::uint64_t mixed =
+        static_cast<std::uint64_t>(column) * 0x9E3779B97F4A7C15u ^ static_cast<std::uint64_t>(row) * 0xC2B2AE3D27D4EB4Fu;
+    return static_cast<std::size_t>(mixed >> 20) & mask_;
   }
 
   double largest_ = 0, cell_ = 1;

@@ -115,9 +115,19 @@ struct Reduced {
   std::uint64_t quarter;
 };
 
+struct TwoWords {
+  std::uint64_t high, low;
+};
+
+// All digits of a product, in steps that a machine with small words knows, too.
+TwoWords whole_product(std::uint64_t a, std::uint64_t b) {
+  const std::uint64_t a_high = a >> 32, a_low = a & 0xFFFFFFFFu, b_high = b >> 32, b_low = b & 0xFFFFFFFFu;
+  const std::uint64_t lowest = a_low * b_low, across = a_high * b_low + (lowest >> 32), other = a_low * b_high + (across & 0xFFFFFFFFu);
+  return {a_high * b_high + (across >> 32) + (other >> 32), other << 32 | (lowest & 0xFFFFFFFFu)};
+}
+
 // For great angles: the digits of 2 / pi that matter, times those of the angle.
 Reduced reduce_far(double angle) {
-  using Wide = unsigned __int128;
   const std::uint64_t digits = (bits(angle) & 0x000FFFFFFFFFFFFFu) | 0x0010000000000000u;
   const int exponent = static_cast<int>(bits(angle) >> 52 & 0x7FF) - 1075;  // |angle| is digits * 2^exponent
   // 192 bits of 2 / pi, from where the product has two bits before the point; what stands before them gives whole turns.
@@ -125,23 +135,22 @@ Reduced reduce_far(double angle) {
     const int index = first / 64 + place, shift = first % 64;
     return shift == 0 ? kTwoOverPiBits[index] : kTwoOverPiBits[index] << shift | kTwoOverPiBits[index + 1] >> (64 - shift);
   };
-  const Wide low = static_cast<Wide>(digits) * word_at(2);
-  const Wide middle = static_cast<Wide>(digits) * word_at(1) + static_cast<std::uint64_t>(low >> 64);
-  const std::uint64_t top = digits * word_at(0) + static_cast<std::uint64_t>(middle >> 64);
-  std::uint64_t quarter = top >> 62, rest = static_cast<std::uint64_t>(low);
-  Wide fraction = (static_cast<Wide>(top) << 64 | static_cast<std::uint64_t>(middle)) << 2 | rest >> 62;
-  rest <<= 2;
-  const bool is_below = static_cast<std::uint64_t>(fraction >> 127) != 0;  // the nearest quarter is the next one
+  const TwoWords low = whole_product(digits, word_at(2)), above = whole_product(digits, word_at(1));
+  const std::uint64_t middle = above.low + low.high, carry = middle < low.high ? 1 : 0;
+  const std::uint64_t top = digits * word_at(0) + above.high + carry;
+  std::uint64_t quarter = top >> 62, rest = low.low << 2;
+  TwoWords fraction{top << 2 | middle >> 62, middle << 2 | low.low >> 62};
+  const bool is_below = fraction.high >> 63 != 0;  // the nearest quarter is the next one
   if (is_below) {
     ++quarter;
-    fraction = ~fraction;
+    fraction = {~fraction.high, ~fraction.low};
     rest = ~rest;
   }
-  const int zeros = std::countl_zero(static_cast<std::uint64_t>(fraction >> 64));  // no double comes nearer than 2^-62
-  if (zeros > 0) fraction = fraction << zeros | rest >> (64 - zeros);
+  const int zeros = std::countl_zero(fraction.high);  // no double comes nearer than 2^-62
+  if (zeros > 0) fraction = {fraction.high << zeros | fraction.low >> (64 - zeros), fraction.low << zeros | rest >> (64 - zeros)};
   const double scale = power_of_two(-zeros);
-  const Pair part = sum_of_ordered(static_cast<double>(static_cast<std::uint64_t>(fraction >> 75)) * 0x1p-53 * scale,
-                                   static_cast<double>(static_cast<std::uint64_t>(fraction >> 11)) * 0x1p-117 * scale);
+  const Pair part = sum_of_ordered(static_cast<double>(fraction.high >> 11) * 0x1p-53 * scale,
+                                   static_cast<double>(fraction.high << 53 | fraction.low >> 11) * 0x1p-117 * scale);
   const Pair product = product_of(part.high, kHalfPi.high);
   Pair left = sum_of_ordered(product.high, product.low + (part.high * kHalfPi.low + part.low * kHalfPi.high));
   if (is_below != (angle < 0)) left = {-left.high, -left.low};
