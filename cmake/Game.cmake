@@ -3,7 +3,8 @@
 #   add_game(NAME SCRIPTS folder ASSETS folder [TITLE "Name"] [VERSION 1.0.0] [SUMMARY "A sentence"] [AUTOPLAYER folder]
 #            [README file INSTALL])
 #
-# makes the program NAME and its data file NAME.dat beside it. Scripts include "NAME/assets.h", which has the assets by name. TITLE stands
+# makes the program NAME and its data file NAME.dat beside it. Scripts include "NAME/assets.h", which has the assets by name,
+# "runtime/script.h", "toolkit/..." and headers of their own folder by its name; nothing else can be found. TITLE stands
 # above the window and in the desktop's menu. AUTOPLAYER, a folder that may lie among the scripts, defines arena::apps::make_autoplayer()
 # and sees the whole runtime; without it the program has no --demo. INSTALL lets `cmake --install` take the game along.
 #
@@ -67,8 +68,15 @@ function(add_game NAME)
     set(MAKE_AUTOPLAYER "nullptr")
   endif()
   add_library(${NAME}_scripts OBJECT ${SCRIPTS})
-  target_include_directories(${NAME}_scripts PRIVATE ${ARENA_ROOT} ${GAME_HEADERS} ${CMAKE_CURRENT_SOURCE_DIR})
+  cmake_path(GET GAME_SCRIPTS FILENAME FOLDER)
+  set(OWN_HEADERS ${CMAKE_CURRENT_BINARY_DIR}/generated/scripts/${NAME})
+  file(MAKE_DIRECTORY ${OWN_HEADERS})
+  file(CREATE_LINK ${GAME_SCRIPTS} ${OWN_HEADERS}/${FOLDER} SYMBOLIC)
+  set_target_properties(${NAME}_scripts PROPERTIES INCLUDE_DIRECTORIES "${SCRIPT_FACE};${GAME_HEADERS};${OWN_HEADERS}")
   add_dependencies(${NAME}_scripts ${NAME}_header)
+  if(TARGET script_face)
+    add_dependencies(${NAME}_scripts script_face)
+  endif()
 
   file(CONFIGURE OUTPUT ${GAME_HEADERS}/${NAME}/about.cpp CONTENT [[
 #include "apps/game_description.h"
@@ -114,7 +122,6 @@ endfunction()
 
 # The icon and what the system shows of the program's file: RESOURCES of the caller.
 function(add_windows_resources NAME TITLE VERSION ASSETS)
-  find_package(Python3 REQUIRED COMPONENTS Interpreter)
   set(FOLDER ${CMAKE_CURRENT_BINARY_DIR}/generated/windows/${NAME})
   set(ICON_LINE "")
   if(EXISTS ${ASSETS}/icon.svg)
