@@ -15,6 +15,7 @@
 #include "engine/platform/end_requests.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
+#include "runtime/builtins/describe.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/report.h"
 
@@ -122,6 +123,7 @@ int start(int argc, char** argv) {
   std::string problem;
   if (!parse_options(command_line(argc, argv), options, problem)) return fail(problem, false, kBadOption);
   if (options.shows_help) return tell(help_text());
+  if (options.shows_builtins) return tell(builtins_document());
   if (options.shows_version) return tell(name_and_version() + "\n");
   start_log();
   const bool has_dialogs = !options.headless && platform::has_display();

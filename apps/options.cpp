@@ -32,6 +32,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
                                                                  {"--headless", [&] { options.headless = true; }},
                                                                  {"--console", [&] { options.console = true; }},
                                                                  {"--demo", [&] { options.demo = true; }},
+                                                                 {"--builtins", [&] { options.shows_builtins = true; }},
                                                                  {"--help", [&] { options.shows_help = true; }},
                                                                  {"--version", [&] { options.shows_version = true; }}};
   const std::map<std::string, std::function<bool(const std::string&)>> settings = {
@@ -91,6 +92,7 @@ std::string help_text() {
          "  --frames N         ends after N frames\n"
          "  --screenshot FILE  writes a PNG at the end\n"
          "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"
+         "  --builtins         writes docs/builtins.md to standard output\n"
          "  --version, --help\n";
 }
 

@@ -15,7 +15,7 @@ struct Options {
   std::uint64_t seed = 0;
   std::int64_t frames = -1;  // ends after so many; -1: never
   bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false;
-  bool shows_help = false, shows_version = false;
+  bool shows_help = false, shows_version = false, shows_builtins = false;
 };
 
 // False with one line in `problem` for a wrong option.

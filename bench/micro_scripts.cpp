@@ -20,7 +20,7 @@ namespace {
 constexpr int kBenchOwner = 0;
 }
 }  // namespace arena::game
-METHOD(kBenchOwner, benchMethod, Value a) { return a; }
+METHOD(Value, kBenchOwner, benchMethod, Value a) { return a; }
 
 namespace arena::game {
 

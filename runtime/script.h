@@ -1,6 +1,26 @@
 #pragma once
-// Everything that a gameplay file needs: values and Reals, self[...] and global[...], the macros that define scripts, and the
-// functions that compile straight into the code. Services are reached through built-in functions, by name.
+// Everything that a gameplay file needs: values and Reals, self[...] and global[...], the macros that define scripts, the functions that
+// compile straight into the code, and the rows of the built-in functions, through which services are reached.
+#include "runtime/builtins/arrays.h"
+#include "runtime/builtins/chance.h"
+#include "runtime/builtins/collisions.h"
+#include "runtime/builtins/colours.h"
+#include "runtime/builtins/containers.h"
+#include "runtime/builtins/conversions.h"
+#include "runtime/builtins/drawing.h"
+#include "runtime/builtins/game.h"
+#include "runtime/builtins/input.h"
+#include "runtime/builtins/instances.h"
+#include "runtime/builtins/numbers.h"
+#include "runtime/builtins/particles.h"
+#include "runtime/builtins/screen.h"
+#include "runtime/builtins/sounds.h"
+#include "runtime/builtins/sprites.h"
+#include "runtime/builtins/stamps.h"
+#include "runtime/builtins/structs.h"
+#include "runtime/builtins/texts.h"
+#include "runtime/builtins/views.h"
+#include "runtime/builtins/window.h"
 #include "runtime/script/define.h"
 #include "runtime/script/intrinsics.h"
 #include "runtime/script/literals.h"

@@ -5,7 +5,7 @@
 #include "toolkit/ui/paint.h"
 
 namespace arena::game {
-extern const Script<Value(Value, Value)> gallery_count, gallery_dance, gallery_ask, gallery_close_dialog;
+extern const Script<void(Value, Value)> gallery_count, gallery_dance, gallery_close_dialog;
 
 namespace {
 
@@ -106,15 +106,15 @@ Value tabs_window() {
 }  // namespace
 }  // namespace arena::game
 
-SCRIPT(gallery_count, Value, Value) {
-  oGallery[clicks] += 1;
-  return undefined;
-}
+SCRIPT(gallery_count, Value, Value) { oGallery[clicks] += 1; }
 
 SCRIPT(gallery_dance, Value, Value) {
   const Value root = oGallery[interface];
   const Value picture = root[find]("picture");
-  if (is_widget(picture)) picture[tween]("rotation", Real(Value(picture[rotation])) + 360, 0.8, "outBack");
+  if (is_widget(picture)) {
+    const Real turned = picture[rotation];
+    picture[tween]("rotation", turned + 360, 0.8, "outBack");
+  }
   const Value ask = TuiButton.make(struct_of({{value, "A modal dialog: OK"}}));
   ask[addEvent]("click", gallery_close_dialog);
   const Value layer = TuiBox.make(struct_of({{name_field, "dialog"}}));
@@ -125,13 +125,11 @@ SCRIPT(gallery_dance, Value, Value) {
   layer[bringToFront]();
   layer[addContent](ask);
   root[addContent](layer);
-  return undefined;
 }
 
 SCRIPT(gallery_close_dialog, Value button, Value) {
   const Value layer = button[parent];
   layer[destroy]();
-  return undefined;
 }
 
 EVENT(oGallery, Create_0) {
@@ -156,13 +154,14 @@ EVENT(oGallery, Create_0) {
 
 EVENT(oGallery, Step_0) {
   event_inherited();
-  self[progress] = (self[progress] + 20 * Real(Value(global[dt_steady]))) % 100;
+  const Real dt = global[dt_steady];
+  self[progress] = (self[progress] + 20 * dt) % 100;
   self[sparks][update]();
 }
 
 EVENT(oGallery, Draw_64) {
   // The drawing helpers, behind the windows.
-  const Real share = Real(Value(self[progress])) / 100;
+  const Real percent = self[progress], share = percent / 100;
   draw_set_font(fntTitle);
   draw_text_outlined(60, 400, "Outlined text", c_white, 0x802010, 2);
   draw_text_shadowed(60, 440, "Shadowed text", 0x4CC2F2, 0, 2);

@@ -5,11 +5,10 @@
 #include "toolkit/support/particles.h"
 
 namespace arena::game {
-extern const Script<Value(Value, Value)> menu_open;
+extern const Script<void(Value, Value)> menu_open;
 
 namespace {
 
-const Builtin room_goto{"room_goto"};
 const Variable lights{"lights"}, drawLights{"draw"}, type{"type"}, rate{"rate"}, shape{"shape"}, x1{"x1"}, y1{"y1"}, x2{"x2"}, y2{"y2"};
 const Variable sprite_field{"sprite"}, life{"life"}, size{"size"}, size_end{"size_end"}, speed_field{"speed"}, direction_field{"direction"};
 const Variable additive{"additive"}, column_gap{"column_gap"}, row_gap{"row_gap"}, flex_wrap{"flex_wrap"},
@@ -64,10 +63,7 @@ Value make_lights() {
 }  // namespace
 }  // namespace arena::game
 
-SCRIPT(menu_open, Value card, Value) {
-  room_goto(card[getData]("room"));
-  return undefined;
-}
+SCRIPT(menu_open, Value card, Value) { room_goto(card[getData]("room")); }
 
 EVENT(oMenu, Create_0) {
   self[age] = 0;

@@ -10,7 +10,6 @@
 namespace arena::game {
 namespace {
 
-const Builtin room_goto{"room_goto"};
 const Variable manager_update{"update"};
 
 const Sample* first = nullptr;

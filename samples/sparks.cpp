@@ -8,8 +8,6 @@ namespace {
 
 const Sample sample{rSparks, "Particles", "A fountain at the pointer. Click for a burst", sprFountain};
 
-const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"},
-    mouse_check_button_pressed{"mouse_check_button_pressed"};
 const Variable system{"system"}, spark{"spark"}, owed{"owed"}, per_second{"per_second"}, weight{"weight"}, burst{"burst"},
     drawSparks{"draw"}, set{"set"}, count{"count"}, sparks_shown{"sparks_shown"};
 const Variable sprite_field{"sprite"}, life{"life"}, size{"size"}, size_end{"size_end"}, speed_field{"speed"}, direction_field{"direction"},

@@ -1,9 +1,12 @@
 // The sound functions of scripts. A sound is an asset's number or the handle of one that plays.
+#define ARENA_DEFINES_BUILTINS
+
 #include <algorithm>
 
 #include "engine/audio/audio.h"
+#include "runtime/builtins/implement.h"
+#include "runtime/builtins/sounds.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena::audio {
 namespace {
@@ -19,16 +22,15 @@ bool require_sound(std::int32_t sound) {
   return false;
 }
 
-std::int32_t play_sound(std::int32_t sound, double priority, bool loop, std::optional<double> gain, std::optional<double> offset,
-                        std::optional<double> pitch) {
+std::int32_t play_sound(std::int32_t sound, double priority, bool loop, double gain, double offset, double pitch) {
   if (!require_sound(sound)) return -1;
   Voice voice;
   voice.sound = sound;
   voice.priority = priority;
   voice.loop = loop;
-  voice.gain = gain.value_or(1);
-  voice.offset = offset.value_or(0);
-  voice.pitch = pitch.value_or(1);
+  voice.gain = gain;
+  voice.offset = offset;
+  voice.pitch = pitch;
   return audio().play(voice);
 }
 
@@ -53,9 +55,7 @@ void stop_sound(std::int32_t which) { audio().stop(which); }
 void stop_all() { audio().stop_all(); }
 void pause_sound(std::int32_t which) { audio().set_paused(which, true); }
 void resume_sound(std::int32_t which) { audio().set_paused(which, false); }
-void sound_gain(std::int32_t which, double gain, std::optional<double> milliseconds) {
-  audio().set_gain(which, gain, milliseconds.value_or(0) / 1000);
-}
+void sound_gain(std::int32_t which, double gain, double milliseconds) { audio().set_gain(which, gain, milliseconds / 1000); }
 void sound_pitch(std::int32_t which, double pitch) { audio().set_pitch(which, pitch); }
 double sound_get_gain(std::int32_t which) {
   const Voice* voice = audio().find(which);
@@ -90,27 +90,27 @@ void listener_orientation(double at_x, double at_y, double at_z, double up_x, do
 void set_falloff_model(std::int32_t model) { audio().falloff = static_cast<Falloff>(std::clamp(model, 0, 6)); }
 void master_gain(double gain) { audio().master_gain = std::max(0.0, gain); }
 
-const BuiltinEntry kEntries[] = {
-    {"audio_play_sound", builtin<play_sound>},
-    {"audio_play_sound_at", builtin<play_sound_at>},
-    {"audio_stop_sound", builtin<stop_sound>},
-    {"audio_stop_all", builtin<stop_all>},
-    {"audio_pause_sound", builtin<pause_sound>},
-    {"audio_resume_sound", builtin<resume_sound>},
-    {"audio_sound_gain", builtin<sound_gain>},
-    {"audio_sound_pitch", builtin<sound_pitch>},
-    {"audio_sound_get_gain", builtin<sound_get_gain>},
-    {"audio_sound_get_pitch", builtin<sound_get_pitch>},
-    {"audio_sound_length", builtin<sound_length>},
-    {"audio_exists", builtin<exists>},
-    {"audio_is_playing", builtin<is_playing>},
-    {"audio_is_paused", builtin<is_paused>},
-    {"audio_listener_position", builtin<listener_position>},
-    {"audio_listener_orientation", builtin<listener_orientation>},
-    {"audio_falloff_set_model", builtin<set_falloff_model>},
-    {"audio_master_gain", builtin<master_gain>},
+constexpr Implementation kRows[] = {
+    implement<script::audio_play_sound, play_sound>,
+    implement<script::audio_play_sound_at, play_sound_at>,
+    implement<script::audio_stop_sound, stop_sound>,
+    implement<script::audio_stop_all, stop_all>,
+    implement<script::audio_pause_sound, pause_sound>,
+    implement<script::audio_resume_sound, resume_sound>,
+    implement<script::audio_sound_gain, sound_gain>,
+    implement<script::audio_sound_pitch, sound_pitch>,
+    implement<script::audio_sound_get_gain, sound_get_gain>,
+    implement<script::audio_sound_get_pitch, sound_get_pitch>,
+    implement<script::audio_sound_length, sound_length>,
+    implement<script::audio_exists, exists>,
+    implement<script::audio_is_playing, is_playing>,
+    implement<script::audio_is_paused, is_paused>,
+    implement<script::audio_listener_position, listener_position>,
+    implement<script::audio_listener_orientation, listener_orientation>,
+    implement<script::audio_falloff_set_model, set_falloff_model>,
+    implement<script::audio_master_gain, master_gain>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Sound", "A sound is an asset's number or the handle of one that plays.", kRows);
 
 }  // namespace
 }  // namespace arena::audio

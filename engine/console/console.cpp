@@ -11,6 +11,7 @@
 #include "engine/draw/draw_service.h"
 #include "engine/host/game.h"
 #include "runtime/arrays_structs/holder.h"
+#include "runtime/builtins/describe.h"
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/resolve.h"
@@ -98,6 +99,24 @@ json stages_json() {
   return {{"stages", std::move(stages)}};
 }
 
+json help_json(const json& request) {
+  if (!request["help"].is_string()) throw RequestError{"\"help\" must be a text: a name, with * and ? for what is left open"};
+  json found = json::array();
+  for (const BuiltinRow* row : builtins_like(request["help"].get<std::string>())) {
+    json parameters = json::array();
+    for (const Parameter& parameter : row->parameters()) {
+      json shown = {{"name", parameter.name}, {"kind", parameter.kind.word}};
+      if (parameter.kind.is_bounded()) shown["range"] = {parameter.kind.low, parameter.kind.high};
+      if (parameter.kind.may_be_left_out) shown["optional"] = true;
+      if (parameter.kind.takes_the_rest) shown["rest"] = true;
+      if (parameter.kind.has_default) shown["default"] = json::parse(default_text(parameter.kind));
+      parameters.push_back(std::move(shown));
+    }
+    found.push_back({{"name", row->text}, {"parameters", std::move(parameters)}, {"result", row->gives}, {"sentence", row->sentence}});
+  }
+  return {{"help", std::move(found)}};
+}
+
 std::string hex(std::uint64_t number) {
   std::string digits;
   for (int shift = 60; shift >= 0; shift -= 4) digits += "0123456789abcdef"[number >> shift & 15];
@@ -167,8 +186,10 @@ struct Console::State {
     if (request.contains("log")) return {{"log", take_log()}};
     if (request.contains("hash")) return hash_json(request);
     if (request.contains("stages")) return stages_json();
+    if (request.contains("help")) return help_json(request);
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
-    throw RequestError{"unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, stages, quit"};
+    throw RequestError{
+        "unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, stages, help, quit"};
   }
 };
 

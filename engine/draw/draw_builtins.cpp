@@ -1,16 +1,19 @@
 // The drawing functions of scripts. Without a drawing service (a world that nobody looks at) they check their arguments and do nothing.
+#define ARENA_DEFINES_BUILTINS
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
 
 #include "engine/draw/draw_service.h"
+#include "runtime/builtins/drawing.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
 #include "runtime/values/text.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena::draw {
 namespace {
@@ -191,54 +194,57 @@ void draw_text_colour(double x, double y, const RValue& value, double c1, double
 double string_width(const RValue& value) { return service() != nullptr ? service()->measure(to_text(value)).width : 0; }
 double string_height(const RValue& value) { return service() != nullptr ? service()->measure(to_text(value)).height : 0; }
 
-const BuiltinEntry kEntries[] = {
-    {"draw_set_colour", builtin<set_colour>},
-    {"draw_set_color", builtin<set_colour>},
-    {"draw_get_colour", builtin<get_colour>},
-    {"draw_set_alpha", builtin<set_alpha>},
-    {"draw_get_alpha", builtin<get_alpha>},
-    {"font_exists", builtin<font_exists>},
-    {"draw_set_font", builtin<set_font>},
-    {"draw_get_font", builtin<get_font>},
-    {"draw_set_halign", builtin<set_halign>},
-    {"draw_set_valign", builtin<set_valign>},
-    {"draw_get_halign", builtin<get_halign>},
-    {"draw_get_valign", builtin<get_valign>},
-    {"gpu_set_blendmode", builtin<set_blendmode>},
-    {"gpu_get_blendmode", builtin<get_blendmode>},
-    {"draw_set_circle_precision", builtin<set_circle_precision>},
-    {"draw_self", builtin<draw_self>},
-    {"draw_sprite", builtin<draw_sprite>},
-    {"draw_sprite_ext", builtin<draw_sprite_ext>},
-    {"draw_sprite_part", builtin<draw_sprite_part>},
-    {"draw_sprite_part_ext", builtin<draw_sprite_part_ext>},
-    {"draw_sprite_stretched", builtin<draw_sprite_stretched>},
-    {"draw_sprite_stretched_ext", builtin<draw_sprite_stretched_ext>},
-    {"draw_sprite_nineslice", builtin<draw_sprite_nineslice>},
-    {"draw_rectangle", builtin<draw_rectangle>},
-    {"draw_rectangle_colour", builtin<rectangle>},
-    {"draw_circle", builtin<draw_circle>},
-    {"draw_circle_colour", builtin<draw_circle_colour>},
-    {"draw_circle_color", builtin<draw_circle_colour>},
-    {"draw_ellipse", builtin<draw_ellipse>},
-    {"draw_line", builtin<draw_line>},
-    {"draw_line_width", builtin<draw_line_width>},
-    {"draw_line_width_colour", builtin<draw_line_width_colour>},
-    {"draw_point", builtin<draw_point>},
-    {"draw_triangle", builtin<draw_triangle>},
-    {"draw_text", builtin<draw_text>},
-    {"draw_text_ext", builtin<draw_text_ext>},
-    {"draw_text_transformed", builtin<draw_text_transformed>},
-    {"draw_text_colour", builtin<draw_text_colour>},
-    {"draw_text_ext_transformed", builtin<draw_text_ext_transformed>},
-    {"string_width_ext", builtin<string_width_ext>},
-    {"string_height_ext", builtin<string_height_ext>},
-    {"gpu_push_scissor", builtin<push_scissor>},
-    {"gpu_pop_scissor", builtin<pop_scissor>},
-    {"string_width", builtin<string_width>},
-    {"string_height", builtin<string_height>},
+constexpr Implementation kRows[] = {
+    implement<script::draw_set_colour, set_colour>,
+    implement<script::draw_set_color, set_colour>,
+    implement<script::draw_get_colour, get_colour>,
+    implement<script::draw_set_alpha, set_alpha>,
+    implement<script::draw_get_alpha, get_alpha>,
+    implement<script::font_exists, font_exists>,
+    implement<script::draw_set_font, set_font>,
+    implement<script::draw_get_font, get_font>,
+    implement<script::draw_set_halign, set_halign>,
+    implement<script::draw_set_valign, set_valign>,
+    implement<script::draw_get_halign, get_halign>,
+    implement<script::draw_get_valign, get_valign>,
+    implement<script::gpu_set_blendmode, set_blendmode>,
+    implement<script::gpu_get_blendmode, get_blendmode>,
+    implement<script::draw_set_circle_precision, set_circle_precision>,
+    implement<script::draw_self, draw_self>,
+    implement<script::draw_sprite, draw_sprite>,
+    implement<script::draw_sprite_ext, draw_sprite_ext>,
+    implement<script::draw_sprite_part, draw_sprite_part>,
+    implement<script::draw_sprite_part_ext, draw_sprite_part_ext>,
+    implement<script::draw_sprite_stretched, draw_sprite_stretched>,
+    implement<script::draw_sprite_stretched_ext, draw_sprite_stretched_ext>,
+    implement<script::draw_sprite_nineslice, draw_sprite_nineslice>,
+    implement<script::draw_rectangle, draw_rectangle>,
+    implement<script::draw_rectangle_colour, rectangle>,
+    implement<script::draw_circle, draw_circle>,
+    implement<script::draw_circle_colour, draw_circle_colour>,
+    implement<script::draw_circle_color, draw_circle_colour>,
+    implement<script::draw_ellipse, draw_ellipse>,
+    implement<script::draw_line, draw_line>,
+    implement<script::draw_line_width, draw_line_width>,
+    implement<script::draw_line_width_colour, draw_line_width_colour>,
+    implement<script::draw_point, draw_point>,
+    implement<script::draw_triangle, draw_triangle>,
+    implement<script::draw_text, draw_text>,
+    implement<script::draw_text_ext, draw_text_ext>,
+    implement<script::draw_text_transformed, draw_text_transformed>,
+    implement<script::draw_text_colour, draw_text_colour>,
+    implement<script::draw_text_ext_transformed, draw_text_ext_transformed>,
+    implement<script::string_width_ext, string_width_ext>,
+    implement<script::string_height_ext, string_height_ext>,
+    implement<script::gpu_push_scissor, push_scissor>,
+    implement<script::gpu_pop_scissor, pop_scissor>,
+    implement<script::string_width, string_width>,
+    implement<script::string_height, string_height>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table(
+    "Drawing",
+    "Angles turn counter-clockwise; colours have blue, green and red from the high byte down. Settings carry on from one call to the next.",
+    kRows);
 
 }  // namespace
 

@@ -1,4 +1,6 @@
-#include "engine/draw/particles.h"
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/particles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +8,9 @@
 
 #include "engine/draw/colors.h"
 #include "engine/draw/draw_service.h"
+#include "engine/draw/particles.h"
 #include "runtime/arrays_structs/array.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
@@ -14,7 +18,6 @@
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena::draw {
@@ -280,18 +283,18 @@ void part_type_set(std::int32_t handle, StructArgument description) {
   fields.read("end_count", type->end_count);
 }
 
-const BuiltinEntry kEntries[] = {
-    {"part_system_create", builtin<part_system_create>},
-    {"part_system_destroy", builtin<part_system_destroy>},
-    {"part_system_clear", builtin<part_system_clear>},
-    {"part_system_count", builtin<part_system_count>},
-    {"part_system_update", builtin<part_system_update>},
-    {"part_system_draw", builtin<part_system_draw>},
-    {"part_emit", builtin<part_emit>},
-    {"part_type_create", builtin<part_type_create>},
-    {"part_type_set", builtin<part_type_set>},
+constexpr Implementation kRows[] = {
+    implement<script::part_system_create, part_system_create>,
+    implement<script::part_system_destroy, part_system_destroy>,
+    implement<script::part_system_clear, part_system_clear>,
+    implement<script::part_system_count, part_system_count>,
+    implement<script::part_system_update, part_system_update>,
+    implement<script::part_system_draw, part_system_draw>,
+    implement<script::part_emit, part_emit>,
+    implement<script::part_type_create, part_type_create>,
+    implement<script::part_type_set, part_type_set>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Particles", "Their chance is not the game's.", kRows);
 
 }  // namespace
 

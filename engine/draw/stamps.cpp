@@ -1,16 +1,19 @@
-#include "engine/draw/stamps.h"
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/stamps.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "engine/draw/draw_service.h"
+#include "engine/draw/stamps.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena::draw {
@@ -175,12 +178,14 @@ void stamps_draw(std::int32_t handle) {
   if (layer != nullptr && draw_service() != nullptr) layer->draw(*draw_service());
 }
 
-const BuiltinEntry kEntries[] = {
-    {"stamps_create", builtin<stamps_create>}, {"stamps_destroy", builtin<stamps_destroy>}, {"stamps_add", builtin<stamps_add>},
-    {"stamps_clear", builtin<stamps_clear>},   {"stamps_count", builtin<stamps_count>},     {"stamps_get", builtin<stamps_get>},
-    {"stamps_draw", builtin<stamps_draw>},
+constexpr Implementation kRows[] = {
+    implement<script::stamps_create, stamps_create>, implement<script::stamps_destroy, stamps_destroy>,
+    implement<script::stamps_add, stamps_add>,       implement<script::stamps_clear, stamps_clear>,
+    implement<script::stamps_count, stamps_count>,   implement<script::stamps_get, stamps_get>,
+    implement<script::stamps_draw, stamps_draw>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Stamps", "Very many small pictures that stay where they were put. Past its capacity a layer lets the oldest go.",
+                         kRows);
 
 }  // namespace
 }  // namespace arena::draw

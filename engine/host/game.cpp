@@ -1,3 +1,5 @@
+#define ARENA_DEFINES_BUILTINS
+
 #include "engine/host/game.h"
 
 #include <png.h>
@@ -14,12 +16,13 @@
 #include "engine/host/shutter.h"
 #include "engine/platform/window.h"
 #include "runtime/arrays_structs/holder.h"
+#include "runtime/builtins/implement.h"
+#include "runtime/builtins/screen.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/log.h"
 #include "runtime/variables_calls/names.h"
 
@@ -68,9 +71,11 @@ void screen_save_numbered() { screen().picture_wanted = true; }
 void gpu_debug_lose_device() {
   if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
 }
-const BuiltinEntry kEntries[] = {{"screen_save_numbered", builtin<screen_save_numbered>},
-                                 {"gpu_debug_lose_device", builtin<gpu_debug_lose_device>}};
-const BuiltinTable table(kEntries);
+constexpr Implementation kRows[] = {
+    implement<script::screen_save_numbered, screen_save_numbered>,
+    implement<script::gpu_debug_lose_device, gpu_debug_lose_device>,
+};
+const BuiltinTable table("Screen", "", kRows);
 
 void load_clips(const data::File& content) {
   std::vector<audio::Clip>& clips = audio::audio().clips;

@@ -1,9 +1,12 @@
 // The window functions of scripts that act on the real window. Sizes come through the input queue (window_get_width and its like).
+#define ARENA_DEFINES_BUILTINS
+
 #include <tuple>
 
 #include "engine/platform/window.h"
+#include "runtime/builtins/implement.h"
+#include "runtime/builtins/window.h"
 #include "runtime/session/state.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena::platform {
 namespace {
@@ -31,8 +34,8 @@ void WindowState::restart() {
   show_cursor();
 }
 
-void set_cursor(std::optional<std::int32_t> wanted) {
-  part().cursor = wanted.value_or(0);
+void set_cursor(std::int32_t wanted) {
+  part().cursor = wanted;
   show_cursor();
 }
 std::int32_t get_cursor() { return part().cursor; }
@@ -52,13 +55,13 @@ void set_size(std::int32_t width, std::int32_t height) {
   if (window() != nullptr && width > 0 && height > 0) window()->resize(width, height);
 }
 
-const BuiltinEntry kEntries[] = {
-    {"window_set_cursor", builtin<set_cursor>},          {"window_get_cursor", builtin<get_cursor>},
-    {"clipboard_set_text", builtin<clipboard_set_text>}, {"clipboard_get_text", builtin<clipboard_get_text>},
-    {"clipboard_has_text", builtin<clipboard_has_text>}, {"window_get_fullscreen", builtin<get_fullscreen>},
-    {"window_set_fullscreen", builtin<set_fullscreen>},  {"window_set_size", builtin<set_size>},
+constexpr Implementation kRows[] = {
+    implement<script::window_set_cursor, set_cursor>,          implement<script::window_get_cursor, get_cursor>,
+    implement<script::clipboard_set_text, clipboard_set_text>, implement<script::clipboard_get_text, clipboard_get_text>,
+    implement<script::clipboard_has_text, clipboard_has_text>, implement<script::window_get_fullscreen, get_fullscreen>,
+    implement<script::window_set_fullscreen, set_fullscreen>,  implement<script::window_set_size, set_size>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Window", "", kRows);
 
 }  // namespace
 

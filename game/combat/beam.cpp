@@ -7,8 +7,6 @@ namespace {
 
 const Variable beam_width{"beam_width"}, start_x{"start_x"}, start_y{"start_y"}, end_x{"end_x"}, end_y{"end_y"};
 const Variable hit_recorded{"hit_recorded"};
-const Builtin collision_line_list{"collision_line_list"};
-const Builtin draw_line_width{"draw_line_width"};
 
 // Each further target of the list takes four fifths of what the one before took: a beam through a queue of enemies is worth
 // aiming for, and still kills the first of them first.
@@ -38,7 +36,7 @@ EVENT(oBulletBeam, Step_0) {
   if (self[hit_recorded]) return;
   const Value found = ds_list_create();
   collision_line_list(self[start_x], self[start_y], self[end_x], self[end_y], array_of(oParentEnemy, oPlayer), true, true, found, true);
-  for (Real i = 0; i < Real(ds_list_size(found)); i += 1) {
+  for (Real i = 0; i < ds_list_size(found); i += 1) {
     const Value target = ds_list_find_value(found, i);
     if (!instance_exists(target) || !canDamageTarget(self[faction], target[faction], self[friendly_fire])) continue;
     target[takeDamage](self[damage] / power(kFalloff, i), self[start_x], self[start_y], self[knockback]);

@@ -5,8 +5,6 @@
 
 namespace arena::game {
 namespace {
-const Builtin audio_play_sound_at{"audio_play_sound_at"};
-const Builtin any_lengthdir_x{"lengthdir_x"}, any_lengthdir_y{"lengthdir_y"};  // of what may be no numbers
 const Variable warned_of_droplets{"warned_of_droplets"};
 constexpr int kMostDroplets = 20000;  // alive at once: each is an instance with a Step of its own
 }  // namespace
@@ -29,13 +27,12 @@ SCRIPT(canDamageTarget, Value attacker_faction, Value target_faction, Value may_
 SCRIPT(createBlood, Value at_x, Value at_y, Value launch_speed, Value towards, Value colour) {
   if (instance_number(oBlood) >= kMostDroplets) {
     warn_once(warned_of_droplets, "20000 droplets of blood fly already: more are left out");
-    return undefined;
+    return;
   }
   const Instance droplet = instance_create_layer(at_x, at_y, "layBlood", oBlood);
-  droplet[h_speed] = any_lengthdir_x(launch_speed, towards);
-  droplet[v_speed] = any_lengthdir_y(launch_speed, towards);
-  droplet[image_blend] = is_undefined(colour) ? Real(c_red) : Real(colour);
-  return undefined;
+  droplet[h_speed] = checked::lengthdir_x(launch_speed, towards);
+  droplet[v_speed] = checked::lengthdir_y(launch_speed, towards);
+  droplet[image_blend] = is_undefined(colour) ? c_red : colour;
 }
 
 SCRIPT(playSoundAt, Value sound, Value at_x, Value at_y, Value distances) {

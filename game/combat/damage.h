@@ -6,7 +6,7 @@ namespace arena::game {
 
 extern const Script<Value(Value attacker_faction, Value target_faction, Value may_hurt_friends)> canDamageTarget;
 // A droplet that flies off and settles; red unless a colour is given. Pixels/s and degrees. Where too many fly already it is left out.
-extern const Script<Value(Value at_x, Value at_y, Value launch_speed, Value towards, Value colour)> createBlood;
+extern const Script<void(Value at_x, Value at_y, Value launch_speed, Value towards, Value colour)> createBlood;
 // Plays at a position of the room and gives the handle. `distances`, when given, is the reference distance in place of the usual one.
 extern const Script<Value(Value sound, Value at_x, Value at_y, Value distances)> playSoundAt;
 

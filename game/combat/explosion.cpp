@@ -16,15 +16,15 @@ constexpr Real kOuterAlpha = 0.5, kInnerAlpha = 0.3, kInnerShare = 0.7;
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oExplosion, explode) {
-  if (self[has_exploded]) return undefined;
+METHOD(void, oExplosion, explode) {
+  if (self[has_exploded]) return;
   self[has_exploded] = true;
   const Value found = ds_list_create();
   collision_circle_list(self[x], self[y], self[radius], array_of(oParentEnemy, oPlayer), false, true, found, false);
-  for (Real i = 0; i < Real(ds_list_size(found)); i += 1) {
+  for (Real i = 0; i < ds_list_size(found); i += 1) {
     const Value target = ds_list_find_value(found, i);
     if (!instance_exists(target)) continue;
-    if (!bool(self[friendly_fire]) && target[faction] == self[faction]) continue;
+    if (!self[friendly_fire] && target[faction] == self[faction]) continue;
     target[takeDamage](self[damage], self[x], self[y], self[knockback]);
   }
   playSoundAt(sndExplosion, self[x], self[y]);
@@ -34,7 +34,6 @@ METHOD(oExplosion, explode) {
     floor_layer[Add](sprScorch, 0, self[x], self[y], across, down, random(360), self[image_blend]);
   }
   ds_list_destroy(found);
-  return undefined;
 }
 
 EVENT(oExplosion, Create_0) {

@@ -12,7 +12,7 @@ constexpr Real kSpin = 2;        // at most so many degrees a second for each pi
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oBulletGrenade, explode) {
+METHOD(void, oBulletGrenade, explode) {
   const Instance blast = instance_create_layer(self[x], self[y], "layBullets", oExplosion);
   blast[radius] = self[explosion_radius];
   blast[damage] = self[explosion_damage];
@@ -22,7 +22,6 @@ METHOD(oBulletGrenade, explode) {
   blast[knockback] = self[knockback];
   blast[explode]();
   instance_destroy();
-  return undefined;
 }
 
 EVENT(oBulletGrenade, Create_0) {

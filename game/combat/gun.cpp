@@ -57,7 +57,7 @@ bool has(const Value& stats, const Variable& field) { return variable_struct_exi
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oGun, applyModifiers) {
+METHOD(void, oGun, applyModifiers) {
   for (const Statistic& each : kStatistics) self[each.current] = self[each.base];
   const Value slots = self[modifiers];
   for (const Value& slot : elements(slots)) {
@@ -75,10 +75,9 @@ METHOD(oGun, applyModifiers) {
     self[explosion_radius] *= slot[explosion_radius_mult];
     self[explosion_damage] *= slot[explosion_damage_mult];
   }
-  return undefined;
 }
 
-METHOD(oGun, addModifier, Value added) {
+METHOD(Value, oGun, addModifier, Value added) {
   const Real slots = array_length(self[modifiers]);
   for (Real i = 0; i < slots; i += 1) {
     if (self[modifiers][i] != noone) continue;
@@ -89,27 +88,25 @@ METHOD(oGun, addModifier, Value added) {
   return false;
 }
 
-METHOD(oGun, removeModifier, Value index) {
+METHOD(void, oGun, removeModifier, Value index) {
   if (index >= 0 && index < array_length(self[modifiers])) {
     self[modifiers][index] = noone;
     self[applyModifiers]();
   }
-  return undefined;
 }
 
-METHOD(oGun, clearModifiers) {
+METHOD(void, oGun, clearModifiers) {
   const Real slots = array_length(self[modifiers]);
   for (Real i = 0; i < slots; i += 1) self[modifiers][i] = noone;
   self[applyModifiers]();
-  return undefined;
 }
 
-METHOD(oGun, getStats) {
+METHOD(Value, oGun, getStats) {
   const Value slots = array_create(self[max_slots], noone);
   Value carried = slots;
   for (Real i = 0; i < min(self[max_slots], array_length(self[modifiers])); i += 1) carried[i] = self[modifiers][i];
   const auto text_or = [&](const Variable& field, const Value& otherwise) {
-    return Real(variable_instance_exists(self, field.text)) > 0.5 ? Value(self[field]) : otherwise;
+    return variable_instance_exists(self, field.text) ? Value(self[field]) : otherwise;
   };
   return struct_of({{name, text_or(name, "")},
                     {description, text_or(description, "")},
@@ -131,7 +128,7 @@ METHOD(oGun, getStats) {
                     {modifiers, carried}});
 }
 
-METHOD(oGun, setStats, Value stats) {
+METHOD(void, oGun, setStats, Value stats) {
   for (const Variable* field : {&name, &description, &faction, &friendly_fire}) {
     if (has(stats, *field)) self[*field] = stats[*field];
   }
@@ -149,11 +146,10 @@ METHOD(oGun, setStats, Value stats) {
   for (Real i = 0; i < min(self[max_slots], array_length(given)); i += 1) slots[i] = given[i];
   self[modifiers] = slots;
   self[applyModifiers]();
-  return undefined;
 }
 
 // The flash is marked here, painted by the gun's Draw in the same frame, and over when the next one begins.
-METHOD(oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
+METHOD(Value, oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
 
 namespace arena::game {
 namespace {
@@ -206,7 +202,7 @@ Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oGun, fireWeapon) {
+METHOD(Value, oGun, fireWeapon) {
   self[applyModifiers]();
   if (self[bullet_type] < 0) return false;
   const Real aim = self[image_angle];
@@ -276,7 +272,7 @@ EVENT(oGun, Step_0) {
   const Real angle = carrier[image_angle] + self[offset_angle_offset];
   const Real rest_x = carrier[x] + lengthdir_x(self[offset_distance], angle);
   const Real rest_y = carrier[y] + lengthdir_y(self[offset_distance], angle);
-  const Real closer = 1 - exp(-Real(self[follow_speed]) * dt);
+  const Real follows = self[follow_speed], closer = 1 - exp(-follows * dt);
   self[x] = lerp(self[x], rest_x, closer);
   self[y] = lerp(self[y], rest_y, closer);
 

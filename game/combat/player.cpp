@@ -15,9 +15,6 @@ const Variable dash_energy{"dash_energy"}, dash_energy_max{"dash_energy_max"}, d
 const Variable startDash{"startDash"}, takeMod{"takeMod"}, pickupNearestItem{"pickupNearestItem"};
 const Variable pickup_range{"pickup_range"}, isInteracting{"isInteracting"};
 
-const Builtin keyboard_check{"keyboard_check"}, mouse_check_button{"mouse_check_button"};
-const Builtin audio_listener_position{"audio_listener_position"};
-
 constexpr int kKeyShift = 16, kKeyA = 65, kKeyD = 68, kKeyE = 69, kKeyQ = 81, kKeyS = 83, kKeyW = 87;
 constexpr int kMouseLeft = 1;
 constexpr Real kThrowAhead = 64;  // pixels in front of the player where a dropped gun appears
@@ -40,9 +37,9 @@ void draw_corner(Real size, Real turn) {
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oPlayer, takeDamage, Value amount, Value source_x, Value source_y, Value push) {
+METHOD(void, oPlayer, takeDamage, Value amount, Value source_x, Value source_y, Value push) {
   const Value strength = is_undefined(push) ? Value(0) : push;
-  if (self[invulnerable]) return undefined;
+  if (self[invulnerable]) return;
   self[hp] -= amount;
 
   // Blood sprays away from the source; less of it as health runs low.
@@ -66,12 +63,11 @@ METHOD(oPlayer, takeDamage, Value amount, Value source_x, Value source_y, Value 
     self[is_dead] = true;
     showDeathScreen();
   }
-  return undefined;
 }
 
-METHOD(oPlayer, startDash) {
-  if (self[dash_timer] > 0) return undefined;
-  if (self[dash_energy] < self[dash_cost]) return undefined;
+METHOD(void, oPlayer, startDash) {
+  if (self[dash_timer] > 0) return;
+  if (self[dash_energy] < self[dash_cost]) return;
   const Real speed_now = point_distance(0, 0, self[h_speed], self[v_speed]);
   if (speed_now > 0) {
     self[dash_dir_x] = self[h_speed] / speed_now;
@@ -87,11 +83,10 @@ METHOD(oPlayer, startDash) {
   self[invulnerable] = true;
   self[invulnerable_timer] = self[dash_duration] * kDashShield;
   self[image_alpha] = 0.5;
-  return undefined;
 }
 
-METHOD(oPlayer, dropGun) {
-  if (!instance_exists(self[gun])) return undefined;
+METHOD(void, oPlayer, dropGun) {
+  if (!instance_exists(self[gun])) return;
   const Real ahead_x = lengthdir_x(kThrowAhead, self[image_angle]), ahead_y = lengthdir_y(kThrowAhead, self[image_angle]);
   const Value carried = self[gun];
   const Instance pickup = createGunPickup(self[x] + ahead_x, self[y] + ahead_y, carried[getStats]());
@@ -100,31 +95,28 @@ METHOD(oPlayer, dropGun) {
   instance_destroy(carried);
   self[gun] = noone;
   refresh_weapon_ui();
-  return undefined;
 }
 
-METHOD(oPlayer, takeGun, Value pickup) {
-  if (pickup[weapon_stats] == noone) return undefined;
+METHOD(void, oPlayer, takeGun, Value pickup) {
+  if (pickup[weapon_stats] == noone) return;
   hand_over_gun(self, pickup);
   self[gun][rarity] = pickup[rarity];
   instance_destroy(pickup);
   refresh_weapon_ui();
-  return undefined;
 }
 
-METHOD(oPlayer, takeMod, Value pickup) {
-  if (pickup[modifier] == noone) return undefined;
+METHOD(void, oPlayer, takeMod, Value pickup) {
+  if (pickup[modifier] == noone) return;
   if (instance_exists(self[gun]) && self[gun][addModifier](pickup[modifier])) instance_destroy(pickup);
   refresh_weapon_ui();
-  return undefined;
 }
 
-METHOD(oPlayer, pickupNearestItem) {
+METHOD(void, oPlayer, pickupNearestItem) {
   Value nearest = noone;
   Real nearest_dist = 999999;
   const Value found = ds_list_create();
   collision_circle_list(self[x], self[y], kReach, oPickup, false, true, found, false);
-  for (Real i = 0; i < Real(ds_list_size(found)); i += 1) {
+  for (Real i = 0; i < ds_list_size(found); i += 1) {
     const Value inst = ds_list_find_value(found, i);
     if (!instance_exists(inst)) continue;
     const Real d = point_distance(self[x], self[y], inst[x], inst[y]);
@@ -135,7 +127,6 @@ METHOD(oPlayer, pickupNearestItem) {
   }
   ds_list_destroy(found);
   if (nearest != noone) nearest[onPickup](self[id]);
-  return undefined;
 }
 
 EVENT(oPlayer, Create_0) {
@@ -183,7 +174,7 @@ EVENT(oPlayer, Step_0) {
   // Aim and trigger
   if (instance_exists(self[gun])) {
     const Instance carried = self[gun];
-    carried[is_firing] = bool(mouse_check_button(kMouseLeft)) && !interface_is_busy();
+    carried[is_firing] = mouse_check_button(kMouseLeft) && !interface_is_busy();
     carried[image_angle] = point_direction(carried[x], carried[y], mouse_x, mouse_y);
   }
 
@@ -213,8 +204,8 @@ EVENT(oPlayer, Step_0) {
     }
   } else {
     // Walk: a diagonal is no faster than a straight line
-    Real input_x = Real(keyboard_check(kKeyD)) - Real(keyboard_check(kKeyA));
-    Real input_y = Real(keyboard_check(kKeyS)) - Real(keyboard_check(kKeyW));
+    Real input_x = keyboard_check(kKeyD) - keyboard_check(kKeyA);
+    Real input_y = keyboard_check(kKeyS) - keyboard_check(kKeyW);
     const Real len = point_distance(0, 0, input_x, input_y);
     if (len > 0) {
       input_x /= len;
@@ -236,7 +227,7 @@ EVENT(oPlayer, Step_0) {
   // Knockback, measured before this step's decay
   const Real push = point_distance(0, 0, self[knockback_x], self[knockback_y]);
   if (push > 0) {
-    const Real kept = exp(-Real(self[knockback_friction]) * dt);
+    const Real slowing = self[knockback_friction], kept = exp(-slowing * dt);
     self[knockback_x] *= kept;
     self[knockback_y] *= kept;
     if (push < 1) {

@@ -36,7 +36,7 @@ EVENT(oBlood, Step_0) {
     if (self[anim_timer] >= self[frame_duration]) {
       self[anim_timer] -= self[frame_duration];
       const Real next = floor(self[image_index] + 1);
-      self[image_index] = next <= last_frame ? next : self[anim_loop] ? Real(0) : last_frame;
+      self[image_index] = next <= last_frame ? next : self[anim_loop] ? 0 : last_frame;
     }
   }
 

@@ -11,7 +11,6 @@ const Variable target_distance{"target_distance"}, distance_timer{"distance_time
 const Variable strafe_speed{"strafe_speed"}, approach_speed{"approach_speed"}, min_distance{"min_distance"}, max_distance{"max_distance"};
 const Variable shoot_cooldown{"shoot_cooldown"}, shoot_interval{"shoot_interval"}, shoot_timer{"shoot_timer"};
 const Variable copyPlayerWeapon{"copyPlayerWeapon"};
-const Builtin distance_to_object{"distance_to_object"};
 
 constexpr int kDarkGrey = 4210752;
 constexpr Real kDeadBand = 20;      // pixels off the wanted range that do not matter
@@ -20,19 +19,15 @@ constexpr Real kSightInRanges = 4;  // it shoots within so many times its greate
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oEnemyBoss, onDeath) {
-  die_in_combat(self);
-  return undefined;
-}
+METHOD(void, oEnemyBoss, onDeath) { die_in_combat(self); }
 
 // Without a player, or with a player without a gun, its gun stays as it is.
-METHOD(oEnemyBoss, copyPlayerWeapon) {
-  if (!instance_exists(oPlayer) || !instance_exists(oPlayer[gun])) return undefined;
+METHOD(void, oEnemyBoss, copyPlayerWeapon) {
+  if (!instance_exists(oPlayer) || !instance_exists(oPlayer[gun])) return;
   const Value copied = oPlayer[gun];
   self[gun][setStats](copied[getStats]());
   self[gun][faction] = kEnemyFaction;
   self[gun][friendly_fire] = true;
-  return undefined;
 }
 
 EVENT(oEnemyBoss, Create_0) {
@@ -99,7 +94,7 @@ EVENT(oEnemyBoss, Step_0) {
   const Instance carried = self[gun];
   carried[image_angle] = point_direction(carried[x], carried[y], oPlayer[xprevious], oPlayer[yprevious]);
   carried[is_firing] = false;
-  if (Real(distance_to_object(oPlayer)) >= self[max_distance] * kSightInRanges) return;
+  if (distance_to_object(oPlayer) >= self[max_distance] * kSightInRanges) return;
   if (self[shoot_timer] <= 0 && self[shoot_timer] <= -self[shoot_cooldown]) {
     self[shoot_timer] = self[shoot_interval];
     carried[is_firing] = true;

@@ -35,7 +35,7 @@ Push separation_from_neighbours(Instance self) {
 // Below 1 px/s the impulse is gone.
 void damp_knockback(Instance self, Real dt) {
   if (self[knockback_x] == 0 && self[knockback_y] == 0) return;
-  const Real decay = exp(-Real(self[knockback_friction]) * dt);
+  const Real slowing = self[knockback_friction], decay = exp(-slowing * dt);
   self[knockback_x] *= decay;
   self[knockback_y] *= decay;
   if (point_distance(0, 0, self[knockback_x], self[knockback_y]) < 1) {

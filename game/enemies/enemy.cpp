@@ -9,10 +9,7 @@ constexpr int kDarkGreen = 32768;
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oEnemy, onDeath) {
-  die_in_combat(self);
-  return undefined;
-}
+METHOD(void, oEnemy, onDeath) { die_in_combat(self); }
 
 EVENT(oEnemy, Create_0) {
   event_inherited();

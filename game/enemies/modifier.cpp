@@ -71,12 +71,10 @@ SCRIPT(createModifierPickup, Value at_x, Value at_y, Value carried) {
 }
 
 // Taken by the player, who is the caller.
-METHOD(oModifierPickup, onPickup) {
-  if (self[modifier] == noone || !instance_exists(other[gun])) return undefined;
-  const bool accepted = bool(other[gun][addModifier](self[modifier]));
-  if (accepted) instance_destroy();
+METHOD(void, oModifierPickup, onPickup) {
+  if (self[modifier] == noone || !instance_exists(other[gun])) return;
+  if (other[gun][addModifier](self[modifier])) instance_destroy();
   refresh_weapon_ui();
-  return undefined;
 }
 
 EVENT(oModifierPickup, Create_0) {

@@ -8,8 +8,8 @@ constexpr Real kBarWidth = 32, kBarHeight = 4, kBarGap = 10;  // pixels
 }  // namespace
 }  // namespace arena::game
 
-METHOD(oParentEnemy, takeDamage, Value amount, Value from_x, Value from_y, Value push) {
-  const auto or_zero = [](const Value& given) { return is_undefined(given) ? Real(0) : Real(given); };
+METHOD(void, oParentEnemy, takeDamage, Value amount, Value from_x, Value from_y, Value push) {
+  const auto or_zero = [](const Value& given) -> Real { return is_undefined(given) ? 0 : given; };
   const Real source_x = or_zero(from_x), source_y = or_zero(from_y), strength = or_zero(push);
   const Real hp_before = self[hp];
   self[hp] -= amount;
@@ -29,10 +29,9 @@ METHOD(oParentEnemy, takeDamage, Value amount, Value from_x, Value from_y, Value
   }
   play_varied(playSoundAt(sndHit, self[x], self[y]));
   if (self[hp] <= 0) self[onDeath]();
-  return undefined;
 }
 
-METHOD(oParentEnemy, onDeath) { return instance_destroy(); }
+METHOD(void, oParentEnemy, onDeath) { instance_destroy(); }
 
 EVENT(oParentEnemy, Create_0) {
   self[max_hp] = 100;

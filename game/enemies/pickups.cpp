@@ -12,7 +12,6 @@ const Variable pickup_range{"pickup_range"}, is_highlighted{"is_highlighted"}, r
 const Variable power_field{"power"}, speed_field{"speed"}, beam_field{"beam"}, grenade_field{"grenade"}, projectile_field{"projectile"};
 const Variable rapid_field{"rapid"}, accuracy_field{"accuracy"}, multishot_field{"multishot"}, knockback_field{"knockback"};
 const Variable heavy_hit_field{"heavy_hit"};
-const Builtin draw_circle_color{"draw_circle_color"}, string_replace{"string_replace"}, keyboard_key_name{"keyboard_key_name"};
 
 constexpr Real kDiscRadius = 20, kHaloRadius = 24;                                       // pixels
 constexpr Real kHintHeight = 30;                                                         // pixels above the pickup
@@ -51,7 +50,7 @@ void hand_over_gun(Instance taker, Instance pickup) {
 }
 
 void refresh_weapon_ui() {
-  if (!instance_exists(oControl) || !bool(variable_instance_exists(oControl, "updateWeaponUI"))) return;
+  if (!instance_exists(oControl) || !variable_instance_exists(oControl, "updateWeaponUI")) return;
   oControl[updateWeaponUI]();
 }
 
@@ -80,10 +79,7 @@ SCRIPT(createRandomPickup) {
   return createModifierPickup(self[x], self[y], found);
 }
 
-METHOD(oPickup, onPickup) {
-  show_debug_message("ERROR: onPickup not implemented in " + object_get_name(self[object_index]));
-  return undefined;
-}
+METHOD(void, oPickup, onPickup) { show_debug_message("ERROR: onPickup not implemented in " + object_get_name(self[object_index])); }
 
 EVENT(oPickup, Create_0) {
   self[pickup_hint] = "Press E to pick up";
@@ -101,12 +97,11 @@ EVENT(oPickup, Draw_0) {
 }
 
 // Taken by the player, who is the caller.
-METHOD(oGunPickup, onPickup) {
-  if (self[weapon_stats] == noone) return undefined;
+METHOD(void, oGunPickup, onPickup) {
+  if (self[weapon_stats] == noone) return;
   hand_over_gun(Value(other), self);
   refresh_weapon_ui();
   instance_destroy();
-  return undefined;
 }
 
 EVENT(oGunPickup, Create_0) {

@@ -6,8 +6,8 @@
 #include "toolkit/support/resolution.h"
 
 namespace arena::game {
-extern const Script<Value()> initDebug;
-extern const Script<Value()> updateDebug;
+extern const Script<void()> initDebug;
+extern const Script<void()> updateDebug;
 namespace {
 const Variable play{"play"};
 constexpr int kMostDecals = 50000;
@@ -15,13 +15,10 @@ constexpr int kMostDecals = 50000;
 }  // namespace arena::game
 
 // Hooks for whoever debugs the game: empty on purpose.
-SCRIPT(initDebug) { return undefined; }
-SCRIPT(updateDebug) { return undefined; }
+SCRIPT(initDebug) {}
+SCRIPT(updateDebug) {}
 
-METHOD(oControl, updateWeaponUI) {
-  rebuild_weapon_panel();
-  return undefined;
-}
+METHOD(void, oControl, updateWeaponUI) { rebuild_weapon_panel(); }
 
 EVENT(oControl, Create_0) {
   initDebug();

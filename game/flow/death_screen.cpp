@@ -5,7 +5,6 @@
 namespace arena::game {
 namespace {
 const Variable text{"text"};
-const Builtin game_restart{"game_restart"};
 constexpr int kKeySpace = 32;
 constexpr int kVeilColour = 0x180810, kMessageColour = 0xE8ECFF;  // dark wine, pale rose
 constexpr Real kVeilAlpha = 0.6;

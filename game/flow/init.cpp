@@ -6,8 +6,6 @@
 namespace arena::game {
 namespace {
 
-const Builtin randomize{"randomize"}, audio_listener_orientation{"audio_listener_orientation"};
-const Builtin audio_falloff_set_model{"audio_falloff_set_model"};
 const Variable volume{"volume"}, load{"load"};
 constexpr int kLinearDistanceClamped = 4;
 constexpr Real kMusicVolume = 0.25;

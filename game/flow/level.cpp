@@ -51,7 +51,7 @@ EVENT(oLevel1, Create_0) {
 
 EVENT(oLevel1, Step_0) {
   if (!self[wave_pause]) self[wave_timer] -= global[dt_steady];
-  if (Real(instance_number(oParentEnemy)) <= 0 && self[wave_timer] > kBreath) {
+  if (instance_number(oParentEnemy) <= 0 && self[wave_timer] > kBreath) {
     self[wave_timer] = kBreath;
     self[createReward](min(ceil(self[wave_count] / kWavesPerRarity), kGreatestRarity));
   }

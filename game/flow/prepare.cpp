@@ -9,7 +9,6 @@ namespace arena::game {
 namespace {
 
 const Variable start_timer{"start_timer"}, start_timer_on{"start_timer_on"}, pistol{"pistol"}, update{"update"};
-const Builtin room_goto{"room_goto"}, keyboard_key_name{"keyboard_key_name"};
 
 constexpr int kAnyKey = 1, kKeyEscape = 27;
 constexpr Real kCountdown = 60;  // seconds

@@ -36,23 +36,22 @@ Value make_card(int colour, const Value& sprite, int frame, const Value& title, 
 }  // namespace arena::game
 
 // What is chosen falls at the player's feet.
-METHOD(oLevel1, takeWeaponCard, Value card) {
+METHOD(Value, oLevel1, takeWeaponCard, Value card) {
   createGunPickup(oPlayer[x], oPlayer[y], card[getData]("gun"));
   return oLevel1[closeRewardScreen]();
 }
 
-METHOD(oLevel1, takeModifierCard, Value card) {
+METHOD(Value, oLevel1, takeModifierCard, Value card) {
   createModifierPickup(oPlayer[x], oPlayer[y], card[getData]("mod"));
   return oLevel1[closeRewardScreen]();
 }
 
-METHOD(oLevel1, resumeWaves, Value screen) {
+METHOD(void, oLevel1, resumeWaves, Value screen) {
   const Value level = screen[getData]("LevelInstance");
   level[wave_pause] = false;
-  return undefined;
 }
 
-METHOD(oLevel1, createReward, Value wanted_rarity) {
+METHOD(void, oLevel1, createReward, Value wanted_rarity) {
   self[wave_pause] = true;
   window_set_cursor(kArrowCursor);
   const Value offered_gun = randomWeapon(is_undefined(wanted_rarity) ? Value(-1) : wanted_rarity), offered_mod = randomModifier();
@@ -68,7 +67,7 @@ METHOD(oLevel1, createReward, Value wanted_rarity) {
   screen[setData]("LevelInstance", self[id]);
   screen[addEvent]("destroy", bind(self, oLevel1_resumeWaves));
 
-  const Value weapon_card = make_card(static_cast<int>(Real(getColorByRarity(offered_gun[rarity])).number()), sprCardWeapon,
+  const Value weapon_card = make_card(static_cast<int>(getColorByRarity(offered_gun[rarity]).number()), sprCardWeapon,
                                       weapon_picture(offered_gun), offered_gun[name], offered_gun[description]);
   weapon_card[setData]("gun", offered_gun);
   weapon_card[addEvent]("click", bind(self, oLevel1_takeWeaponCard));
@@ -78,12 +77,10 @@ METHOD(oLevel1, createReward, Value wanted_rarity) {
   modifier_card[addEvent]("click", bind(self, oLevel1_takeModifierCard));
   screen[addContent](array_of(weapon_card, modifier_card));
   global[game_ui][addContent](screen);
-  return undefined;
 }
 
 // The variable keeps the destroyed screen until the next one.
-METHOD(oLevel1, closeRewardScreen) {
+METHOD(void, oLevel1, closeRewardScreen) {
   if (self[reward_screen] != -1) self[reward_screen][destroy]();
   window_set_cursor(kNoCursor);
-  return undefined;
 }

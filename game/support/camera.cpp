@@ -22,13 +22,6 @@ const Variable setZoomSmoothness{"setZoomSmoothness"}, setMaxDistance{"setMaxDis
 const Variable setAngleSmoothness{"setAngleSmoothness"}, toggleDebugMode{"toggleDebugMode"};
 const Variable view_camera{"view_camera"};
 
-const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"};
-const Builtin camera_set_view_pos{"camera_set_view_pos"}, camera_set_view_size{"camera_set_view_size"};
-const Builtin camera_set_view_angle{"camera_set_view_angle"}, camera_get_view_width{"camera_get_view_width"};
-const Builtin draw_get_colour{"draw_get_colour"}, draw_get_alpha{"draw_get_alpha"}, draw_get_font{"draw_get_font"};
-const Builtin draw_get_halign{"draw_get_halign"}, draw_get_valign{"draw_get_valign"}, draw_line{"draw_line"};
-const Builtin camera_get_view_height{"camera_get_view_height"}, view_get_camera{"view_get_camera"};
-
 constexpr Real kZoomStep = 0.1;                   // of zoomIn and zoomOut: ten steps from normal to double
 constexpr Real kDebugLine = 0x00FFFF;             // yellow
 constexpr Real kDebugInset = 8, kDebugMark = 16;  // pixels
@@ -53,7 +46,7 @@ Real approached(Real from, Real to, Real amount) { return amount == 0 ? to : Smo
 }  // namespace
 }  // namespace arena::game
 
-METHOD(TarnCamera, init, Value target) {
+METHOD(void, TarnCamera, init, Value target) {
   if (!is_undefined(target)) self[target_object] = target;
   self[x_offset] = 0;
   self[y_offset] = 0;
@@ -63,14 +56,14 @@ METHOD(TarnCamera, init, Value target) {
   self[camera_angle] = 0;
   self[camera_angle_target] = 0;
   self[updateViewSize]();
-  return undefined;
 }
 
 // A zoom of 2 shows everything at twice its size. The height rules and the width follows the window's proportions, so that any window
 // shows the world undistorted; the factors stretch either side on purpose.
-METHOD(TarnCamera, updateViewSize) {
+METHOD(void, TarnCamera, updateViewSize) {
   const Real window_width = window_get_width(), window_height = window_get_height();
-  const Real proportion = window_height > 0 && window_width > 0 ? window_width / window_height : Real(self[width] / self[height]);
+  Real proportion = window_width / window_height;
+  if (window_height <= 0 || window_width <= 0) proportion = self[width] / self[height];
   const Real zoom = self[camera_zoom];
   const Real view_height = self[height] / zoom * self[camera_height_offset];
   const Real view_width = self[height] / zoom * proportion * self[camera_width_offset];
@@ -81,10 +74,9 @@ METHOD(TarnCamera, updateViewSize) {
   self[camera_view] = view_get_camera(self[view_index]);
   camera_set_view_size(self[camera_view], view_width, view_height);
   place_rectangle(self);
-  return undefined;
 }
 
-METHOD(TarnCamera, update) {
+METHOD(void, TarnCamera, update) {
   const Real dt = global[dt_steady];
 
   // Zoom
@@ -133,13 +125,12 @@ METHOD(TarnCamera, update) {
     self[debug_x2] = middle_x(self) + across / 2;
     self[debug_y2] = middle_y(self) + down / 2;
   }
-  return undefined;
 }
 
 // In room coordinates: the view's frame a little inside its edge, the camera, its target with the leash, and numbers. What was set for
 // drawing stays as it was.
-METHOD(TarnCamera, drawDebug) {
-  if (!self[debug_enabled]) return undefined;
+METHOD(void, TarnCamera, drawDebug) {
+  if (!self[debug_enabled]) return;
   const Value colour_before = draw_get_colour(), alpha_before = draw_get_alpha(), font_before = draw_get_font(),
               halign_before = draw_get_halign(), valign_before = draw_get_valign();
   draw_set_colour(kDebugLine);
@@ -163,59 +154,48 @@ METHOD(TarnCamera, drawDebug) {
   draw_set_font(font_before);
   draw_set_halign(halign_before);
   draw_set_valign(valign_before);
-  return undefined;
 }
 
-METHOD(TarnCamera, setViewSize, Value to_width, Value to_height) {
+METHOD(void, TarnCamera, setViewSize, Value to_width, Value to_height) {
   self[width] = to_width;
   self[height] = to_height;
   self[updateViewSize]();
-  return undefined;
 }
 
-METHOD(TarnCamera, getViewSize) { return struct_of({{width, self[width]}, {height, self[height]}}); }
+METHOD(Value, TarnCamera, getViewSize) { return struct_of({{width, self[width]}, {height, self[height]}}); }
 
-METHOD(TarnCamera, zoomIn) {
-  self[camera_zoom_target] = min(self[camera_zoom_target] + kZoomStep, self[camera_zoom_max]);
-  return undefined;
-}
+METHOD(void, TarnCamera, zoomIn) { self[camera_zoom_target] = min(self[camera_zoom_target] + kZoomStep, self[camera_zoom_max]); }
 
-METHOD(TarnCamera, zoomOut) {
-  self[camera_zoom_target] = max(self[camera_zoom_target] - kZoomStep, self[camera_zoom_min]);
-  return undefined;
-}
+METHOD(void, TarnCamera, zoomOut) { self[camera_zoom_target] = max(self[camera_zoom_target] - kZoomStep, self[camera_zoom_min]); }
 
-METHOD(TarnCamera, setPosition, Value to_x, Value to_y) {
+METHOD(void, TarnCamera, setPosition, Value to_x, Value to_y) {
   self[x] = to_x;
   self[y] = to_y;
   place_rectangle(self);
-  return undefined;
 }
 
-METHOD(TarnCamera, setTarget, Value target) { return self[target_object] = target, undefined; }
-METHOD(TarnCamera, setOffset, Value across, Value down) {
+METHOD(Value, TarnCamera, setTarget, Value target) { return self[target_object] = target, undefined; }
+METHOD(void, TarnCamera, setOffset, Value across, Value down) {
   self[x_offset] = across;
   self[y_offset] = down;
-  return undefined;
 }
 
 // A weaker shake never cuts a stronger one short. Pixels and seconds.
-METHOD(TarnCamera, applyShake, Value magnitude, Value length) {
+METHOD(void, TarnCamera, applyShake, Value magnitude, Value length) {
   if (magnitude > self[shake]) {
     self[shake] = magnitude;
     self[shake_magnitude] = magnitude;
     self[shake_length] = length;
     self[shake_length_max] = length;
   }
-  return undefined;
 }
 
-METHOD(TarnCamera, setSmoothness, Value amount) { return self[smoothness] = amount, undefined; }
-METHOD(TarnCamera, setZoomSmoothness, Value amount) { return self[camera_zoom_smoothness] = amount, undefined; }
-METHOD(TarnCamera, setMaxDistance, Value distance) { return self[max_distance] = distance, undefined; }
-METHOD(TarnCamera, setAngle, Value degrees) { return self[camera_angle_target] = degrees, undefined; }
-METHOD(TarnCamera, setAngleSmoothness, Value amount) { return self[camera_angle_smoothness] = amount, undefined; }
-METHOD(TarnCamera, toggleDebugMode) { return self[debug_enabled] = !self[debug_enabled], undefined; }
+METHOD(Value, TarnCamera, setSmoothness, Value amount) { return self[smoothness] = amount, undefined; }
+METHOD(Value, TarnCamera, setZoomSmoothness, Value amount) { return self[camera_zoom_smoothness] = amount, undefined; }
+METHOD(Value, TarnCamera, setMaxDistance, Value distance) { return self[max_distance] = distance, undefined; }
+METHOD(Value, TarnCamera, setAngle, Value degrees) { return self[camera_angle_target] = degrees, undefined; }
+METHOD(Value, TarnCamera, setAngleSmoothness, Value amount) { return self[camera_angle_smoothness] = amount, undefined; }
+METHOD(Value, TarnCamera, toggleDebugMode) { return self[debug_enabled] = !self[debug_enabled], undefined; }
 
 CONSTRUCTOR(TarnCamera) {
   self[x] = room_width / 2;

@@ -2,15 +2,12 @@
 
 namespace arena::game {
 namespace {
-const Builtin ds_grid_create{"ds_grid_create"};
-const Builtin ds_grid_clear{"ds_grid_clear"};
-const Builtin any_floor{"floor"};
 constexpr int kCells = 100;     // each way
 constexpr Real kCellSize = 40;  // pixels
 
 // The cell of a coordinate; far outside for what no cell can hold.
 int cell_of(Real coordinate) { return saturate_int32(floor(coordinate / kCellSize).number()); }
-int cell_of(const Value& coordinate) { return to_int32(any_floor(coordinate / kCellSize)); }
+int cell_of(const Value& coordinate) { return saturate_int32(checked::floor(coordinate / kCellSize).number()); }
 }  // namespace
 }  // namespace arena::game
 
@@ -24,7 +21,8 @@ SCRIPT(grid_clear) { ds_grid_clear(global[grid], noone); }
 
 SCRIPT(grid_insert, Value inst) {
   const Instance inserted = inst;
-  const int column = cell_of(Real(inserted[x])), row = cell_of(Real(inserted[y]));
+  const Real at_x = inserted[x], at_y = inserted[y];
+  const int column = cell_of(at_x), row = cell_of(at_y);
   Grid cells = global[grid];
   if (!cells.has(column, row)) return;
   const Value& cell = cells.at(column, row);

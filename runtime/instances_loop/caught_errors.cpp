@@ -6,7 +6,6 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/session/state.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/names.h"
 
@@ -26,11 +25,6 @@ class UnhandledHandler final : public Holder {
   static constexpr auto fields() { return std::tuple(field("function", &UnhandledHandler::function)); }
 };
 const StatePart<UnhandledHandler> unhandled{PartLevel::kScripts, "handler of unhandled errors"};
-
-void exception_unhandled_handler(const RValue& function) { unhandled().function = function; }
-
-const BuiltinEntry kEntries[] = {{"exception_unhandled_handler", builtin<exception_unhandled_handler>}};
-const BuiltinTable table(kEntries);
 
 }  // namespace
 
@@ -53,5 +47,7 @@ void tell_unhandled_error(const WBKSLException& error) {
   RValue ignored;
   call_method(nullptr, nullptr, ignored, 1, function, arguments);
 }
+
+void set_unhandled_handler(const RValue& function) { unhandled().function = function; }
 
 }  // namespace arena

@@ -9,5 +9,7 @@ namespace arena {
 RValue exception_value(const WBKSLException& error);
 // Calls the scripts' handler, if there is one. An error in the handler itself comes out as WBKSLException.
 void tell_unhandled_error(const WBKSLException& error);
+// The function that scripts want to be told by; undefined for none.
+void set_unhandled_handler(const RValue& function);
 
 }  // namespace arena

@@ -72,7 +72,7 @@ void fix_random_seed(std::uint64_t seed) {
   game_random().reseed(seed);
 }
 
-std::uint64_t randomize() {
+std::uint64_t randomize_game() {
   const std::uint64_t seed = part().fixed_seed
                                  ? *part().fixed_seed
                                  : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;

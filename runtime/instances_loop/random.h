@@ -27,8 +27,8 @@ class RandomGenerator {
 RandomGenerator& game_random();
 RandomGenerator& visual_random();
 
-// What randomize() uses: the command line's seed, or the clock's when none was given.
+// What randomize_game() uses: the command line's seed, or the clock's when none was given.
 void fix_random_seed(std::uint64_t seed);
-std::uint64_t randomize();
+std::uint64_t randomize_game();
 
 }  // namespace arena

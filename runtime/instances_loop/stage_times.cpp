@@ -1,10 +1,6 @@
 #include "runtime/instances_loop/stage_times.h"
 
-#include "runtime/arrays_structs/struct.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/arguments.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena {
 namespace {
@@ -13,18 +9,6 @@ struct Clocks {
   StageTimes now, last;
 };
 const Part<Clocks> clocks{PartLevel::kWorld, "stage times"};
-
-// A struct of the stages' names and their microseconds, in the runtime's order.
-RValue frame_stage_times() {
-  RValue made = make_struct();
-  for (int stage = 0; stage < kStages; ++stage) {
-    store_variable(property_object(made), variable_id(kStageNames[stage]), RValue(clocks().last.stages[stage]));
-  }
-  return made;
-}
-
-const BuiltinEntry kEntries[] = {{"frame_stage_times", builtin<frame_stage_times>}};
-const BuiltinTable table(kEntries);
 
 }  // namespace
 

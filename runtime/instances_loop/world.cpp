@@ -14,6 +14,7 @@
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/names.h"
 #include "runtime/variables_calls/report.h"
 
@@ -318,6 +319,11 @@ bool is_instance_ref(const RValue& value) {
 }
 std::string_view object_type_name(std::int32_t index) {
   return object_types().has(index) ? std::string_view(object_types().at(index).definition.name) : std::string_view("<undefined>");
+}
+bool require_room(std::int32_t room) {
+  if (world().has_room(room)) return true;
+  report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
+  return false;
 }
 std::string_view object_name_of(const CInstance& instance) { return instance.type->definition.name; }
 

@@ -5,8 +5,9 @@
 //   EVENT(oFader, Step_0) { ... }                                the handler ksl_Object_oFader_Step_0; `self` and `other` are instances
 //   SCRIPT(Approach, Real from, Real to, Real amount) { ... }    the script ksl_Script_Approach, declared before as
 //                                                                extern const Script<Real(Real, Real, Real)> Approach;
-//   METHOD(oPlayer, startDash) { ... }                           a method: `self[startDash] = method(oPlayer_startDash)`
-//   STATIC_METHOD(TuiBase, setGap, ...)  a method that all structs of a constructor share: theirs without being stored in them
+//   METHOD(void, oPlayer, startDash) { ... }                     a method that gives nothing; another one a Value, a Real or a bool:
+//                                                                `self[startDash] = bind(self, oPlayer_startDash)`
+//   STATIC_METHOD(Value, TuiBase, setGap, ...)  a method that all structs of a constructor share: theirs without being stored in them
 //   CONSTRUCTOR(Weapon, Value label, Value stats) { ... }        `self` is the new struct; made with Weapon.make(...) or create
 //   GLOBAL_SCRIPT(SPATIAL_HASH) { ... }                          runs once when the game starts, before the first room
 #include <tuple>
@@ -290,25 +291,26 @@ struct NumberBodies<Script<Result(Parameters...)>, Holder> {
   arena::script::ResultOf<decltype(arena::game::name)::ResultType, Number> arena::game::Script_##name::body(                              \
       [[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other, __VA_ARGS__)
 
-#define METHOD(owner, name, ...)                                                                                                         \
-  namespace arena::game {                                                                                                                \
-  struct Method_##owner##_##name {                                                                                                       \
-    static Value body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);                \
-    ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                                 \
-  };                                                                                                                                     \
-  const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                                \
-  }                                                                                                                                      \
-  arena::script::Value arena::game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, \
-                                                                  [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+#define METHOD(result, owner, name, ...)                                                                                   \
+  namespace arena::game {                                                                                                  \
+  struct Method_##owner##_##name {                                                                                         \
+    static result body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__); \
+    ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                   \
+  };                                                                                                                       \
+  const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                  \
+  }                                                                                                                        \
+  auto arena::game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self,   \
+                                                  [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)            \
+      ->result
 
-// A method that every struct of a constructor has: STATIC_METHOD(TuiBase, setPadding, Value pixels) { ... self is the struct ... }. The
-// names of the method's variable and of the constructor must be in reach.
-#define STATIC_METHOD(owner, name, ...)                                                                                  \
+// A method that every struct of a constructor has: STATIC_METHOD(Value, TuiBase, setPadding, Value pixels) { ... self is the struct ... }.
+// The names of the method's variable and of the constructor must be in reach.
+#define STATIC_METHOD(result, owner, name, ...)                                                                          \
   namespace arena::game {                                                                                                \
   extern const Method owner##_##name;                                                                                    \
   [[maybe_unused]] static const StaticMethod static_##owner##_##name{owner.function(), name, owner##_##name.function()}; \
   }                                                                                                                      \
-  METHOD(owner, name __VA_OPT__(, ) __VA_ARGS__)
+  METHOD(result, owner, name __VA_OPT__(, ) __VA_ARGS__)
 
 #define CONSTRUCTOR(name, ...)                                                       \
   namespace arena::game {                                                            \

@@ -140,6 +140,12 @@ double remainder_of(double left, double right) {
   return std::fmod(left, right);
 }
 
+double round_half_to_even(double number) {
+  const double below = std::floor(number), rest = number - below;
+  if (rest != 0.5) return rest < 0.5 ? below : below + 1;
+  return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
 RValue& operate(Operator op, RValue& left, const RValue& right) {
   switch (left.kind()) {
     case kNumber:

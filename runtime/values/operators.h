@@ -41,6 +41,8 @@ inline RValue& op_remainder(RValue& left, const RValue& right) { return operate(
 
 // The remainder of two reals as the operator computes it; a zero divisor reports.
 double remainder_of(double left, double right);
+// The nearest whole number, halves to the even one.
+double round_half_to_even(double number);
 // The value's negative: number kinds keep their kind, others convert to a number.
 RValue negate(const RValue& value);
 

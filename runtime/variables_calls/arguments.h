@@ -1,6 +1,6 @@
 #pragma once
-// How a plain C++ function becomes a built-in: builtin<function> checks each argument by the type of its parameter, with the message
-// that belongs to the type, and turns the result into a value.
+// How the arguments of a built-in function are checked: Argument<T>::get(call, at) gives the one at `at` (from 0) as a T, or reports it
+// with the message that belongs to the type. Results become values by to_value.
 //
 //   double "Number (WBGR)"    float "Number (WBGF)"   int32 "Number (WBGI32)"   uint32 "Number (WBGU32)"   bool "Boolean (WBGB)"
 //   std::string_view "String (WBGS)"       const RValue& anything        Rest all arguments from here on
@@ -151,6 +151,7 @@ inline RValue to_value(RValue value) { return value; }
 
 namespace detail {
 
+// Where the arguments of the parameter `wanted` begin.
 template <class... Parameters>
 constexpr int place_of(std::size_t wanted) {
   constexpr bool consumes[] = {Argument<Parameters>::consumes..., false};
@@ -159,32 +160,6 @@ constexpr int place_of(std::size_t wanted) {
   return place;
 }
 
-template <class Result, class... Parameters, std::size_t... Index>
-void call_checked(Result (*function)(Parameters...), RValue& result, const CallContext& call, std::index_sequence<Index...>) {
-  const std::uint64_t errors_before = error_count();
-  // Braces keep the checks in order of the arguments, so that the first wrong one is reported.
-  struct Bound {
-    std::tuple<Parameters...> values;
-  };
-  Bound bound{std::tuple<Parameters...>{Argument<Parameters>::get(call, place_of<Parameters...>(Index))...}};
-  if (error_count() != errors_before) return;  // a suppressed report: nothing is called with what is wrong
-  if constexpr (std::is_void_v<Result>) {
-    std::apply(function, bound.values);
-  } else {
-    result = to_value(std::apply(function, bound.values));
-  }
-}
-
-template <class Result, class... Parameters>
-void call_by_types(Result (*function)(Parameters...), RValue& result, const CallContext& call) {
-  call_checked(function, result, call, std::index_sequence_for<Parameters...>());
-}
-
 }  // namespace detail
-
-template <auto function>
-void builtin(RValue& result, WBObjectBase* self, WBObjectBase* other, std::int32_t argc, RValue* args) {
-  detail::call_by_types(function, result, CallContext{self, other, argc, args});
-}
 
 }  // namespace arena

@@ -8,6 +8,7 @@
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/session/state.h"
+#include "runtime/variables_calls/builtin_row.h"
 #include "runtime/variables_calls/names.h"
 
 namespace arena {
@@ -74,7 +75,8 @@ CompiledFunction::CompiledFunction(const char* full_name, const char* source_fil
   first_function = this;
 }
 
-BuiltinTable::BuiltinTable(const BuiltinEntry* table, std::size_t length) : entries(table), count(length), next(first_table) {
+BuiltinTable::BuiltinTable(const char* family_title, const char* family_notes, const Implementation* table, std::size_t length)
+    : title(family_title), notes(family_notes), entries(table), count(length), next(first_table) {
   first_table = this;
 }
 
@@ -86,7 +88,9 @@ int build_function_tables(std::vector<std::string>& problems) {
   std::sort(handlers.begin(), handlers.end(), by_name<CompiledFunction>);
   for (std::size_t i = 0; i < scripts.size(); ++i) scripts[i]->index = static_cast<std::int32_t>(i);
   for (BuiltinTable* table = first_table; table != nullptr; table = table->next) {
-    builtins.insert(builtins.end(), table->entries, table->entries + table->count);
+    for (const Implementation* each = table->entries; each != table->entries + table->count; ++each) {
+      builtins.push_back({each->row->text, each->function, each->row, table});
+    }
   }
   std::sort(builtins.begin(), builtins.end(), [](const BuiltinEntry& a, const BuiltinEntry& b) { return std::strcmp(a.name, b.name) < 0; });
   for (const StaticMethod* method = first_static_method; method != nullptr; method = method->next) static_methods.push_back(method);

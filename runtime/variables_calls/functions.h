@@ -10,6 +10,7 @@
 
 namespace arena {
 
+class BuiltinRow;
 class CInstance;
 class NameSlot;
 class PropertyObject;
@@ -35,20 +36,31 @@ class CompiledFunction {
   CompiledFunction* next;
 };
 
-struct BuiltinEntry {
-  const char* name;
+// A row and the function that does what it says, bound by implement<row, function> (builtins/implement.h).
+struct Implementation {
+  const BuiltinRow* row;
   BuiltinFunction function;
 };
 
-// A service's list of the built-in functions it offers. Static storage.
+// The functions of one family, with what is to be said of all of them. Static storage.
 class BuiltinTable {
  public:
   template <std::size_t N>
-  explicit BuiltinTable(const BuiltinEntry (&table)[N]) : BuiltinTable(table, N) {}
-  BuiltinTable(const BuiltinEntry* table, std::size_t length);
-  const BuiltinEntry* entries;
-  std::size_t count;
+  BuiltinTable(const char* family_title, const char* family_notes, const Implementation (&table)[N])
+      : BuiltinTable(family_title, family_notes, table, N) {}
+  BuiltinTable(const char* family_title, const char* family_notes, const Implementation* table, std::size_t length);
+  const char* const title;
+  const char* const notes;
+  const Implementation* const entries;
+  const std::size_t count;
   BuiltinTable* next;
+};
+
+struct BuiltinEntry {
+  const char* name;
+  BuiltinFunction function;
+  const BuiltinRow* row;
+  const BuiltinTable* family;
 };
 
 std::int32_t builtin_count();

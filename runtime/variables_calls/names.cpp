@@ -6,6 +6,7 @@
 
 #include "runtime/arrays_structs/shape.h"
 #include "runtime/session/session.h"
+#include "runtime/variables_calls/builtin_row.h"
 #include "runtime/variables_calls/functions.h"
 #include "runtime/variables_calls/report.h"
 
@@ -55,15 +56,13 @@ double milliseconds(Clock::time_point from, Clock::time_point to) { return std::
 void fill_function_slots(LookupResult& result) {
   for (NameSlot* name = first_name; name != nullptr; name = name->next) {
     if (name->type != NameSlot::Type::kFunction) continue;
-    name->slot = find_builtin(name->text);
-    if (name->slot < 0) {
-      const int script = find_script(name->text);
-      if (script >= 0) name->slot = kFirstScriptNumber + script;
-    }
+    const std::int32_t found = find_builtin(name->text);
+    if (found >= 0 && static_cast<const NameSlot*>(builtin_at(found).row) == name) name->slot = found;
     if (name->slot >= 0) {
       ++result.patched_functions;
     } else {
-      result.problems.push_back(std::string("function '") + name->text + "' is used but nothing defines it");
+      result.problems.push_back(std::string("built-in function '") + name->text + "' has a row " +
+                                (found >= 0 ? "twice" : "but nothing implements it"));
     }
   }
 }

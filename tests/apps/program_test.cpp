@@ -66,7 +66,7 @@ TEST(CommandLine, TakesWhatHelpPromises) {
   EXPECT_TRUE(options.headless && options.console && options.demo && options.mute && !options.vsync && options.fullscreen);
   const std::string help = apps::help_text();
   for (const char* name : {"--data", "--room", "--seed", "--fullscreen", "--no-vsync", "--mute", "--headless", "--console", "--demo",
-                           "--frames", "--screenshot", "--hashes", "--version", "--help"}) {
+                           "--frames", "--screenshot", "--hashes", "--builtins", "--version", "--help"}) {
     EXPECT_NE(help.find(name), std::string::npos) << name;
   }
 }

@@ -6,8 +6,8 @@
 #include <map>
 #include <set>
 
-#include "apps/autoplayer.h"
 #include "engine/console/state_hash.h"
+#include "game/autoplayer/autoplayer.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/input_state.h"
 #include "runtime/session/state_visitor.h"
@@ -45,7 +45,7 @@ void press_something(int frame) {
 // Frame by frame the fight goes on from its copy as it goes on by itself, and as it goes where nobody makes copies.
 TEST_F(Snapshots, EveryFrameCanBeRunAgain) {
   const int frames = std::getenv("ARENA_ROUNDS") != nullptr ? 20000 : 2000;
-  apps::Autoplayer player;
+  autoplayer::ArenaPlayer player;
   Snapshot snapshot;
   for (int frame = 0; frame < frames; ++frame) {
     player.play();
@@ -86,7 +86,7 @@ TEST_F(Snapshots, ARunCanBeTakenUpAnywhere) {
 }
 
 TEST_F(Snapshots, DrawingChangesNothing) {
-  apps::Autoplayer player;
+  autoplayer::ArenaPlayer player;
   for (int frame = 0; frame < 900; ++frame) {
     player.play();
     game->run_frame(16667);

@@ -43,7 +43,7 @@ STORAGE = re.compile(r"^[0-9a-f]{16} [bBdDuV] (.*)$")
 FOREIGN = re.compile(r"^(std::|nlohmann::|typeinfo|vtable|VTT|guard variable|DW\.ref|__|testing::|\.)")
 # Objects that the script macros make; all of them are const.
 BY_MACRO = re.compile(r"^(registered|static)_\w+$")
-MACRO_USES = re.compile(r"\b(?:STATIC_)?METHOD\((\w+), (\w+)|\b(?:SCRIPT|NUMBER_SCRIPT|CONSTRUCTOR|GLOBAL_SCRIPT)\((\w+)")
+MACRO_USES = re.compile(r"\b(?:STATIC_)?METHOD\(\w+, (\w+), (\w+)|\b(?:SCRIPT|NUMBER_SCRIPT|CONSTRUCTOR|GLOBAL_SCRIPT|BUILTIN|BUILTIN_NAMED)\((\w+)")
 
 
 def declared_constants(text):

@@ -9,6 +9,8 @@ GAMES = ("game", "samples")
 SCRIPTS = ("toolkit",) + GAMES
 # What stands with a game and belongs to its program: it sees what the program sees.
 PROGRAM_PARTS = ("game/autoplayer/",)
+# Inside runtime/ the folders that scripts are written on stand above the others, and the rows of the built-in functions above those.
+RUNTIME_FLOORS = {"script": 1, "builtins": 2, "": 3}
 LONGEST = 600
 
 
@@ -18,6 +20,12 @@ def sources(root):
             for name in files:
                 if name.endswith((".cpp", ".h")):
                     yield floor, os.path.join(folder, name)
+
+
+def runtime_floor(floor, path):
+    """Of a file under runtime/; whatever is outside may include all of them."""
+    folders = path.split("/")[1:-1]
+    return RUNTIME_FLOORS.get(folders[0] if folders else "", 0) if floor == "runtime" else max(RUNTIME_FLOORS.values())
 
 
 def problems(root):
@@ -40,6 +48,7 @@ def problems(root):
                 past_the_face = floor in SCRIPTS and (target == "engine" or target == "runtime" and '"runtime/script' not in line)
                 of_a_game = target in GAMES and target != floor and floor not in ("bench", "tests")
                 wrong = upwards or past_the_face or of_a_game
+                wrong = wrong or runtime_floor(target, line[10:-1]) > runtime_floor(floor, relative)
             if wrong:
                 yield f"{relative}:{number}: {floor} may not include {line[10:-1]}"
 

@@ -6,7 +6,6 @@ namespace arena::game {
 extern const Script<Value()> probe_destroys_first, probe_makes_one;
 namespace {
 const Variable seen{"seen"}, mark{"mark"}, hooks{"hooks"};
-const Builtin event_inherited{"event_inherited"};
 
 // "mark:event" of who runs, then whatever the test hung on the event.
 void note(Instance self, const char* event) {
@@ -20,7 +19,6 @@ void note(Instance self, const char* event) {
 
 namespace arena::game {
 namespace {
-const Builtin instance_destroy{"instance_destroy"}, instance_number{"instance_number"}, instance_create_layer{"instance_create_layer"};
 constexpr ObjectName oProbe{test::kProbe};
 }  // namespace
 }  // namespace arena::game

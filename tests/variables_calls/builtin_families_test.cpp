@@ -1,4 +1,6 @@
 // The families of built-in functions, row by row. Expected values are worked out by hand.
+#include "runtime/variables_calls/functions.h"
+#include "tests/support/arguments.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -149,6 +151,32 @@ TEST_F(Families, VariablesByNameAndLinks) {
       {"[object_get_name(18), object_get_parent(7), object_exists(99)]", "[\"oPlayer\",16,false]"},
       {"[object_is_ancestor(7, 16), object_is_ancestor(16, 7)]", "[true,false]"},
   });
+}
+
+// Every argument that a row says to be of one kind is refused when it is of another one, by its function's name and its number.
+TEST_F(Families, RefuseArgumentsOfTheWrongKind) {
+  eval("global.player = instance_create_depth(100, 100, 0, oPlayer)");
+  eval(kMakeArgumentHolders);
+  int refused = 0;
+  for (std::int32_t i = 0; i < builtin_count(); ++i) {
+    const BuiltinRow& row = *builtin_at(i).row;
+    std::string before;
+    int place = 0;
+    for (const Parameter& parameter : row.parameters()) {
+      ASSERT_TRUE(kArgumentSamples.count(parameter.kind.word) == 1) << parameter.kind.word;
+      const ArgumentSamples& samples = kArgumentSamples.at(parameter.kind.word);
+      ++place;
+      if (samples.wrong != nullptr && !parameter.kind.takes_the_rest) {
+        const std::string call = std::string(row.text) + "(" + before + samples.wrong + ")";
+        const std::string answer = eval("with (global.player) { " + call + " }");
+        EXPECT_NE(answer.find(row.text), std::string::npos) << call << " gives " << answer;
+        EXPECT_NE(answer.find("argument " + std::to_string(place) + " "), std::string::npos) << call << " gives " << answer;
+        ++refused;
+      }
+      before += std::string(samples.fitting[0]) + ", ";
+    }
+  }
+  EXPECT_GT(refused, 500);
 }
 
 TEST_F(Families, Distances) {

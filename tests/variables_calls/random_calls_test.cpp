@@ -6,6 +6,7 @@
 
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/functions.h"
+#include "tests/support/arguments.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -14,16 +15,30 @@ namespace {
 class RandomCalls : public ArenaGame {
  protected:
   std::string any() { return kValues[random_() % std::size(kValues)]; }
-  void call_often(const std::string& name) {
-    eval(
-        "global.kept = [1, [2], {k: 3}]; global.grid = ds_grid_create(3, 3); global.list = ds_list_create(); global.map = "
-        "ds_map_create()");
+  // Arguments of any kind, or every other time those that the row asks for, with some of the last ones left out.
+  std::string arguments_for(const BuiltinRow* row) {
+    std::vector<std::string> arguments;
+    if (row != nullptr && random_() % 2 == 0) {
+      for (const Parameter& parameter : row->parameters()) {
+        if (parameter.kind.may_be_left_out && random_() % 3 == 0) break;
+        const std::vector<std::string> fitting = fitting_arguments(parameter.kind);
+        for (std::uint64_t left = parameter.kind.takes_the_rest ? random_() % 4 : 1; left > 0; --left)
+          arguments.push_back(fitting[random_() % fitting.size()]);
+      }
+    } else {
+      for (std::uint64_t left = random_() % 9; left > 0; --left) arguments.push_back(any());
+    }
+    std::string text;
+    for (const std::string& each : arguments) text += (text.empty() ? "" : ", ") + each;
+    return text;
+  }
+  void call_often(const std::string& name, const BuiltinRow* row = nullptr) {
+    eval(kMakeArgumentHolders);
     for (int round = 0; round < rounds_; ++round) {
-      std::string call = name + "(";
-      for (std::uint64_t left = random_() % 9; left-- > 0;) call += any() + (left > 0 ? ", " : "");
-      SCOPED_TRACE(call + ")");
+      const std::string call = name + "(" + arguments_for(row) + ")";
+      SCOPED_TRACE(call);
       if (eval("instance_exists(oPlayer)") == "false") eval("instance_create_depth(0, 0, 0, oPlayer)");
-      const auto reply = ask({{"eval", call + ")"}, {"self", static_cast<int>(number("oPlayer.id"))}});
+      const auto reply = ask({{"eval", call}, {"self", static_cast<int>(number("oPlayer.id"))}});
       EXPECT_TRUE(reply.contains("text") || reply.contains("error")) << reply.dump();
       world().ended = false;
     }
@@ -91,7 +106,7 @@ class RandomCalls : public ArenaGame {
 TEST_F(RandomCalls, OfBuiltInFunctions) {
   const std::set<std::string> not_here = {"screen_save", "screen_save_numbered"};  // they write files
   for (std::int32_t i = 0; i < builtin_count(); ++i) {
-    if (not_here.count(builtin_at(i).name) == 0) call_often(builtin_at(i).name);
+    if (not_here.count(builtin_at(i).name) == 0) call_often(builtin_at(i).name, builtin_at(i).row);
     if (HasFatalFailure()) return;
   }
 }

@@ -2,12 +2,11 @@
 
 namespace arena::game {
 namespace {
-const Builtin string_length{"string_length"};
 const Variable counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
 constexpr ObjectName oNobody{3};
 }  // namespace
 extern const Script<Value(Real)> takes_a_number;
-const int kBuiltinLine = 18, kArgumentLine = 26, kObjectLine = 33, kArrayLine = 39;
+const int kBuiltinLine = 17, kArgumentLine = 25, kObjectLine = 32, kArrayLine = 38;
 }  // namespace arena::game
 
 SCRIPT(takes_a_number, Real number) { return number; }
@@ -51,8 +50,6 @@ SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
 namespace arena::game {
 namespace {
-const Builtin array_resize{"array_resize"}, array_foreach{"array_foreach"}, script_execute{"script_execute"},
-    instance_create_depth{"instance_create_depth"};
 const Variable list{"list"};
 }  // namespace
 }  // namespace arena::game

@@ -2,10 +2,6 @@
 
 namespace arena::game {
 namespace {
-const Builtin draw_triangle{"draw_triangle"}, draw_sprite_part_ext{"draw_sprite_part_ext"}, screen_save_numbered{"screen_save_numbered"};
-const Builtin sprite_get_width{"sprite_get_width"}, sprite_get_height{"sprite_get_height"};
-const Builtin draw_get_colour{"draw_get_colour"}, draw_get_alpha{"draw_get_alpha"}, draw_get_font{"draw_get_font"};
-const Builtin draw_get_halign{"draw_get_halign"}, draw_get_valign{"draw_get_valign"};
 constexpr int kSteps = 64;  // of a whole turn
 
 // Between two rings, from one share of a turn to another.

@@ -28,7 +28,7 @@ EVENT(oSteadyDeltaTime, Step_1) {
   self[dt] = delta_time / kMicroseconds;
   global[dt_unsteady] = self[dt] * self[scale];
 
-  const Real slowest = 1 / Real(self[minFPS]);
+  const Real least = self[minFPS], slowest = 1 / least;
   if (self[dt] > slowest) {
     if (self[dtRestored]) {
       self[dt] = slowest;

@@ -2,25 +2,22 @@
 
 namespace arena::game {
 namespace {
-const Builtin string_length{"string_length"};
-const Builtin string_repeat{"string_repeat"};
 constexpr Real kSnapDistance = 0.01;  // closer than this an approach arrives
 constexpr Real kFullTurn = 6.283185307179586;
 
 // The built-in functions for values that may be no numbers: their arguments are checked as those of any script's call.
-const Builtin any_abs{"abs"}, any_clamp{"clamp"}, any_lerp{"lerp"}, any_max{"max"}, any_power{"power"}, any_sin{"sin"};
-Value abs(const Value& number) { return any_abs(number); }
-Value clamp(const Value& number, const Value& low, const Value& high) { return any_clamp(number, low, high); }
-Value lerp(const Value& from, const Value& to, const Value& amount) { return any_lerp(from, to, amount); }
-Value power(Real base, const Value& exponent) { return any_power(base, exponent); }
-Value sin(const Value& angle) { return any_sin(angle); }
+Value abs(const Value& number) { return checked::abs(number); }
+Value clamp(const Value& number, const Value& low, const Value& high) { return checked::clamp(number, low, high); }
+Value lerp(const Value& from, const Value& to, const Value& amount) { return checked::lerp(from, to, amount); }
+Value power(Real base, const Value& exponent) { return checked::power(base, exponent); }
+Value sin(const Value& angle) { return checked::sin(angle); }
 
 Value snap_distance(const Value& threshold) { return is_undefined(threshold) ? Value(kSnapDistance) : threshold; }
 }  // namespace
 
 void bob(Instance self, Real dt, Real rate, Real height) {
   self[bob_timer] += dt * rate;
-  self[image_y_offset] = sin(Real(self[bob_timer])) * height;
+  self[image_y_offset] = script::sin(self[bob_timer]) * height;
 }
 }  // namespace arena::game
 
@@ -63,7 +60,7 @@ NUMBER_SCRIPT(Range, Number value, Number min1, Number max1, Number min2, Number
 
 SCRIPT(StringZeroes, Value value, Value length) {
   const Value text = string(value);
-  return string_repeat("0", any_max(0, length - string_length(text))) + text;
+  return string_repeat("0", checked::max(0, length - string_length(text))) + text;
 }
 
 // The names of the counters, the second one's spelling included, are read by other code.

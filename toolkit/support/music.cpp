@@ -13,10 +13,6 @@ const Variable play{"play"}, pause{"pause"}, stop{"stop"}, shuffle{"shuffle"}, n
     load{"load"};
 const Variable update{"update"}, clear{"clear"}, print_list{"print_list"};
 
-const Builtin audio_stop_sound{"audio_stop_sound"}, audio_pause_sound{"audio_pause_sound"};
-const Builtin audio_resume_sound{"audio_resume_sound"}, audio_is_playing{"audio_is_playing"}, audio_sound_gain{"audio_sound_gain"};
-const Builtin array_concat{"array_concat"}, any_clamp{"clamp"};
-
 constexpr std::int64_t kStopped = 0, kPlaying = 1, kPaused = 2;
 constexpr int kNoTrack = -1;
 constexpr int kPriority = 1;
@@ -27,10 +23,12 @@ Real track_count(const ObjectSelf& player) { return array_length(player[playlist
 void move_track(const ObjectSelf& player, Real by) {
   const Real count = track_count(player);
   if (!player[shuffle_mode]) {
-    player[current_track_id] = (Real(Value(player[current_track_id])) + by + count) % count;
+    const Real now = player[current_track_id];
+    player[current_track_id] = (now + by + count) % count;
     return;
   }
-  Real place = Real(Value(player[shuffle_index])) + by;
+  Real place = player[shuffle_index];
+  place += by;
   if (place >= count) {
     player[shuffle_order] = player[_generate_shuffle_order]();
     place = 0;
@@ -44,7 +42,7 @@ void move_track(const ObjectSelf& player, Real by) {
 }  // namespace
 }  // namespace arena::game
 
-METHOD(VoliMusic, _generate_shuffle_order) {
+METHOD(Value, VoliMusic, _generate_shuffle_order) {
   const Real count = track_count(self);
   const Value order = array_create(0);
   for (Real i = 0; i < count; i += 1) array_push(order, i);
@@ -52,110 +50,98 @@ METHOD(VoliMusic, _generate_shuffle_order) {
   return order;
 }
 
-METHOD(VoliMusic, _get_current_index) {
+METHOD(Value, VoliMusic, _get_current_index) {
   if (!self[shuffle_mode]) return self[current_track_id];
   const Value order = self[shuffle_order];
-  return Value(order[Real(Value(self[shuffle_index]))]);
+  return Value(order[self[shuffle_index]]);
 }
 
-METHOD(VoliMusic, _start_current) {
-  if (track_count(self) == 0) return undefined;
+METHOD(void, VoliMusic, _start_current) {
+  if (track_count(self) == 0) return;
   const Value tracks = self[playlist];
-  self[current_track] = audio_play_sound(Value(tracks[Real(self[_get_current_index]())]), kPriority, false, self[current_volume]);
+  self[current_track] = audio_play_sound(tracks[self[_get_current_index]()], kPriority, false, self[current_volume]);
   self[state] = int64(kPlaying);
-  return undefined;
 }
 
-METHOD(VoliMusic, play) {
-  if (track_count(self) == 0) return undefined;
+METHOD(void, VoliMusic, play) {
+  if (track_count(self) == 0) return;
   if (self[state] == kPaused) {
     audio_resume_sound(self[current_track]);
     self[state] = int64(kPlaying);
   } else if (self[state] == kStopped) {
     self[_start_current]();
   }
-  return undefined;
 }
 
-METHOD(VoliMusic, pause) {
-  if (self[state] != kPlaying) return undefined;
+METHOD(void, VoliMusic, pause) {
+  if (self[state] != kPlaying) return;
   audio_pause_sound(self[current_track]);
   self[state] = int64(kPaused);
-  return undefined;
 }
 
-METHOD(VoliMusic, stop) {
+METHOD(void, VoliMusic, stop) {
   if (self[current_track] != kNoTrack) {
     audio_stop_sound(self[current_track]);
     self[current_track] = kNoTrack;
   }
   self[state] = int64(kStopped);
-  return undefined;
 }
 
 // Switches the mode, or sets it to the argument when there is one. The current track keeps its place in the sequence.
-METHOD(VoliMusic, shuffle, Value wanted) {
+METHOD(void, VoliMusic, shuffle, Value wanted) {
   self[shuffle_mode] = is_undefined(wanted) ? !self[shuffle_mode] : bool(wanted);
-  if (!self[shuffle_mode]) return undefined;
+  if (!self[shuffle_mode]) return;
   self[shuffle_order] = self[_generate_shuffle_order]();
   self[shuffle_index] = 0;
   const Value order = self[shuffle_order];
   for (Real i = 0; i < array_length(order); i += 1) {
     if (Value(order[i]) == self[current_track_id]) self[shuffle_index] = i;
   }
-  return undefined;
 }
 
-METHOD(VoliMusic, next) {
+METHOD(void, VoliMusic, next) {
   self[stop]();
-  if (track_count(self) == 0) return undefined;
+  if (track_count(self) == 0) return;
   move_track(self, 1);
   self[_start_current]();
-  return undefined;
 }
 
-METHOD(VoliMusic, previous) {
+METHOD(void, VoliMusic, previous) {
   self[stop]();
-  if (track_count(self) == 0) return undefined;
+  if (track_count(self) == 0) return;
   move_track(self, -1);
   self[_start_current]();
-  return undefined;
 }
 
-METHOD(VoliMusic, volume, Value gain) {
-  self[current_volume] = any_clamp(gain, 0, 1);
-  if (self[current_track] != kNoTrack && bool(audio_exists(self[current_track])))  // a paused one, too
+METHOD(void, VoliMusic, volume, Value gain) {
+  self[current_volume] = checked::clamp(gain, 0, 1);
+  if (self[current_track] != kNoTrack && audio_exists(self[current_track]))  // a paused one, too
     audio_sound_gain(self[current_track], self[current_volume], 0);
-  return undefined;
 }
 
-METHOD(VoliMusic, load, Value tracks) {
+METHOD(void, VoliMusic, load, Value tracks) {
   self[playlist] = array_concat(self[playlist], is_array(tracks) ? tracks : array_of(tracks));
   if (self[shuffle_mode]) {
     self[shuffle_order] = self[_generate_shuffle_order]();
     self[shuffle_index] = 0;
   }
-  return undefined;
 }
 
-METHOD(VoliMusic, update) {
-  if (self[state] == kPlaying && self[current_track] != kNoTrack && !bool(audio_is_playing(self[current_track]))) self[next]();
-  return undefined;
+METHOD(void, VoliMusic, update) {
+  if (self[state] == kPlaying && self[current_track] != kNoTrack && !audio_is_playing(self[current_track])) self[next]();
 }
 
-METHOD(VoliMusic, clear) {
+METHOD(void, VoliMusic, clear) {
   self[stop]();
   self[playlist] = array_create(0);
   self[current_track_id] = 0;
   self[shuffle_order] = array_create(0);
   self[shuffle_index] = 0;
-  return undefined;
 }
 
-METHOD(VoliMusic, print_list) {
+METHOD(void, VoliMusic, print_list) {
   const Value tracks = self[playlist];
   for (const Value& track : elements(tracks)) show_debug_message(string(track));
-  return undefined;
 }
 
 CONSTRUCTOR(VoliMusic) {

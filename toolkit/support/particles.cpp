@@ -10,10 +10,6 @@ const Variable x1{"x1"}, y1{"y1"}, x2{"x2"}, y2{"y2"}, trail_type{"trail_type"},
 const Variable burst{"burst"}, burstShape{"burstShape"}, update{"update"}, draw{"draw"}, clear{"clear"}, count{"count"}, destroy{"destroy"},
     set{"set"}, stop{"stop"};
 
-const Builtin part_system_create{"part_system_create"}, part_system_destroy{"part_system_destroy"}, part_system_clear{"part_system_clear"};
-const Builtin part_system_count{"part_system_count"}, part_system_update{"part_system_update"}, part_system_draw{"part_system_draw"};
-const Builtin part_emit{"part_emit"}, part_type_create{"part_type_create"}, part_type_set{"part_type_set"};
-
 // The number of a type, given itself or its number.
 Value number_of(const Value& given) { return given.is_object() ? Value(given[handle]) : given; }
 
@@ -25,7 +21,7 @@ CONSTRUCTOR(advanced_part_type, Value fields) {
   if (!is_undefined(fields)) self[set](fields);
 }
 // Changes what the description names; other types may be given as they are.
-STATIC_METHOD(advanced_part_type, set, Value fields) {
+STATIC_METHOD(Value, advanced_part_type, set, Value fields) {
   const Value copy = struct_of({}), names = variable_struct_get_names(fields);
   for (const Value& each : elements(names)) {
     const Value field = variable_struct_get(fields, each);
@@ -40,23 +36,24 @@ CONSTRUCTOR(advanced_part_system) {
   self[handle] = part_system_create();
   self[emitters] = array_create(0);
 }
-STATIC_METHOD(advanced_part_system, burst, Value of_type, Value amount, Value at_x, Value at_y) {
+STATIC_METHOD(Value, advanced_part_system, burst, Value of_type, Value amount, Value at_x, Value at_y) {
   part_emit(self[handle], number_of(of_type), amount, particles::kPoint, at_x, at_y, at_x, at_y);
   return self;
 }
-STATIC_METHOD(advanced_part_system, burstShape, Value of_type, Value amount, Value in_shape, Value left, Value top, Value right,
+STATIC_METHOD(Value, advanced_part_system, burstShape, Value of_type, Value amount, Value in_shape, Value left, Value top, Value right,
               Value bottom) {
   part_emit(self[handle], number_of(of_type), amount, in_shape, left, top, right, bottom);
   return self;
 }
 // Streams, then moves everything by the frame's time.
-STATIC_METHOD(advanced_part_system, update) {
+STATIC_METHOD(Value, advanced_part_system, update) {
   const Real dt = global[dt_steady];
   const Value all = self[emitters];
   for (const Value& each : elements(all)) {
-    if (!bool(each[active])) continue;
-    each[pending] += Real(Value(each[rate])) * dt;
-    const Real due = floor(Real(Value(each[pending])));
+    if (!each[active]) continue;
+    const Real per_second = each[rate];
+    each[pending] += per_second * dt;
+    const Real due = floor(each[pending]);
     if (due < 1) continue;
     each[pending] -= due;
     part_emit(self[handle], number_of(each[type]), due, each[shape], each[x1], each[y1], each[x2], each[y2]);
@@ -64,19 +61,18 @@ STATIC_METHOD(advanced_part_system, update) {
   part_system_update(self[handle], dt);
   return self;
 }
-STATIC_METHOD(advanced_part_system, draw) {
+STATIC_METHOD(Value, advanced_part_system, draw) {
   part_system_draw(self[handle]);
   return self;
 }
-STATIC_METHOD(advanced_part_system, clear) {
+STATIC_METHOD(Value, advanced_part_system, clear) {
   part_system_clear(self[handle]);
   return self;
 }
-STATIC_METHOD(advanced_part_system, count) { return part_system_count(self[handle]); }
-STATIC_METHOD(advanced_part_system, destroy) {
+STATIC_METHOD(Value, advanced_part_system, count) { return part_system_count(self[handle]); }
+STATIC_METHOD(void, advanced_part_system, destroy) {
   part_system_destroy(self[handle]);
   self[emitters] = array_create(0);
-  return undefined;
 }
 
 CONSTRUCTOR(advanced_part_emitter, Value system, Value settings) {
@@ -93,7 +89,7 @@ CONSTRUCTOR(advanced_part_emitter, Value system, Value settings) {
   for (const Value& each : elements(names)) variable_struct_set(self, each, variable_struct_get(settings, each));
   array_push(system[emitters], self);
 }
-STATIC_METHOD(advanced_part_emitter, stop) {
+STATIC_METHOD(Value, advanced_part_emitter, stop) {
   self[active] = false;
   return self;
 }

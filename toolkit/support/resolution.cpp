@@ -11,12 +11,6 @@ const Variable update{"update"}, setScale{"setScale"}, setFullscreen{"setFullscr
     isFullscreen{"isFullscreen"};
 const Variable setWindowSize{"setWindowSize"}, guiRectangle{"guiRectangle"};
 
-const Builtin any_clamp{"clamp"};  // of what may be no number
-const Builtin window_get_width{"window_get_width"}, window_get_height{"window_get_height"}, display_set_gui_size{"display_set_gui_size"};
-const Builtin window_set_fullscreen{"window_set_fullscreen"}, window_get_fullscreen{"window_get_fullscreen"},
-    window_set_size{"window_set_size"};
-const Builtin view_get_camera{"view_get_camera"}, camera_set_view_size{"camera_set_view_size"}, camera_set_view_pos{"camera_set_view_pos"};
-
 constexpr Real kDesignWidth = 1280, kDesignHeight = 720;     // GUI pixels: what the interface is made for
 constexpr Real kSmallestWidth = 704, kSmallestHeight = 396;  // GUI pixels: below them the interface would not fit
 constexpr Real kSteps = 2;                                   // of the scale, to a whole one
@@ -25,7 +19,7 @@ constexpr Real kSteps = 2;                                   // of the scale, to
 Real automatic_scale(Real across, Real down) { return max(1, floor(min(across / kDesignWidth, down / kDesignHeight) * kSteps) / kSteps); }
 
 void apply(const ObjectSelf& manager) {
-  const Real across = max(1, Real(Value(manager[window_width]))), down = max(1, Real(Value(manager[window_height])));
+  const Real across = max(1, manager[window_width]), down = max(1, manager[window_height]);
   const Real own = manager[wanted_scale];
   const Real most = min(across / kSmallestWidth, down / kSmallestHeight);
   const Real used = min(own > 0 ? own : automatic_scale(across, down), most);
@@ -45,7 +39,7 @@ CONSTRUCTOR(TarnResolutionManager) {
   apply(self);
 }
 
-STATIC_METHOD(TarnResolutionManager, update) {
+STATIC_METHOD(Value, TarnResolutionManager, update) {
   const Value across = window_get_width(), down = window_get_height();
   if (self[window_width] == across && self[window_height] == down) return self;
   self[window_width] = across;
@@ -53,33 +47,33 @@ STATIC_METHOD(TarnResolutionManager, update) {
   apply(self);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, fitRoom) {
-  const Real across = max(1, Real(Value(self[window_width]))), down = max(1, Real(Value(self[window_height])));
+STATIC_METHOD(Value, TarnResolutionManager, fitRoom) {
+  const Real across = max(1, self[window_width]), down = max(1, self[window_height]);
   const Real smaller = min(across / room_width, down / room_height), view_width = across / smaller, view_height = down / smaller;
   const Value camera = view_get_camera(0);
   camera_set_view_size(camera, view_width, view_height);
   camera_set_view_pos(camera, (room_width - view_width) / 2, (room_height - view_height) / 2);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, setScale, Value to) {
-  self[wanted_scale] = any_clamp(to, 0, 8);
+STATIC_METHOD(Value, TarnResolutionManager, setScale, Value to) {
+  self[wanted_scale] = checked::clamp(to, 0, 8);
   apply(self);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, isFullscreen) { return window_get_fullscreen(); }
-STATIC_METHOD(TarnResolutionManager, setFullscreen, Value on) {
+STATIC_METHOD(Value, TarnResolutionManager, isFullscreen) { return window_get_fullscreen(); }
+STATIC_METHOD(Value, TarnResolutionManager, setFullscreen, Value on) {
   window_set_fullscreen(on);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, toggleFullscreen) {
-  window_set_fullscreen(!bool(window_get_fullscreen()));
+STATIC_METHOD(Value, TarnResolutionManager, toggleFullscreen) {
+  window_set_fullscreen(!window_get_fullscreen());
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, setWindowSize, Value across, Value down) {
+STATIC_METHOD(Value, TarnResolutionManager, setWindowSize, Value across, Value down) {
   window_set_size(across, down);
   return self;
 }
-STATIC_METHOD(TarnResolutionManager, guiRectangle) {
+STATIC_METHOD(Value, TarnResolutionManager, guiRectangle) {
   return struct_of({{x_field, 0}, {y_field, 0}, {width, self[gui_width] * self[scale]}, {height, self[gui_height] * self[scale]}});
 }
 

@@ -11,8 +11,6 @@
 namespace arena::game {
 namespace {
 
-const Builtin string_length{"string_length"}, string_char_at{"string_char_at"}, string_pos{"string_pos"};
-
 bool is_struct(const Value& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
 
 // Copies containers, however deep and in whatever circles they stand: each once. What is found is filled in later, not by recursion.
@@ -136,8 +134,8 @@ SCRIPT(string_has_length, Value text, Value shortest, Value longest) {
 
 SCRIPT(string_has_only, Value text, Value allowed) {
   if (!text.is_string() || !allowed.is_string()) return false;
-  for (Real i = 1; i <= Real(string_length(text)); i += 1) {
-    if (Real(string_pos(string_char_at(text, i), allowed)) == 0) return false;
+  for (Real i = 1; i <= string_length(text); i += 1) {
+    if (string_pos(string_char_at(text, i), allowed) == 0) return false;
   }
   return true;
 }

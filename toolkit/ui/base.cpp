@@ -60,75 +60,75 @@ CONSTRUCTOR(TuiBase, Value settings) {
   apply_settings(self, settings);
 }
 
-STATIC_METHOD(TuiBase, setWidth, Value pixels) { return set_field(self, width, pixels); }
-STATIC_METHOD(TuiBase, setHeight, Value pixels) { return set_field(self, height, pixels); }
-STATIC_METHOD(TuiBase, setSize, Value across, Value down) {
+STATIC_METHOD(Value, TuiBase, setWidth, Value pixels) { return set_field(self, width, pixels); }
+STATIC_METHOD(Value, TuiBase, setHeight, Value pixels) { return set_field(self, height, pixels); }
+STATIC_METHOD(Value, TuiBase, setSize, Value across, Value down) {
   self[width] = across;
   return set_field(self, height, down);
 }
-STATIC_METHOD(TuiBase, setMinSize, Value across, Value down) {
+STATIC_METHOD(Value, TuiBase, setMinSize, Value across, Value down) {
   self[min_width] = across;
   return set_field(self, min_height, down);
 }
-STATIC_METHOD(TuiBase, setMaxSize, Value across, Value down) {
+STATIC_METHOD(Value, TuiBase, setMaxSize, Value across, Value down) {
   self[max_width] = across;
   return set_field(self, max_height, down);
 }
-STATIC_METHOD(TuiBase, setFullSize) {
+STATIC_METHOD(Value, TuiBase, setFullSize) {
   self[width] = "100%";
   return set_field(self, height, "100%");
 }
 
-STATIC_METHOD(TuiBase, setPadding, Value left, Value top, Value right, Value bottom) {
+STATIC_METHOD(Value, TuiBase, setPadding, Value left, Value top, Value right, Value bottom) {
   set_edges(self, {&padding_left, &padding_top, &padding_right, &padding_bottom}, left, top, right, bottom);
   return self;
 }
-STATIC_METHOD(TuiBase, setMargin, Value left, Value top, Value right, Value bottom) {
+STATIC_METHOD(Value, TuiBase, setMargin, Value left, Value top, Value right, Value bottom) {
   set_edges(self, {&margin_left, &margin_top, &margin_right, &margin_bottom}, left, top, right, bottom);
   return self;
 }
-STATIC_METHOD(TuiBase, setBorder, Value left, Value top, Value right, Value bottom) {
+STATIC_METHOD(Value, TuiBase, setBorder, Value left, Value top, Value right, Value bottom) {
   set_edges(self, {&border_left, &border_top, &border_right, &border_bottom}, left, top, right, bottom);
   return self;
 }
 // Where an absolute widget stands in its parent; undefined leaves an edge alone.
-STATIC_METHOD(TuiBase, setInset, Value left, Value top, Value right, Value bottom) {
+STATIC_METHOD(Value, TuiBase, setInset, Value left, Value top, Value right, Value bottom) {
   self[inset_left] = left;
   self[inset_top] = top;
   self[inset_right] = right;
   return set_field(self, inset_bottom, bottom);
 }
-STATIC_METHOD(TuiBase, setGap, Value between_rows, Value between_columns) {
+STATIC_METHOD(Value, TuiBase, setGap, Value between_rows, Value between_columns) {
   self[row_gap] = between_rows;
   return set_field(self, column_gap, is_undefined(between_columns) ? between_rows : between_columns);
 }
 
-STATIC_METHOD(TuiBase, setFlexDirection, Value along) { return set_field(self, flex_direction, along); }
-STATIC_METHOD(TuiBase, setFlexWrap, Value wrap) { return set_field(self, flex_wrap, wrap); }
-STATIC_METHOD(TuiBase, setFlexGrow, Value share) { return set_field(self, flex_grow, share); }
-STATIC_METHOD(TuiBase, setFlexShrink, Value share) { return set_field(self, flex_shrink, share); }
-STATIC_METHOD(TuiBase, setFlexBasis, Value basis) { return set_field(self, flex_basis, basis); }
-STATIC_METHOD(TuiBase, setJustifyContent, Value justify) { return set_field(self, justify_content, justify); }
-STATIC_METHOD(TuiBase, setAlignItems, Value align) { return set_field(self, align_items, align); }
-STATIC_METHOD(TuiBase, setAlignSelf, Value align) { return set_field(self, align_self, align); }
-STATIC_METHOD(TuiBase, setAlignContent, Value align) { return set_field(self, align_content, align); }
-STATIC_METHOD(TuiBase, setAspectRatio, Value ratio) { return set_field(self, aspect_ratio, ratio); }
-STATIC_METHOD(TuiBase, setPositionAbsolute) { return set_field(self, is_absolute, true); }
+STATIC_METHOD(Value, TuiBase, setFlexDirection, Value along) { return set_field(self, flex_direction, along); }
+STATIC_METHOD(Value, TuiBase, setFlexWrap, Value wrap) { return set_field(self, flex_wrap, wrap); }
+STATIC_METHOD(Value, TuiBase, setFlexGrow, Value share) { return set_field(self, flex_grow, share); }
+STATIC_METHOD(Value, TuiBase, setFlexShrink, Value share) { return set_field(self, flex_shrink, share); }
+STATIC_METHOD(Value, TuiBase, setFlexBasis, Value basis) { return set_field(self, flex_basis, basis); }
+STATIC_METHOD(Value, TuiBase, setJustifyContent, Value justify) { return set_field(self, justify_content, justify); }
+STATIC_METHOD(Value, TuiBase, setAlignItems, Value align) { return set_field(self, align_items, align); }
+STATIC_METHOD(Value, TuiBase, setAlignSelf, Value align) { return set_field(self, align_self, align); }
+STATIC_METHOD(Value, TuiBase, setAlignContent, Value align) { return set_field(self, align_content, align); }
+STATIC_METHOD(Value, TuiBase, setAspectRatio, Value ratio) { return set_field(self, aspect_ratio, ratio); }
+STATIC_METHOD(Value, TuiBase, setPositionAbsolute) { return set_field(self, is_absolute, true); }
 // Content that reaches over the edge is cut off there.
-STATIC_METHOD(TuiBase, setOverflow, Value clipped) { return set_field(self, clips, clipped); }
-STATIC_METHOD(TuiBase, centerContent) {
+STATIC_METHOD(Value, TuiBase, setOverflow, Value clipped) { return set_field(self, clips, clipped); }
+STATIC_METHOD(Value, TuiBase, centerContent) {
   self[align_items] = tui::kCenter;
   return set_field(self, justify_content, tui::kCenter);
 }
 
-STATIC_METHOD(TuiBase, setVisible, Value shown) { return set_field(self, visible_field, shown); }
-STATIC_METHOD(TuiBase, setEnabled, Value works) { return self[enabled] = works, self; }
-STATIC_METHOD(TuiBase, setMouseIgnore) { return self[mouse_ignore] = true, self; }
+STATIC_METHOD(Value, TuiBase, setVisible, Value shown) { return set_field(self, visible_field, shown); }
+STATIC_METHOD(Value, TuiBase, setEnabled, Value works) { return self[enabled] = works, self; }
+STATIC_METHOD(Value, TuiBase, setMouseIgnore) { return self[mouse_ignore] = true, self; }
 // The widget and all its content, now and later.
-STATIC_METHOD(TuiBase, setMouseIgnoreAll) { return self[mouse_ignore_all] = true, self; }
-STATIC_METHOD(TuiBase, setModal, Value modal) { return self[is_modal] = is_undefined(modal) ? Value(true) : modal, self; }
-STATIC_METHOD(TuiBase, setTooltip, Value text) { return self[tooltip] = text, self; }
-STATIC_METHOD(TuiBase, setStyle, Value to) {
+STATIC_METHOD(Value, TuiBase, setMouseIgnoreAll) { return self[mouse_ignore_all] = true, self; }
+STATIC_METHOD(Value, TuiBase, setModal, Value modal) { return self[is_modal] = is_undefined(modal) ? Value(true) : modal, self; }
+STATIC_METHOD(Value, TuiBase, setTooltip, Value text) { return self[tooltip] = text, self; }
+STATIC_METHOD(Value, TuiBase, setStyle, Value to) {
   if (!is_undefined(to) && !is_plain_struct(to)) {
     ui_error(self, "setStyle", "a style is to be a struct, as TuiStyle makes it, not " + std::string(arena::type_name(to)));
     return self;
@@ -138,7 +138,7 @@ STATIC_METHOD(TuiBase, setStyle, Value to) {
   return self;
 }
 // A changed value is arranged anew and raises "change".
-STATIC_METHOD(TuiBase, setValue, Value to) {
+STATIC_METHOD(Value, TuiBase, setValue, Value to) {
   const RValue* old = optional_field(self, value);
   if (old != nullptr ? values_match(*old, to) : is_undefined(to)) return self;
   self[value] = to;
@@ -147,13 +147,13 @@ STATIC_METHOD(TuiBase, setValue, Value to) {
   return self;
 }
 
-STATIC_METHOD(TuiBase, onUpdate, Value) { return undefined; }
-STATIC_METHOD(TuiBase, onDraw) { return undefined; }
-STATIC_METHOD(TuiBase, onPress, Value, Value) { return undefined; }
-STATIC_METHOD(TuiBase, onDrag, Value, Value) { return undefined; }
-STATIC_METHOD(TuiBase, onRelease, Value, Value, Value) { return undefined; }
-STATIC_METHOD(TuiBase, onWheel, Value) { return false; }
-STATIC_METHOD(TuiBase, onKey, Value) { return false; }
-STATIC_METHOD(TuiBase, onText, Value) { return undefined; }
-STATIC_METHOD(TuiBase, onActivate) { return undefined; }
-STATIC_METHOD(TuiBase, onDestroy) { return undefined; }
+STATIC_METHOD(void, TuiBase, onUpdate, Value) {}
+STATIC_METHOD(void, TuiBase, onDraw) {}
+STATIC_METHOD(void, TuiBase, onPress, Value, Value) {}
+STATIC_METHOD(void, TuiBase, onDrag, Value, Value) {}
+STATIC_METHOD(void, TuiBase, onRelease, Value, Value, Value) {}
+STATIC_METHOD(Value, TuiBase, onWheel, Value) { return false; }
+STATIC_METHOD(Value, TuiBase, onKey, Value) { return false; }
+STATIC_METHOD(void, TuiBase, onText, Value) {}
+STATIC_METHOD(void, TuiBase, onActivate) {}
+STATIC_METHOD(void, TuiBase, onDestroy) {}

@@ -20,10 +20,9 @@ CONSTRUCTOR(TuiBox, Value settings) {
   apply_settings(self, settings);
 }
 // Seen only with a colour of its own, on the style's panel.
-STATIC_METHOD(TuiBox, onDraw) {
+STATIC_METHOD(void, TuiBox, onDraw) {
   if (optional_field(self, color) != nullptr)
     paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self), whole_or(self, color, c_white), opacity_of(self));
-  return undefined;
 }
 
 CONSTRUCTOR(TuiRow, Value settings) {
@@ -44,9 +43,8 @@ CONSTRUCTOR(TuiPanel, Value settings) {
   self[color] = undefined;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiPanel, onDraw) {
+STATIC_METHOD(void, TuiPanel, onDraw) {
   paint_panel(whole_or(style_of(self), sprite_panel, -1), rect_of(self), own_color_or(self, color_panel), opacity_of(self));
-  return undefined;
 }
 
 // Stretched over its box; as nine pieces when it is made to hold content, so that a panel's corners keep their form.
@@ -59,22 +57,21 @@ CONSTRUCTOR(TuiImage, Value settings) {
   self[measures] = kMeasuresSprite;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiImage, onDraw) {
+STATIC_METHOD(void, TuiImage, onDraw) {
   const int sprite = whole_or(self, value, -1);
   const double across = sprite_width_of(sprite), down = sprite_height_of(sprite);
-  if (across <= 0 || down <= 0) return undefined;
+  if (across <= 0 || down <= 0) return;
   Rect at = rect_of(self);
   const int tint = whole_or(self, color, c_white);
   if (array_length(array_in(self, content)) > 0 || number_or(self, padding_left, 0) > 0) {
     paint_panel(sprite, at, tint, opacity_of(self));
-    return undefined;
+    return;
   }
   if (is_set(self, maintain_aspect)) {
     const double scale = std::min(at.width / across, at.height / down);
     at = {at.x + (at.width - across * scale) / 2, at.y + (at.height - down * scale) / 2, across * scale, down * scale};
   }
   paint_sprite(sprite, number_or(self, image, 0), at, number_or(self, rotation, 0), tint, opacity_of(self));
-  return undefined;
 }
 
 CONSTRUCTOR(TuiText, Value settings) {
@@ -88,9 +85,8 @@ CONSTRUCTOR(TuiText, Value settings) {
   self[measures] = kMeasuresText;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiText, onDraw) {
+STATIC_METHOD(void, TuiText, onDraw) {
   const int tint = own_color_or(self, color_text);
   paint_text(self, shown_text(self), inner_rect(self), whole_or(self, text_halign, 0), whole_or(self, text_valign, 1),
              whole_or(self, overflow, 0), tint, opacity_of(self));
-  return undefined;
 }

@@ -6,7 +6,6 @@ namespace {
 
 const BasedOn button_is_base{TuiButton, TuiBase}, checkbox_is_base{TuiCheckbox, TuiBase}, slider_is_base{TuiSlider, TuiBase};
 const BasedOn bar_is_base{TuiProgressBar, TuiBase}, ring_is_base{TuiProgressRing, TuiBase};
-const Builtin draw_triangle{"draw_triangle"};
 
 constexpr double kKnob = 14, kTrack = 6, kBox = 18;  // pixels
 constexpr int kKeyLeft = 37, kKeyRight = 39;
@@ -46,7 +45,7 @@ void slide_to(const ObjectSelf& slider, double pointer_x) {
   const double low = number_or(slider, minimum, 0), high = number_or(slider, maximum, 100), by = number_or(slider, step, 0);
   double to = low + std::clamp((pointer_x - at.x - kKnob / 2) / std::max(1.0, at.width - kKnob), 0.0, 1.0) * (high - low);
   if (by > 0) to = std::min(std::max(low + std::round((to - low) / by) * by, low), high);
-  slider[setValue](Real(to));
+  slider[setValue](to);
 }
 
 }  // namespace
@@ -71,19 +70,15 @@ CONSTRUCTOR(TuiButton, Value settings) {
     self[addContent](shown);
   }
 }
-STATIC_METHOD(TuiButton, onDraw) {
+STATIC_METHOD(void, TuiButton, onDraw) {
   const bool works = is_set(self, enabled, true);
   const Rect at = rect_of(self);
   const double light = works && is_set(self, is_pressed) ? 0.78 : 1;
   paint_panel(whole_or(style_of(self), sprite_button, -1), at, shaded(own_color_or(self, color_button), light), opacity_of(self));
   if (works && is_set(self, is_hovered) && light == 1) paint_rectangle({at.x + 3, at.y + 3, at.width - 6, at.height - 6}, c_white, 0.1);
   paint_focus(self);
-  return undefined;
 }
-STATIC_METHOD(TuiButton, onActivate) {
-  raise(self, "click");
-  return undefined;
-}
+STATIC_METHOD(void, TuiButton, onActivate) { raise(self, "click"); }
 
 CONSTRUCTOR(TuiCheckbox, Value settings) {
   TuiBase.extend(self);
@@ -99,23 +94,18 @@ CONSTRUCTOR(TuiCheckbox, Value settings) {
   apply_settings(self, settings);
   self[addContent](Value(TuiText.make(struct_of({{value, Value(self[caption])}}))[setMouseIgnore]()));
 }
-STATIC_METHOD(TuiCheckbox, onDraw) {
+STATIC_METHOD(void, TuiCheckbox, onDraw) {
   const Rect at = rect_of(self);
   const Rect box{at.x, at.y + (at.height - kBox) / 2, kBox, kBox};
   paint_rectangle(box, style_color(self, color_field), opacity_of(self));
   paint_frame(box, style_color(self, is_set(self, is_hovered) ? color_accent : color_faint), opacity_of(self));
   if (is_set(self, value)) paint_rectangle({box.x + 4, box.y + 4, kBox - 8, kBox - 8}, style_color(self, color_accent), opacity_of(self));
   paint_focus(self);
-  return undefined;
 }
-STATIC_METHOD(TuiCheckbox, onRelease, Value, Value, Value inside) {
-  if (bool(inside)) self[setValue](!is_set(self, value));
-  return undefined;
+STATIC_METHOD(void, TuiCheckbox, onRelease, Value, Value, Value inside) {
+  if (inside) self[setValue](!is_set(self, value));
 }
-STATIC_METHOD(TuiCheckbox, onActivate) {
-  self[setValue](!is_set(self, value));
-  return undefined;
-}
+STATIC_METHOD(void, TuiCheckbox, onActivate) { self[setValue](!is_set(self, value)); }
 
 CONSTRUCTOR(TuiSlider, Value settings) {
   TuiBase.extend(self);
@@ -130,7 +120,7 @@ CONSTRUCTOR(TuiSlider, Value settings) {
   self[min_height] = 20;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiSlider, onDraw) {
+STATIC_METHOD(void, TuiSlider, onDraw) {
   const Rect at = rect_of(self);
   const double share = share_of(self), middle = at.y + at.height / 2, knob = at.x + kKnob / 2 + share * (at.width - kKnob);
   paint_rectangle({at.x, middle - kTrack / 2, at.width, kTrack}, style_color(self, color_field), opacity_of(self));
@@ -140,17 +130,10 @@ STATIC_METHOD(TuiSlider, onDraw) {
   draw_circle(knob, middle, kKnob / 2, false);
   draw_set_alpha(1);
   paint_focus(self);
-  return undefined;
 }
-STATIC_METHOD(TuiSlider, onPress, Value at_x, Value) {
-  slide_to(self, to_real(at_x));
-  return undefined;
-}
-STATIC_METHOD(TuiSlider, onDrag, Value at_x, Value) {
-  slide_to(self, to_real(at_x));
-  return undefined;
-}
-STATIC_METHOD(TuiSlider, onKey, Value key) {
+STATIC_METHOD(void, TuiSlider, onPress, Value at_x, Value) { slide_to(self, to_real(at_x)); }
+STATIC_METHOD(void, TuiSlider, onDrag, Value at_x, Value) { slide_to(self, to_real(at_x)); }
+STATIC_METHOD(Value, TuiSlider, onKey, Value key) {
   if (key != kKeyLeft && key != kKeyRight) return false;
   const double low = number_or(self, minimum, 0), high = number_or(self, maximum, 100);
   const double by = number_or(self, step, 0) > 0 ? number_or(self, step, 0) : (high - low) / 20;
@@ -171,7 +154,7 @@ CONSTRUCTOR(TuiProgressBar, Value settings) {
   self[flex_grow] = 1;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiProgressBar, onDraw) {
+STATIC_METHOD(void, TuiProgressBar, onDraw) {
   const Rect at = rect_of(self);
   const Value look = style_of(self);
   const double share = share_of(self);
@@ -180,7 +163,6 @@ STATIC_METHOD(TuiProgressBar, onDraw) {
   if (filled > 0.5)
     paint_panel(whole_or(look, sprite_bar_fill, -1), {at.x, at.y, filled, at.height}, own_color_or(self, color_accent), opacity_of(self));
   paint_shadowed_text(self, shown_text(self), at);
-  return undefined;
 }
 
 CONSTRUCTOR(TuiProgressRing, Value settings) {
@@ -194,7 +176,7 @@ CONSTRUCTOR(TuiProgressRing, Value settings) {
   self[height] = 64;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiProgressRing, onDraw) {
+STATIC_METHOD(void, TuiProgressRing, onDraw) {
   const Rect at = rect_of(self);
   const double radius = std::min(at.width, at.height) / 2, thickness = std::max(3.0, radius / 4), centre_x = at.x + at.width / 2,
                centre_y = at.y + at.height / 2;
@@ -221,5 +203,4 @@ STATIC_METHOD(TuiProgressRing, onDraw) {
   arc(1, style_color(self, color_field));
   if (share_of(self) > 0) arc(share_of(self), own_color_or(self, color_accent));
   paint_shadowed_text(self, shown_text(self), at);
-  return undefined;
 }

@@ -12,9 +12,6 @@ const Variable content_height{"content_height"}, grab_x{"grab_x"}, grab_y{"grab_
 const Variable titles{"titles"}, pages{"pages"}, shown_tab{"shown_tab"}, tab_number{"tab_number"}, popup{"popup"}, combo{"combo"},
     option_number{"option_number"};
 
-const Builtin mouse_check_button_pressed{"mouse_check_button_pressed"}, device_mouse_x_to_gui{"device_mouse_x_to_gui"};
-const Builtin device_mouse_y_to_gui{"device_mouse_y_to_gui"};
-
 constexpr double kWheelStep = 48, kBarWidth = 8;   // pixels
 constexpr double kTitleHeight = 32, kCorner = 16;  // pixels
 constexpr double kSmallestWindow = 80;             // pixels each way
@@ -52,7 +49,7 @@ void close_list(const Value& box) {
 
 }  // namespace
 
-extern const Script<Value(Value, Value)> tui_close_window, tui_choose_tab, tui_choose_option;
+extern const Script<void(Value, Value)> tui_close_window, tui_choose_tab, tui_choose_option;
 }  // namespace arena::game
 
 CONSTRUCTOR(TuiScroll, Value settings) {
@@ -65,37 +62,31 @@ CONSTRUCTOR(TuiScroll, Value settings) {
   self[grab_y] = 0;
 }
 // Content keeps its height: it is scrolled, not squeezed.
-STATIC_METHOD(TuiScroll, addContent, Value what) {
+STATIC_METHOD(Value, TuiScroll, addContent, Value what) {
   const Value base_method(RValue(*statics_of(TuiBase.function())->find_variable(addContent.slot)));
   call_guarded(self, base_method, {what});
   for (const Value& each : content_of(self)) each[flex_shrink] = 0;
   return self;
 }
-STATIC_METHOD(TuiScroll, onUpdate, Value) {
+STATIC_METHOD(void, TuiScroll, onUpdate, Value) {
   scroll_to(self, number_or(self, scroll_y, 0));  // content may have become shorter
-  return undefined;
 }
-STATIC_METHOD(TuiScroll, onWheel, Value steps) {
+STATIC_METHOD(Value, TuiScroll, onWheel, Value steps) {
   if (scroll_room(self) <= 0) return false;
   scroll_to(self, number_or(self, scroll_y, 0) - to_real(steps) * kWheelStep);
   return true;
 }
-STATIC_METHOD(TuiScroll, onPress, Value, Value at_y) {
-  self[grab_y] = to_real(at_y) - bar_of(self).y;
-  return undefined;
-}
-STATIC_METHOD(TuiScroll, onDrag, Value, Value at_y) {
+STATIC_METHOD(void, TuiScroll, onPress, Value, Value at_y) { self[grab_y] = to_real(at_y) - bar_of(self).y; }
+STATIC_METHOD(void, TuiScroll, onDrag, Value, Value at_y) {
   const Rect at = rect_of(self), bar = bar_of(self);
   if (at.height > bar.height)
     scroll_to(self, (to_real(at_y) - number_or(self, grab_y, 0) - at.y) / (at.height - bar.height) * scroll_room(self));
-  return undefined;
 }
-STATIC_METHOD(TuiScroll, onDraw) {
-  if (scroll_room(self) <= 0) return undefined;
+STATIC_METHOD(void, TuiScroll, onDraw) {
+  if (scroll_room(self) <= 0) return;
   const Rect at = rect_of(self);
   paint_rectangle({at.x + at.width - kBarWidth, at.y, kBarWidth, at.height}, style_color(self, color_field), 0.8);
   paint_rectangle(bar_of(self), style_color(self, is_set(self, is_hovered) || is_set(self, is_pressed) ? color_accent : color_faint), 1);
-  return undefined;
 }
 
 // An absolute panel: its title bar moves it, its lower right corner resizes it, the cross closes it.
@@ -125,9 +116,8 @@ SCRIPT(tui_close_window, Value button, Value) {
   const Value window = button[parent];
   raise(window, "close");
   window[destroy]();
-  return undefined;
 }
-STATIC_METHOD(TuiWindow, onDraw) {
+STATIC_METHOD(void, TuiWindow, onDraw) {
   const Rect at = rect_of(self);
   paint_panel(whole_or(style_of(self), sprite_panel, -1), at, style_color(self, color_panel), opacity_of(self));
   paint_rectangle({at.x + 3, at.y + kTitleHeight, at.width - 6, 1}, style_color(self, color_faint), 0.6);
@@ -140,17 +130,15 @@ STATIC_METHOD(TuiWindow, onDraw) {
     const double from = 3.0 + line * 4;
     paint_rectangle({at.x + at.width - from, at.y + at.height - 5, 2, 2}, style_color(self, color_faint), 1);
   }
-  return undefined;
 }
-STATIC_METHOD(TuiWindow, onPress, Value at_x, Value at_y) {
+STATIC_METHOD(void, TuiWindow, onPress, Value at_x, Value at_y) {
   const Rect at = rect_of(self);
   self[bringToFront]();
   self[is_resizing] = to_real(at_x) > at.x + at.width - kCorner && to_real(at_y) > at.y + at.height - kCorner;
   self[grab_x] = to_real(at_x) - (is_set(self, is_resizing) ? at.width : at.x);
   self[grab_y] = to_real(at_y) - (is_set(self, is_resizing) ? at.height : at.y);
-  return undefined;
 }
-STATIC_METHOD(TuiWindow, onDrag, Value at_x, Value at_y) {
+STATIC_METHOD(void, TuiWindow, onDrag, Value at_x, Value at_y) {
   const double to_x = to_real(at_x) - number_or(self, grab_x, 0), to_y = to_real(at_y) - number_or(self, grab_y, 0);
   const Rect at = rect_of(self), room = rect_of(root_of(self));
   if (is_set(self, is_resizing)) {
@@ -160,7 +148,6 @@ STATIC_METHOD(TuiWindow, onDrag, Value at_x, Value at_y) {
     self[setInset](std::min(std::max(to_x, kSmallestWindow - at.width), room.width - kSmallestWindow),
                    std::min(std::max(to_y, 0.0), std::max(0.0, room.height - kTitleHeight)));
   }
-  return undefined;
 }
 
 CONSTRUCTOR(TuiTabs, Value settings) {
@@ -173,7 +160,7 @@ CONSTRUCTOR(TuiTabs, Value settings) {
   self[pages][setPadding](12);
   self[addContent](array_of(Value(self[titles]), Value(self[pages])));
 }
-STATIC_METHOD(TuiTabs, addTab, Value title, Value page) {
+STATIC_METHOD(Value, TuiTabs, addTab, Value title, Value page) {
   const Value button = TuiButton.make(struct_of({{value, title}}));
   button[tab_number] = array_length(self[pages][content]);
   button[addEvent]("click", tui_choose_tab);
@@ -182,7 +169,7 @@ STATIC_METHOD(TuiTabs, addTab, Value title, Value page) {
   self[showTab](Value(self[value]));
   return self;
 }
-STATIC_METHOD(TuiTabs, showTab, Value number) {
+STATIC_METHOD(Value, TuiTabs, showTab, Value number) {
   self[value] = number;
   double place = 0;
   const double wanted = to_real(number);
@@ -196,7 +183,6 @@ STATIC_METHOD(TuiTabs, showTab, Value number) {
 SCRIPT(tui_choose_tab, Value button, Value) {
   const Value row = button[parent], tabs = row[parent];
   tabs[showTab](Value(button[tab_number]));
-  return undefined;
 }
 
 // The options open below it, above everything else; a press elsewhere closes them.
@@ -212,7 +198,7 @@ CONSTRUCTOR(TuiCombo, Value settings) {
   self[min_height] = 30;
   apply_settings(self, settings);
 }
-STATIC_METHOD(TuiCombo, onDraw) {
+STATIC_METHOD(void, TuiCombo, onDraw) {
   const Rect at = rect_of(self);
   const Value all = array_in(self, options);
   const double number = number_or(self, value, 0);
@@ -225,10 +211,12 @@ STATIC_METHOD(TuiCombo, onDraw) {
   const double middle = at.y + at.height / 2, right = at.x + at.width;
   for (int row = 0; row < 5; ++row)
     paint_rectangle({right - 20 + row, middle - 2 + row, 10.0 - 2 * row, 1}, style_color(self, color_text), opacity_of(self));
-  return undefined;
 }
-STATIC_METHOD(TuiCombo, onActivate) {
-  if (is_widget(struct_in(self, popup))) return close_list(self), undefined;
+STATIC_METHOD(void, TuiCombo, onActivate) {
+  if (is_widget(struct_in(self, popup))) {
+    close_list(self);
+    return;
+  }
   const Rect at = rect_of(self), room = rect_of(root_of(self));
   const Value all = array_in(self, options);
   const double row = 28, tall = std::min(row * array_length(all).number() + 8, room.height * 0.5);
@@ -250,28 +238,21 @@ STATIC_METHOD(TuiCombo, onActivate) {
   list[bringToFront]();
   root_of(self)[addContent](list);
   self[popup] = list;
-  return undefined;
 }
-STATIC_METHOD(TuiCombo, onRelease, Value, Value, Value inside) {
-  if (bool(inside)) self[onActivate]();
-  return undefined;
+STATIC_METHOD(void, TuiCombo, onRelease, Value, Value, Value inside) {
+  if (inside) self[onActivate]();
 }
-STATIC_METHOD(TuiCombo, onUpdate, Value) {
+STATIC_METHOD(void, TuiCombo, onUpdate, Value) {
   const Value open = struct_in(self, popup);
-  if (!is_widget(open)) return undefined;
+  if (!is_widget(open)) return;
   // Anything pressed outside closes the list.
-  if (!bool(mouse_check_button_pressed(1)) || is_set(self, is_hovered)) return undefined;
-  if (rect_of(open).contains(to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)))) return undefined;
+  if (!mouse_check_button_pressed(1) || is_set(self, is_hovered)) return;
+  if (rect_of(open).contains(device_mouse_x_to_gui(0).number(), device_mouse_y_to_gui(0).number())) return;
   close_list(self);
-  return undefined;
 }
-STATIC_METHOD(TuiCombo, onDestroy) {
-  close_list(self);
-  return undefined;
-}
+STATIC_METHOD(void, TuiCombo, onDestroy) { close_list(self); }
 SCRIPT(tui_choose_option, Value option, Value) {
   const Value box = option[combo];
   close_list(box);
   box[setValue](Value(option[option_number]));
-  return undefined;
 }

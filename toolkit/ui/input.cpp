@@ -6,8 +6,6 @@ namespace {
 
 const BasedOn input_is_base{TuiInput, TuiBase};
 const Variable caret{"caret"}, anchor{"anchor"}, shift_left{"shift_left"}, blink{"blink"}, onFilter{"onFilter"};
-const Builtin keyboard_check{"keyboard_check"}, clipboard_set_text{"clipboard_set_text"}, clipboard_get_text{"clipboard_get_text"};
-const Builtin gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"};
 
 constexpr int kBackspace = 8, kEnter = 13, kEnd = 35, kHome = 36, kLeft = 37, kRight = 39, kDelete = 46, kA = 65, kC = 67, kV = 86, kX = 88,
               kShift = 16, kControl = 17;
@@ -97,7 +95,7 @@ CONSTRUCTOR(TuiInput, Value settings) {
   apply_settings(self, settings);
 }
 
-STATIC_METHOD(TuiInput, onDraw) {
+STATIC_METHOD(void, TuiInput, onDraw) {
   const Rect at = rect_of(self);
   const bool has_focus = is_set(self, is_focused);
   const std::string all = text_in(self);
@@ -127,31 +125,20 @@ STATIC_METHOD(TuiInput, onDraw) {
     paint_rectangle({inner.x + caret_at - shifted, inner.y + 6, 2, inner.height - 12}, style_color(self, color_text), 1);
   }
   gpu_pop_scissor();
-  return undefined;
 }
 
-STATIC_METHOD(TuiInput, onUpdate, Value dt) {
-  self[blink] = std::fmod(number_or(self, blink, 0) + to_real(dt), kBlinkSeconds);
-  return undefined;
+STATIC_METHOD(void, TuiInput, onUpdate, Value dt) { self[blink] = std::fmod(number_or(self, blink, 0) + to_real(dt), kBlinkSeconds); }
+
+STATIC_METHOD(void, TuiInput, onPress, Value at_x, Value) { set_caret(self, boundary_at(self, to_real(at_x)), false); }
+STATIC_METHOD(void, TuiInput, onDrag, Value at_x, Value) { set_caret(self, boundary_at(self, to_real(at_x)), true); }
+
+STATIC_METHOD(void, TuiInput, onText, Value typed) {
+  if (!keyboard_check(kControl)) replace_selection(self, to_text(typed));
 }
 
-STATIC_METHOD(TuiInput, onPress, Value at_x, Value) {
-  set_caret(self, boundary_at(self, to_real(at_x)), false);
-  return undefined;
-}
-STATIC_METHOD(TuiInput, onDrag, Value at_x, Value) {
-  set_caret(self, boundary_at(self, to_real(at_x)), true);
-  return undefined;
-}
-
-STATIC_METHOD(TuiInput, onText, Value typed) {
-  if (!bool(keyboard_check(kControl))) replace_selection(self, to_text(typed));
-  return undefined;
-}
-
-STATIC_METHOD(TuiInput, onKey, Value key) {
+STATIC_METHOD(Value, TuiInput, onKey, Value key) {
   const int code = saturate_int32(to_real(key));
-  const bool extends = bool(keyboard_check(kShift)), control = bool(keyboard_check(kControl));
+  const bool extends = keyboard_check(kShift), control = keyboard_check(kControl);
   const std::string all = text_in(self);
   const std::size_t at = place(self, caret, all);
   const bool has_selection = at != place(self, anchor, all);

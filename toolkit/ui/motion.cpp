@@ -51,7 +51,7 @@ void advance_tweens(const Value& widget, double dt) {
 
 // Shows a variable of an instance (by id, by reference, or the first of an object type) or of a struct, from frame to frame. While nobody
 // is there the last value stays.
-STATIC_METHOD(TuiBase, bindVariable, Value target, Value variable) {
+STATIC_METHOD(Value, TuiBase, bindVariable, Value target, Value variable) {
   self[bind_target] = target;
   self[bind_name] = string(variable);  // the name, for ids are the program's own and no part of a game
   follow_binding(self);
@@ -59,7 +59,7 @@ STATIC_METHOD(TuiBase, bindVariable, Value target, Value variable) {
 }
 
 // Moves a field of the widget to a number within so many seconds; a second tween of the same field takes over from the first.
-STATIC_METHOD(TuiBase, tween, Value of_field, Value to, Value within, Value by, Value done) {
+STATIC_METHOD(Value, TuiBase, tween, Value of_field, Value to, Value within, Value by, Value done) {
   const Value easing_name = is_undefined(by) ? Value("outQuad") : by;
   if (!easing_name.is_string() || !is_easing(text_of(easing_name))) {
     ui_warning(self, "tween", "there is no easing '" + to_text(easing_name) + "'");

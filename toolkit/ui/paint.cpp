@@ -3,12 +3,6 @@
 namespace arena::game {
 namespace {
 
-const Builtin draw_text_ext_transformed{"draw_text_ext_transformed"}, string_width{"string_width"}, string_height_ext{"string_height_ext"};
-const Builtin draw_sprite_nineslice{"draw_sprite_nineslice"}, sprite_exists{"sprite_exists"}, sprite_get_width{"sprite_get_width"};
-const Builtin sprite_get_height{"sprite_get_height"}, sprite_get_xoffset{"sprite_get_xoffset"}, sprite_get_yoffset{"sprite_get_yoffset"};
-const Builtin font_exists{"font_exists"};
-const Builtin gpu_push_scissor{"gpu_push_scissor"}, gpu_pop_scissor{"gpu_pop_scissor"};
-
 constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is stretched
 
 }  // namespace
@@ -17,21 +11,21 @@ int font_of(const Value& widget) {
   const bool is_caption = number_or(widget, caption_of_button, 0) > 0;
   const bool has_own = has_number(widget, font);
   const int wanted = has_own ? whole_or(widget, font, -1) : whole_or(style_of(widget), is_caption ? font_button : font_text, -1);
-  return bool(font_exists(wanted)) ? wanted : -1;
+  return font_exists(wanted) ? wanted : -1;
 }
 
 double text_width(std::string_view text, int with_font) {
   draw_set_font(with_font);
-  return Real(string_width(Value(text))).number();
+  return string_width(text).number();
 }
 
 double text_height(std::string_view text, int with_font, double wrap) {
   draw_set_font(with_font);
-  return Real(string_height_ext(Value(text), -1, wrap)).number();
+  return string_height_ext(text, -1, wrap).number();
 }
 
-double sprite_width_of(int sprite) { return sprite >= 0 && bool(sprite_exists(sprite)) ? Real(sprite_get_width(sprite)).number() : 0; }
-double sprite_height_of(int sprite) { return sprite >= 0 && bool(sprite_exists(sprite)) ? Real(sprite_get_height(sprite)).number() : 0; }
+double sprite_width_of(int sprite) { return sprite >= 0 && sprite_exists(sprite) ? sprite_get_width(sprite).number() : 0; }
+double sprite_height_of(int sprite) { return sprite >= 0 && sprite_exists(sprite) ? sprite_get_height(sprite).number() : 0; }
 
 std::string shown_text(const Value& widget) {
   const RValue* shown = optional_field(widget, value);
@@ -71,8 +65,8 @@ void paint_sprite(int sprite, double frame, const Rect& at, double turn, int tin
   if (across <= 0 || down <= 0) return;
   // The origin of the sprite may stand anywhere: the middle of the picture is what goes to the middle of the rectangle.
   const double xscale = at.width / across, yscale = at.height / down;
-  const double from_x = (across / 2 - Real(sprite_get_xoffset(sprite)).number()) * xscale,
-               from_y = (down / 2 - Real(sprite_get_yoffset(sprite)).number()) * yscale;
+  const double from_x = (across / 2 - sprite_get_xoffset(sprite).number()) * xscale,
+               from_y = (down / 2 - sprite_get_yoffset(sprite).number()) * yscale;
   const Real distance = point_distance(0, 0, from_x, from_y), direction = point_direction(0, 0, from_x, from_y) + turn;
   draw_sprite_ext(sprite, frame, at.x + at.width / 2 - lengthdir_x(distance, direction),
                   at.y + at.height / 2 - lengthdir_y(distance, direction), xscale, yscale, turn, tint, opacity);

@@ -15,13 +15,6 @@ const Variable order{"order"}, hovered{"hovered"}, pressed{"pressed"}, focused{"
     last_height{"last_height"};
 const Variable hover_seconds{"hover_seconds"}, pointer_x{"pointer_x"}, pointer_y{"pointer_y"};
 
-const Builtin device_mouse_x_to_gui{"device_mouse_x_to_gui"}, device_mouse_y_to_gui{"device_mouse_y_to_gui"};
-const Builtin mouse_check_button{"mouse_check_button"}, mouse_check_button_pressed{"mouse_check_button_pressed"};
-const Builtin mouse_wheel_up{"mouse_wheel_up"}, mouse_wheel_down{"mouse_wheel_down"};
-const Builtin keyboard_key_name{"keyboard_key_name"};
-const Builtin keyboard_check{"keyboard_check"}, keyboard_text{"keyboard_text"}, gpu_push_scissor{"gpu_push_scissor"},
-    gpu_pop_scissor{"gpu_pop_scissor"}, window_has_focus{"window_has_focus"};
-
 constexpr int kLeftButton = 1;
 constexpr int kKeyTab = 9, kKeyEnter = 13, kKeyShift = 16, kKeySpace = 32, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39, kKeyDown = 40;
 constexpr int kKeysForWidgets[] = {8, kKeyEnter, 27, kKeySpace, 35, 36, kKeyLeft, kKeyUp, kKeyRight, kKeyDown, 46};
@@ -185,7 +178,7 @@ void end_press(const Value& root, const Value& held, double at_x, double at_y, c
   root[pressed] = undefined;
   held[is_pressed] = false;
   if (!was_told) return;
-  call_own(held, onRelease, {Real(at_x), Real(at_y), inside});
+  call_own(held, onRelease, {at_x, at_y, inside});
   raise(held, "release");
   if (inside && is_set(held, enabled, true)) raise(held, "click");
 }
@@ -201,11 +194,11 @@ void begin_press(const Value& root, const Value& over, double at_x, double at_y)
   if (!is_set(over, enabled, true)) return;
   over[is_pressed] = true;
   raise(over, "press");
-  call_own(over, onPress, {Real(at_x), Real(at_y)});
+  call_own(over, onPress, {at_x, at_y});
 }
 
 void use_pointer(const Value& root, double dt) {
-  const double at_x = to_real(device_mouse_x_to_gui(0)), at_y = to_real(device_mouse_y_to_gui(0));
+  const double at_x = device_mouse_x_to_gui(0).number(), at_y = device_mouse_y_to_gui(0).number();
   const bool moved = number_or(root, pointer_x, -1) != at_x || number_or(root, pointer_y, -1) != at_y;
   root[pointer_x] = at_x;
   root[pointer_y] = at_y;
@@ -231,16 +224,16 @@ void use_pointer(const Value& root, double dt) {
   } else if (!can_be_pressed(root, held)) {
     end_press(root, held, at_x, at_y, Value());
   }
-  if (bool(mouse_check_button_pressed(kLeftButton))) begin_press(root, over, at_x, at_y);
+  if (mouse_check_button_pressed(kLeftButton)) begin_press(root, over, at_x, at_y);
   const Value still = reference(root, pressed);
-  if (is_widget(still) && !bool(mouse_check_button(kLeftButton))) {
-    end_press(root, still, at_x, at_y, bool(window_has_focus()) ? over : Value());  // a lost focus lets go of the button, but is no click
+  if (is_widget(still) && !mouse_check_button(kLeftButton)) {
+    end_press(root, still, at_x, at_y, window_has_focus() ? over : Value());  // a lost focus lets go of the button, but is no click
   } else if (is_widget(still) && moved && is_set(still, is_pressed)) {
-    call_own(still, onDrag, {Real(at_x), Real(at_y)});
+    call_own(still, onDrag, {at_x, at_y});
     raise(still, "drag");
   }
 
-  const int turned = (bool(mouse_wheel_up()) ? 1 : 0) - (bool(mouse_wheel_down()) ? 1 : 0);
+  const int turned = (mouse_wheel_up() ? 1 : 0) - (mouse_wheel_down() ? 1 : 0);
   for (const Value& at : upwards(turned != 0 ? over : Value())) {
     if (is_true(call_own(at, onWheel, {turned}))) break;
   }
@@ -254,18 +247,18 @@ int letter_at(int place) {
 }
 
 void use_keyboard(const Value& root) {
-  const bool backwards = bool(keyboard_check(kKeyShift));
-  if (bool(keyboard_check_pressed(kKeyTab))) move_focus(root, kKeyTab, backwards);
+  const bool backwards = keyboard_check(kKeyShift);
+  if (keyboard_check_pressed(kKeyTab)) move_focus(root, kKeyTab, backwards);
   const Value target = reference(root, focused);
   if (!is_widget(target)) return;
   if (!is_shown(root, target) || !takes_keyboard(target, modal_of(root))) return set_focus(root, undefined);
   const Value typed = keyboard_text();
   if (typed.is_string() && !text_of(typed).empty()) call_own(target, onText, {typed});
   for (int place = 'A'; place <= 'Z'; ++place) {
-    if (bool(keyboard_check_pressed(place))) call_own(target, onKey, {letter_at(place)});
+    if (keyboard_check_pressed(place)) call_own(target, onKey, {letter_at(place)});
   }
   for (const int key : kKeysForWidgets) {
-    if (!bool(keyboard_check_pressed(key)) || is_true(call_own(target, onKey, {key}))) continue;
+    if (!keyboard_check_pressed(key) || is_true(call_own(target, onKey, {key}))) continue;
     if (key >= kKeyLeft && key <= kKeyDown) move_focus(root, key, false);
     if (key == kKeyEnter || key == kKeySpace) call_own(target, onActivate, {});
   }
@@ -305,14 +298,14 @@ CONSTRUCTOR(TuiMain, Value settings) {
 }
 
 // Once a frame, in a Step event.
-STATIC_METHOD(TuiMain, update) {
+STATIC_METHOD(void, TuiMain, update) {
   const double dt = to_real(Value(global[dt_steady]));
-  const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
+  const double across = display_get_gui_width().number(), down = display_get_gui_height().number();
   for (const Value& each : shown_widgets(self)) {
     if (is_set(each, is_destroyed)) continue;  // by one before it
     follow_binding(each);
     advance_tweens(each, dt);
-    if (has_own_way(each, onUpdate, TuiBase_onUpdate)) call_own(each, onUpdate, {Real(dt)});
+    if (has_own_way(each, onUpdate, TuiBase_onUpdate)) call_own(each, onUpdate, {dt});
   }
   const bool resized = number_or(self, last_width, 0) != across || number_or(self, last_height, 0) != down;
   self[last_width] = across;
@@ -320,12 +313,11 @@ STATIC_METHOD(TuiMain, update) {
   if (resized || is_set(self, layout_dirty)) arrange(self, across, down);
   use_pointer(self, dt);
   use_keyboard(self);
-  return undefined;
 }
 
 // Once a frame, in a Draw GUI event. What changed since update() is arranged first.
-STATIC_METHOD(TuiMain, render) {
-  const double across = to_real(display_get_gui_width()), down = to_real(display_get_gui_height());
+STATIC_METHOD(void, TuiMain, render) {
+  const double across = display_get_gui_width().number(), down = display_get_gui_height().number();
   if (is_set(self, layout_dirty)) arrange(self, across, down);
   for (const Value& each : shown_widgets(self)) {
     const double left = number_or(each, clip_left, 0), top = number_or(each, clip_top, 0), right = number_or(each, clip_right, 0),
@@ -338,23 +330,22 @@ STATIC_METHOD(TuiMain, render) {
     if (is_cut) gpu_pop_scissor();
   }
   draw_tooltip(self);
-  return undefined;
 }
 
 // Whether the pointer belongs to the interface now, or the keyboard to a line of text: the game leaves them alone then. While the left
 // button is held it is the interface's if the press began on a widget that takes clicks, wherever the pointer went since. Holds before
 // update() of the frame, too.
-STATIC_METHOD(TuiMain, isInteracting) {
+STATIC_METHOD(Value, TuiMain, isInteracting) {
   if (is_widget(modal_of(self)) || is_widget(reference(self, pressed))) return true;
-  const bool begins = bool(mouse_check_button_pressed(kLeftButton));
-  if (bool(mouse_check_button(kLeftButton)) && !begins) return false;
-  const Value over = widget_at(self, to_real(device_mouse_x_to_gui(0)), to_real(device_mouse_y_to_gui(0)));
+  const bool begins = mouse_check_button_pressed(kLeftButton);
+  if (mouse_check_button(kLeftButton) && !begins) return false;
+  const Value over = widget_at(self, device_mouse_x_to_gui(0).number(), device_mouse_y_to_gui(0).number());
   const Value writer = begins ? Value() : reference(self, focused);
   return takes_press(over) || (is_widget(writer) && is_set(writer, takes_text));
 }
 
 // Gives the keyboard to a widget of the tree.
-STATIC_METHOD(TuiBase, focus) {
+STATIC_METHOD(Value, TuiBase, focus) {
   set_focus(root_of(self), self);
   return self;
 }

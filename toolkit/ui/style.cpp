@@ -46,31 +46,31 @@ CONSTRUCTOR(TuiStyle, Value settings) {
 }
 
 // The smallest size of what can be clicked.
-STATIC_METHOD(TuiStyle, setMinSize, Value across, Value down) {
+STATIC_METHOD(Value, TuiStyle, setMinSize, Value across, Value down) {
   self[min_width] = across;
   self[min_height] = down;
   return self;
 }
 // Sprites bring colours of their own: they are not tinted until setColors says so.
-STATIC_METHOD(TuiStyle, setSprites, Value panel, Value button) {
+STATIC_METHOD(Value, TuiStyle, setSprites, Value panel, Value button) {
   self[sprite_panel] = panel;
   self[sprite_button] = button;
   self[color_panel] = c_white;
   self[color_button] = c_white;
   return self;
 }
-STATIC_METHOD(TuiStyle, setSpriteProgressBar, Value back, Value fill) {
+STATIC_METHOD(Value, TuiStyle, setSpriteProgressBar, Value back, Value fill) {
   self[sprite_bar_back] = back;
   self[sprite_bar_fill] = fill;
   return self;
 }
-STATIC_METHOD(TuiStyle, setFonts, Value text, Value button, Value title) {
+STATIC_METHOD(Value, TuiStyle, setFonts, Value text, Value button, Value title) {
   self[font_text] = text;
   self[font_button] = button;
   self[font_title] = title;
   return self;
 }
-STATIC_METHOD(TuiStyle, setColors, Value colors) {
+STATIC_METHOD(Value, TuiStyle, setColors, Value colors) {
   apply_settings(self, colors);
   return self;
 }

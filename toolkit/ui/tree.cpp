@@ -156,7 +156,7 @@ void apply_settings(const ObjectSelf& widget, const Value& settings) {
 }  // namespace arena::game
 
 // One widget, or an array of them.
-STATIC_METHOD(TuiBase, addContent, Value what) {
+STATIC_METHOD(Value, TuiBase, addContent, Value what) {
   if (is_array(what)) {
     for (const Value& each : elements(what)) add_one(self, each);
   } else {
@@ -166,12 +166,12 @@ STATIC_METHOD(TuiBase, addContent, Value what) {
   return self;
 }
 
-STATIC_METHOD(TuiBase, removeContent, Value what) {
+STATIC_METHOD(Value, TuiBase, removeContent, Value what) {
   if (is_widget(what) && is_same(parent_of(what), self)) leave_parent(what);
   return self;
 }
 
-STATIC_METHOD(TuiBase, destroyContent) {
+STATIC_METHOD(Value, TuiBase, destroyContent) {
   const std::vector<Value> old = content_of(self);
   self[content] = array_create(0);
   for (const Value& each : old) {
@@ -183,47 +183,46 @@ STATIC_METHOD(TuiBase, destroyContent) {
 }
 
 // Raises "destroy", first in the content, and leaves the tree. Twice is harmless.
-STATIC_METHOD(TuiBase, destroy) {
+STATIC_METHOD(void, TuiBase, destroy) {
   destroy_tree(self);
   leave_parent(self);
-  return undefined;
 }
 
-STATIC_METHOD(TuiBase, bringToFront) {
+STATIC_METHOD(Value, TuiBase, bringToFront) {
   self[z_order] = next_z();
   mark_dirty(self);
   return self;
 }
-STATIC_METHOD(TuiBase, sendToBack) {
+STATIC_METHOD(Value, TuiBase, sendToBack) {
   self[z_order] = -next_z();
   mark_dirty(self);
   return self;
 }
 
-STATIC_METHOD(TuiBase, setData, Value key, Value what) {
+STATIC_METHOD(Value, TuiBase, setData, Value key, Value what) {
   variable_struct_set(self[data], key, what);
   return self;
 }
-STATIC_METHOD(TuiBase, getData, Value key) { return variable_struct_get(self[data], key); }
+STATIC_METHOD(Value, TuiBase, getData, Value key) { return variable_struct_get(self[data], key); }
 
-STATIC_METHOD(TuiBase, addEvent, Value event, Value handler) {
+STATIC_METHOD(Value, TuiBase, addEvent, Value event, Value handler) {
   if (is_undefined(struct_in(self, events))) self[events] = struct_of({});
   const Value all = self[events];
   if (!is_array(variable_struct_get(all, event))) variable_struct_set(all, event, array_create(0));
   array_push(variable_struct_get(all, event), handler);
   return self;
 }
-STATIC_METHOD(TuiBase, removeEvent, Value event) {
+STATIC_METHOD(Value, TuiBase, removeEvent, Value event) {
   if (!is_undefined(struct_in(self, events))) variable_struct_set(self[events], event, undefined);
   return self;
 }
-STATIC_METHOD(TuiBase, trigger, Value event, Value detail) {
+STATIC_METHOD(Value, TuiBase, trigger, Value event, Value detail) {
   raise(self, to_text(event), detail);
   return self;
 }
 
 // The first widget of this name in the content, however deep; undefined when there is none.
-STATIC_METHOD(TuiBase, find, Value wanted) {
+STATIC_METHOD(Value, TuiBase, find, Value wanted) {
   std::vector<Value> waiting{self};
   std::unordered_set<const WBObjectBase*> seen;
   while (!waiting.empty()) {

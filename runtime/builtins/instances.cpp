@@ -1,13 +1,12 @@
-// Instances, objects, layers, rooms, time and the game itself.
-#include "runtime/arrays_structs/container_stack.h"
-#include "runtime/instances_loop/clock.h"
+// Instances, the layers they stand on, objects and their events.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/instances.h"
+
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/resolve.h"
-#include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/world.h"
-#include "runtime/values/text.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/arguments.h"
-#include "runtime/variables_calls/log.h"
 
 namespace arena {
 namespace {
@@ -38,12 +37,12 @@ PropertyObject* optional_fields(const CallContext& call, int at) {
 }
 
 RValue id_of(const CInstance* created) { return RValue(created != nullptr ? created->id : kNoone); }
-RValue create_on_layer(const CallContext& call, double x, double y, const RValue&, std::int32_t object) {
+RValue create_on_layer(const CallContext& call, double x, double y, const RValue&, std::int32_t object, const RValue&) {
   const Layer* layer = require_layer(call, 2);
   if (layer == nullptr || !require_object_type(4, object)) return RValue(kNoone);
   return id_of(world().create(x, y, layer->id, 0, object, optional_fields(call, 4), call.self));
 }
-RValue create_at_depth(const CallContext& call, double x, double y, double depth, std::int32_t object) {
+RValue create_at_depth(const CallContext& call, double x, double y, double depth, std::int32_t object, const RValue&) {
   if (!require_object_type(4, object)) return RValue(kNoone);
   return id_of(world().create(x, y, -1, depth, object, optional_fields(call, 4), call.self));
 }
@@ -52,8 +51,7 @@ void destroy_one(CInstance* instance, bool runs_event) {
   if (instance != nullptr) world().destroy(*instance, runs_event);
 }
 // Without an argument the caller; with an object index all its instances; with an id or a reference that one.
-void destroy(const CallContext& call, const RValue& target, std::optional<bool> runs_event) {
-  const bool runs = runs_event.value_or(true);
+void destroy(const CallContext& call, const RValue& target, bool runs) {
   if (target.is_undefined()) {
     destroy_one(check_self_instance(call), runs);
     return;
@@ -145,88 +143,32 @@ void layer_set_visible(const CallContext& call, const RValue&, bool visible) {
   if (const Layer* layer = require_layer(call, 0)) world().find_layer(layer->id)->visible = visible;
 }
 
-// Rooms and the game
-}  // namespace
-
-bool require_room(std::int32_t room) {
-  if (world().has_room(room)) return true;
-  report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
-  return false;
-}
-
-namespace {
-
-bool room_exists(std::int32_t room) { return world().has_room(room); }
-void room_goto(std::int32_t room) {
-  if (require_room(room)) world().room_wanted = room;
-}
-void room_restart() { world().room_wanted = world().room; }
-std::string room_get_name(std::int32_t room) {
-  return require_room(room) ? world().rooms[static_cast<std::size_t>(room)].name : std::string();
-}
-void game_restart() { world().restart_wanted = true; }
-void game_end() { world().ended = true; }
-void debug_message(const RValue& value) { log_message(to_text(value)); }
-double get_timer() { return static_cast<double>(game_clock().total_microseconds); }
-
-// Sprites as the world knows them
-const SpriteInfo* require_sprite(std::int32_t sprite) {
-  const SpriteInfo* info = find_sprite(sprite);
-  if (info == nullptr) report_invalid_resource(1, "sprite", sprite, static_cast<std::int32_t>(sprite_infos().size()));
-  return info;
-}
-template <double SpriteInfo::*measure>
-double sprite_measure(std::int32_t sprite) {
-  const SpriteInfo* info = require_sprite(sprite);
-  return info != nullptr ? info->*measure : 0;
-}
-std::int32_t sprite_get_number(std::int32_t sprite) {
-  const SpriteInfo* info = require_sprite(sprite);
-  return info != nullptr ? info->frames : 0;
-}
-std::string sprite_get_name(std::int32_t sprite) {
-  const SpriteInfo* info = require_sprite(sprite);
-  return info != nullptr ? info->name : std::string();
-}
-bool sprite_exists(std::int32_t sprite) { return find_sprite(sprite) != nullptr; }
-
-const BuiltinEntry kEntries[] = {
-    {"instance_create_layer", builtin<create_on_layer>},
-    {"instance_create_depth", builtin<create_at_depth>},
-    {"instance_destroy", builtin<destroy>},
-    {"instance_exists", builtin<exists>},
-    {"instance_number", builtin<number_of>},
-    {"instance_find", builtin<find_nth>},
-    {"instance_nearest", builtin<nearest>},
-    {"instance_furthest", builtin<furthest>},
-    {"object_get_name", builtin<object_get_name>},
-    {"object_get_parent", builtin<object_get_parent>},
-    {"object_is_ancestor", builtin<object_is_ancestor>},
-    {"object_exists", builtin<object_exists>},
-    {"event_inherited", builtin<run_inherited>},
-    {"event_user", builtin<run_user_event>},
-    {"layer_get_id", builtin<layer_get_id>},
-    {"layer_exists", builtin<layer_exists>},
-    {"layer_create", builtin<layer_create>},
-    {"layer_get_depth", builtin<layer_get_depth>},
-    {"layer_set_visible", builtin<layer_set_visible>},
-    {"room_goto", builtin<room_goto>},
-    {"room_restart", builtin<room_restart>},
-    {"room_get_name", builtin<room_get_name>},
-    {"room_exists", builtin<room_exists>},
-    {"game_restart", builtin<game_restart>},
-    {"game_end", builtin<game_end>},
-    {"show_debug_message", builtin<debug_message>},
-    {"get_timer", builtin<get_timer>},
-    {"sprite_get_width", builtin<sprite_measure<&SpriteInfo::width>>},
-    {"sprite_get_height", builtin<sprite_measure<&SpriteInfo::height>>},
-    {"sprite_get_xoffset", builtin<sprite_measure<&SpriteInfo::origin_x>>},
-    {"sprite_get_yoffset", builtin<sprite_measure<&SpriteInfo::origin_y>>},
-    {"sprite_get_number", builtin<sprite_get_number>},
-    {"sprite_get_name", builtin<sprite_get_name>},
-    {"sprite_exists", builtin<sprite_exists>},
+constexpr Implementation kRows[] = {
+    implement<script::instance_create_layer, create_on_layer>,
+    implement<script::instance_create_depth, create_at_depth>,
+    implement<script::instance_destroy, destroy>,
+    implement<script::checked::instance_exists, exists>,
+    implement<script::instance_number, number_of>,
+    implement<script::instance_find, find_nth>,
+    implement<script::instance_nearest, nearest>,
+    implement<script::instance_furthest, furthest>,
+    implement<script::object_get_name, object_get_name>,
+    implement<script::object_get_parent, object_get_parent>,
+    implement<script::object_is_ancestor, object_is_ancestor>,
+    implement<script::object_exists, object_exists>,
+    implement<script::event_inherited, run_inherited>,
+    implement<script::event_user, run_user_event>,
+    implement<script::layer_get_id, layer_get_id>,
+    implement<script::layer_exists, layer_exists>,
+    implement<script::layer_create, layer_create>,
+    implement<script::layer_get_depth, layer_get_depth>,
+    implement<script::layer_set_visible, layer_set_visible>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table(
+    "Instances, objects, layers",
+    "Creating is all or nothing: where a field cannot be written, or the instance's Create event ends by an error, there is no instance, "
+    "and the error goes on to the script that wanted it. At most 200,000 instances live at once.",
+    kRows);
 
 }  // namespace
 }  // namespace arena

@@ -1,11 +1,15 @@
 // Arrays. Functions that change an array change the one they were given, whoever else holds it.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/arrays.h"
+
 #include <algorithm>
 #include <vector>
 
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/values/compare.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
 
 namespace arena {
@@ -174,29 +178,31 @@ RValue array_filter(const CallContext& call, ReadArray source, Callable function
   return kept;
 }
 
-const BuiltinEntry kEntries[] = {
-    {"array_length", builtin<length_of>},
-    {"array_create", builtin<array_create>},
-    {"array_push", builtin<array_push>},
-    {"array_pop", builtin<array_pop>},
-    {"array_insert", builtin<array_insert>},
-    {"array_delete", builtin<array_delete>},
-    {"array_resize", builtin<array_resize>},
-    {"array_get", builtin<array_get>},
-    {"array_set", builtin<array_set>},
-    {"array_concat", builtin<array_concat>},
-    {"array_copy", builtin<array_copy_between>},
-    {"array_equals", builtin<array_equals>},
-    {"array_get_index", builtin<array_get_index>},
-    {"array_contains", builtin<array_contains>},
-    {"array_reverse", builtin<array_reverse>},
-    {"array_shuffle", builtin<array_shuffle>},
-    {"array_sort", builtin<array_sort>},
-    {"array_foreach", builtin<array_foreach>},
-    {"array_map", builtin<array_map>},
-    {"array_filter", builtin<array_filter>},
+constexpr Implementation kRows[] = {
+    implement<script::checked::array_length, length_of>,
+    implement<script::checked::array_create, array_create>,
+    implement<script::checked::array_push, array_push>,
+    implement<script::array_pop, array_pop>,
+    implement<script::array_insert, array_insert>,
+    implement<script::array_delete, array_delete>,
+    implement<script::array_resize, array_resize>,
+    implement<script::array_get, array_get>,
+    implement<script::array_set, array_set>,
+    implement<script::array_concat, array_concat>,
+    implement<script::checked::array_copy, array_copy_between>,
+    implement<script::array_equals, array_equals>,
+    implement<script::array_get_index, array_get_index>,
+    implement<script::array_contains, array_contains>,
+    implement<script::array_reverse, array_reverse>,
+    implement<script::array_shuffle, array_shuffle>,
+    implement<script::array_sort, array_sort>,
+    implement<script::array_foreach, array_foreach>,
+    implement<script::array_map, array_map>,
+    implement<script::array_filter, array_filter>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Arrays",
+                         "Functions that change an array change the one they were given, whoever else holds it. Indices begin at 0.",
+                         kRows);
 
 }  // namespace
 }  // namespace arena

@@ -1,14 +1,17 @@
-// Text. Positions count characters (not bytes) from 1; a position out of range is moved to the nearest end.
+// Texts, in UTF-8.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/texts.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <vector>
 
+#include "runtime/builtins/implement.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
-#include "runtime/values/operators.h"
 #include "runtime/values/text.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena {
 namespace {
@@ -63,10 +66,6 @@ std::string string_concat(Rest values) {
   std::string text;
   for (const RValue& value : values) text += to_text(value);
   return text;
-}
-double string_to_real(const CallContext& call, const RValue& value) {
-  (void)call;
-  return to_real(value);
 }
 std::int32_t string_length(std::string_view text) { return characters(text); }
 std::int32_t string_byte_length(std::string_view text) { return static_cast<std::int32_t>(text.size()); }
@@ -170,80 +169,36 @@ std::int32_t ord(std::string_view text) {
   for (std::size_t i = 1; i < length && i < text.size(); ++i) code = code << 6 | (static_cast<unsigned char>(text[i]) & 63);
   return code;
 }
-std::string type_of(const RValue& value) { return type_name(value); }
 
-// Conversions and questions of kind
-RValue to_int64_value(NumberOrPointer value) { return RValue::of_int64(to_int64(value.value)); }
-RValue to_pointer_value(NumberOrPointer value) {
-  return RValue::of_pointer(reinterpret_cast<void*>(static_cast<std::intptr_t>(to_int64(value.value))));
-}
-RValue pointer_address(PointerArgument pointer) {
-  return RValue::of_int64(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(pointer.pointer)));
-}
-bool to_bool_value(const RValue& value) { return to_bool(value); }
-bool is_real(const RValue& value) { return value.kind() == kNumber; }
-bool is_numeric(const RValue& value) { return value.is_numeric() || value.kind() == kInt32 || value.kind() == kInt64; }
-bool is_string(const RValue& value) { return value.is_string(); }
-bool is_array(const RValue& value) { return value.is_array(); }
-bool is_bool(const RValue& value) { return value.kind() == kBool; }
-bool is_int32(const RValue& value) { return value.kind() == kInt32; }
-bool is_int64(const RValue& value) { return value.kind() == kInt64; }
-bool is_undefined(const RValue& value) { return value.is_undefined(); }
-bool is_ptr(const RValue& value) { return value.kind() == kPointer; }
-bool is_struct(const RValue& value) { return value.is_object() && std::string_view(type_name(value)) == "struct"; }
-bool is_method(const RValue& value) { return value.is_object() && std::string_view(type_name(value)) == "method"; }
-bool is_nan(const RValue& value) { return value.is_numeric() && std::isnan(value.real); }
-bool is_infinity(const RValue& value) { return value.is_numeric() && std::isinf(value.real); }
-RValue sum_of_numbers(NumberValue left, NumberValue right) { return op_add(left.value, right.value); }
-
-const BuiltinEntry kEntries[] = {
-    {"string", builtin<string_of>},
-    {"string_concat", builtin<string_concat>},
-    {"real", builtin<string_to_real>},
-    {"string_length", builtin<string_length>},
-    {"string_byte_length", builtin<string_byte_length>},
-    {"string_pos", builtin<string_pos>},
-    {"string_copy", builtin<string_copy>},
-    {"string_char_at", builtin<string_char_at>},
-    {"string_delete", builtin<string_delete>},
-    {"string_insert", builtin<string_insert>},
-    {"string_replace", builtin<string_replace>},
-    {"string_replace_all", builtin<string_replace_all>},
-    {"string_count", builtin<string_count>},
-    {"string_upper", builtin<string_upper>},
-    {"string_lower", builtin<string_lower>},
-    {"string_repeat", builtin<string_repeat>},
-    {"string_digits", builtin<string_digits>},
-    {"string_letters", builtin<string_letters>},
-    {"string_trim", builtin<string_trim>},
-    {"string_starts_with", builtin<string_starts_with>},
-    {"string_ends_with", builtin<string_ends_with>},
-    {"string_split", builtin<string_split>},
-    {"string_join", builtin<string_join>},
-    {"string_format", builtin<string_format>},
-    {"chr", builtin<chr>},
-    {"ord", builtin<ord>},
-    {"typeof", builtin<type_of>},
-    {"int64", builtin<to_int64_value>},
-    {"ptr", builtin<to_pointer_value>},
-    {"ptr_address", builtin<pointer_address>},
-    {"bool", builtin<to_bool_value>},
-    {"is_real", builtin<is_real>},
-    {"is_numeric", builtin<is_numeric>},
-    {"is_string", builtin<is_string>},
-    {"is_array", builtin<is_array>},
-    {"is_bool", builtin<is_bool>},
-    {"is_int32", builtin<is_int32>},
-    {"is_int64", builtin<is_int64>},
-    {"is_undefined", builtin<is_undefined>},
-    {"is_ptr", builtin<is_ptr>},
-    {"is_struct", builtin<is_struct>},
-    {"is_method", builtin<is_method>},
-    {"is_nan", builtin<is_nan>},
-    {"is_infinity", builtin<is_infinity>},
-    {"number_sum", builtin<sum_of_numbers>},
+constexpr Implementation kRows[] = {
+    implement<script::string_of, string_of>,
+    implement<script::string_concat, string_concat>,
+    implement<script::string_length, string_length>,
+    implement<script::string_byte_length, string_byte_length>,
+    implement<script::string_pos, string_pos>,
+    implement<script::string_copy, string_copy>,
+    implement<script::string_char_at, string_char_at>,
+    implement<script::string_delete, string_delete>,
+    implement<script::string_insert, string_insert>,
+    implement<script::string_replace, string_replace>,
+    implement<script::string_replace_all, string_replace_all>,
+    implement<script::string_count, string_count>,
+    implement<script::string_upper, string_upper>,
+    implement<script::string_lower, string_lower>,
+    implement<script::string_repeat, string_repeat>,
+    implement<script::string_digits, string_digits>,
+    implement<script::string_letters, string_letters>,
+    implement<script::string_trim, string_trim>,
+    implement<script::string_starts_with, string_starts_with>,
+    implement<script::string_ends_with, string_ends_with>,
+    implement<script::string_split, string_split>,
+    implement<script::string_join, string_join>,
+    implement<script::string_format, string_format>,
+    implement<script::chr, chr>,
+    implement<script::ord, ord>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Texts", "Positions count characters, not bytes, from 1; a position out of range is moved to the nearest end.",
+                         kRows);
 
 }  // namespace
 }  // namespace arena

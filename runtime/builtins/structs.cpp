@@ -1,12 +1,16 @@
 // Structs, variables by name, methods and weak references.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/structs.h"
+
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/builtin_variables.h"
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/arguments.h"
 #include "runtime/variables_calls/calls.h"
 #include "runtime/variables_calls/names.h"
 
@@ -143,41 +147,41 @@ bool weak_ref_alive(const RValue& reference) { return !weak_ref_target(reference
 void struct_freeze(PlainStruct target) { freeze(*target.object); }
 void collect() { request_collection(); }
 
-const BuiltinEntry kEntries[] = {
-    {"variable_struct_get_names", builtin<struct_names>},
-    {"struct_get_names", builtin<struct_names>},
-    {"variable_struct_names_count", builtin<struct_count>},
-    {"struct_names_count", builtin<struct_count>},
-    {"variable_struct_exists", builtin<struct_exists>},
-    {"struct_exists", builtin<struct_exists>},
-    {"variable_struct_get", builtin<struct_read>},
-    {"struct_get", builtin<struct_read>},
-    {"variable_struct_set", builtin<struct_write>},
-    {"struct_set", builtin<struct_write>},
-    {"variable_struct_remove", builtin<struct_remove>},
-    {"struct_remove", builtin<struct_remove>},
-    {"struct_freeze", builtin<struct_freeze>},
-    {"variable_instance_exists", builtin<instance_variable_exists>},
-    {"variable_instance_get", builtin<instance_variable_get>},
-    {"variable_instance_set", builtin<instance_variable_set>},
-    {"variable_instance_get_names", builtin<instance_variable_names>},
-    {"variable_global_exists", builtin<global_exists>},
-    {"variable_global_get", builtin<global_get>},
-    {"variable_global_set", builtin<global_set>},
-    {"method", builtin<make_method_value>},
-    {"method_get_self", builtin<method_get_self>},
-    {"method_get_index", builtin<method_get_index>},
-    {"method_call", builtin<method_call>},
-    {"script_execute", builtin<script_execute>},
-    {"script_exists", builtin<script_exists>},
-    {"script_get_name", builtin<script_get_name>},
-    {"static_get", builtin<static_get>},
-    {"weak_ref_create", builtin<weak_ref_create>},
-    {"weak_ref_get", builtin<weak_ref_target>},
-    {"weak_ref_alive", builtin<weak_ref_alive>},
-    {"gc_collect", builtin<collect>},
+constexpr Implementation kRows[] = {
+    implement<script::variable_struct_get_names, struct_names>,
+    implement<script::struct_get_names, struct_names>,
+    implement<script::variable_struct_names_count, struct_count>,
+    implement<script::struct_names_count, struct_count>,
+    implement<script::checked::variable_struct_exists, struct_exists>,
+    implement<script::struct_exists, struct_exists>,
+    implement<script::checked::variable_struct_get, struct_read>,
+    implement<script::struct_get, struct_read>,
+    implement<script::variable_struct_set, struct_write>,
+    implement<script::struct_set, struct_write>,
+    implement<script::variable_struct_remove, struct_remove>,
+    implement<script::struct_remove, struct_remove>,
+    implement<script::struct_freeze, struct_freeze>,
+    implement<script::variable_instance_exists, instance_variable_exists>,
+    implement<script::variable_instance_get, instance_variable_get>,
+    implement<script::variable_instance_set, instance_variable_set>,
+    implement<script::variable_instance_get_names, instance_variable_names>,
+    implement<script::variable_global_exists, global_exists>,
+    implement<script::variable_global_get, global_get>,
+    implement<script::variable_global_set, global_set>,
+    implement<script::method, make_method_value>,
+    implement<script::method_get_self, method_get_self>,
+    implement<script::method_get_index, method_get_index>,
+    implement<script::method_call, method_call>,
+    implement<script::script_execute, script_execute>,
+    implement<script::script_exists, script_exists>,
+    implement<script::script_get_name, script_get_name>,
+    implement<script::static_get, static_get>,
+    implement<script::weak_ref_create, weak_ref_create>,
+    implement<script::weak_ref_get, weak_ref_target>,
+    implement<script::weak_ref_alive, weak_ref_alive>,
+    implement<script::gc_collect, collect>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Structs, methods, variables by name", "", kRows);
 
 }  // namespace
 }  // namespace arena

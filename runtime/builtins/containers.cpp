@@ -1,11 +1,15 @@
 // Lists, maps and grids, by handle.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/containers.h"
+
 #include <algorithm>
 
 #include "runtime/arrays_structs/containers.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena {
 
@@ -152,39 +156,40 @@ void grid_add(GridArgument a, std::int32_t column, std::int32_t row, double numb
   if (grid_check(*a.grid, column, row)) a.grid->set(column, row, RValue(to_real(a.grid->at(column, row)) + number));
 }
 
-const BuiltinEntry kEntries[] = {
-    {"ds_exists", builtin<exists>},
-    {"ds_list_create", builtin<list_create>},
-    {"ds_list_destroy", builtin<list_destroy>},
-    {"ds_list_clear", builtin<list_clear>},
-    {"ds_list_size", builtin<list_size>},
-    {"ds_list_add", builtin<list_add>},
-    {"ds_list_find_value", builtin<list_get>},
-    {"ds_list_set", builtin<list_set>},
-    {"ds_list_insert", builtin<list_insert>},
-    {"ds_list_delete", builtin<list_delete>},
-    {"ds_list_find_index", builtin<list_find>},
-    {"ds_list_shuffle", builtin<list_shuffle>},
-    {"ds_map_create", builtin<map_create>},
-    {"ds_map_destroy", builtin<map_destroy>},
-    {"ds_map_clear", builtin<map_clear>},
-    {"ds_map_size", builtin<map_size>},
-    {"ds_map_set", builtin<map_set>},
-    {"ds_map_find_value", builtin<map_get>},
-    {"ds_map_exists", builtin<map_exists>},
-    {"ds_map_delete", builtin<map_delete>},
-    {"ds_map_find_first", builtin<map_first>},
-    {"ds_map_find_next", builtin<map_next>},
-    {"ds_grid_create", builtin<grid_create>},
-    {"ds_grid_destroy", builtin<grid_destroy>},
-    {"ds_grid_clear", builtin<grid_clear>},
-    {"ds_grid_width", builtin<grid_width>},
-    {"ds_grid_height", builtin<grid_height>},
-    {"ds_grid_get", builtin<grid_get>},
-    {"ds_grid_set", builtin<grid_set>},
-    {"ds_grid_add", builtin<grid_add>},
+constexpr Implementation kRows[] = {
+    implement<script::ds_exists, exists>,
+    implement<script::ds_list_create, list_create>,
+    implement<script::ds_list_destroy, list_destroy>,
+    implement<script::ds_list_clear, list_clear>,
+    implement<script::ds_list_size, list_size>,
+    implement<script::ds_list_add, list_add>,
+    implement<script::ds_list_find_value, list_get>,
+    implement<script::ds_list_set, list_set>,
+    implement<script::ds_list_insert, list_insert>,
+    implement<script::ds_list_delete, list_delete>,
+    implement<script::ds_list_find_index, list_find>,
+    implement<script::ds_list_shuffle, list_shuffle>,
+    implement<script::ds_map_create, map_create>,
+    implement<script::ds_map_destroy, map_destroy>,
+    implement<script::ds_map_clear, map_clear>,
+    implement<script::ds_map_size, map_size>,
+    implement<script::ds_map_set, map_set>,
+    implement<script::ds_map_find_value, map_get>,
+    implement<script::ds_map_exists, map_exists>,
+    implement<script::ds_map_delete, map_delete>,
+    implement<script::ds_map_find_first, map_first>,
+    implement<script::ds_map_find_next, map_next>,
+    implement<script::ds_grid_create, grid_create>,
+    implement<script::ds_grid_destroy, grid_destroy>,
+    implement<script::ds_grid_clear, grid_clear>,
+    implement<script::ds_grid_width, grid_width>,
+    implement<script::ds_grid_height, grid_height>,
+    implement<script::checked::ds_grid_get, grid_get>,
+    implement<script::checked::ds_grid_set, grid_set>,
+    implement<script::ds_grid_add, grid_add>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Lists, maps and grids", "By handle: they live until they are destroyed. Places, columns and rows begin at 0.",
+                         kRows);
 
 }  // namespace
 }  // namespace arena

@@ -1,15 +1,19 @@
 // Questions about overlaps. An object index includes its children. "precise" off tests the instances' bounding boxes.
+#define ARENA_DEFINES_BUILTINS
+
+#include "runtime/builtins/collisions.h"
+
 #include <algorithm>
 #include <cmath>
 
 #include "runtime/arrays_structs/containers.h"
+#include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/collisions.h"
 #include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/arguments.h"
 
 namespace arena {
 namespace {
@@ -118,25 +122,26 @@ double distance_to_object(SelfInstance self, const RValue& target) {
 }
 double distance_to_point(SelfInstance self, double x, double y) { return distance_to_box(x, y, bounding_box(*self.instance)); }
 
-const BuiltinEntry kEntries[] = {
-    {"collision_point", builtin<collision_point>},
-    {"collision_circle", builtin<collision_circle>},
-    {"collision_rectangle", builtin<collision_rectangle>},
-    {"collision_ellipse", builtin<collision_ellipse>},
-    {"collision_line", builtin<collision_line>},
-    {"collision_circle_list", builtin<collision_circle_list>},
-    {"collision_line_list", builtin<collision_line_list>},
-    {"collision_rectangle_list", builtin<collision_rectangle_list>},
-    {"instance_place", builtin<instance_place>},
-    {"place_meeting", builtin<place_meeting>},
-    {"place_empty", builtin<place_empty>},
-    {"position_meeting", builtin<position_meeting>},
-    {"point_in_rectangle", builtin<point_in_rectangle>},
-    {"point_in_circle", builtin<point_in_circle>},
-    {"distance_to_object", builtin<distance_to_object>},
-    {"distance_to_point", builtin<distance_to_point>},
+constexpr Implementation kRows[] = {
+    implement<script::collision_point, collision_point>,
+    implement<script::collision_circle, collision_circle>,
+    implement<script::collision_rectangle, collision_rectangle>,
+    implement<script::collision_ellipse, collision_ellipse>,
+    implement<script::collision_line, collision_line>,
+    implement<script::collision_circle_list, collision_circle_list>,
+    implement<script::collision_line_list, collision_line_list>,
+    implement<script::collision_rectangle_list, collision_rectangle_list>,
+    implement<script::instance_place, instance_place>,
+    implement<script::place_meeting, place_meeting>,
+    implement<script::place_empty, place_empty>,
+    implement<script::position_meeting, position_meeting>,
+    implement<script::point_in_rectangle, point_in_rectangle>,
+    implement<script::point_in_circle, point_in_circle>,
+    implement<script::distance_to_object, distance_to_object>,
+    implement<script::distance_to_point, distance_to_point>,
 };
-const BuiltinTable table(kEntries);
+const BuiltinTable table("Overlaps and distances",
+                         "An object includes its children; precise off asks the bounding boxes, not_me leaves the caller out.", kRows);
 
 }  // namespace
 }  // namespace arena
