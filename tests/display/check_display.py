@@ -20,7 +20,7 @@ class Display:
 
     def __enter__(self):
         reader, writer = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "%dx%dx24" % SIZE, "-nolisten", "tcp"],
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "%dx%dx24" % SIZE, "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as stream:
@@ -37,8 +37,8 @@ class Display:
 
 
 def start(display, home, *arguments):
-    environment = dict(os.environ, HOME=home, SDL_AUDIODRIVER="dummy", ALSOFT_DRIVERS="null", XDG_STATE_HOME=home, XDG_DATA_HOME=home)
-    for name in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"):
+    environment = dict(os.environ, HOME=home, XDG_RUNTIME_DIR=home, SDL_AUDIODRIVER="dummy", ALSOFT_DRIVERS="null", XDG_STATE_HOME=home, XDG_DATA_HOME=home)
+    for name in ("DISPLAY", "WAYLAND_DISPLAY"):
         environment.pop(name, None)
     if display is not None:
         environment["DISPLAY"] = display.name
