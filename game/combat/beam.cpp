@@ -1,6 +1,7 @@
 // The beam: a line that hits everything along it once, and is seen for a single frame.
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
+#include "game/support/found.h"
 
 namespace arena::game {
 namespace {
@@ -34,14 +35,13 @@ EVENT(oBulletBeam, Step_0) {
   self[life_timer] += global[dt_steady];
   if (self[life_timer] >= self[lifetime]) instance_destroy();
   if (self[hit_recorded]) return;
-  const Value found = ds_list_create();
-  collision_line_list(self[start_x], self[start_y], self[end_x], self[end_y], array_of(oParentEnemy, oPlayer), true, true, found, true);
-  for (Real i = 0; i < ds_list_size(found); i += 1) {
-    const Value target = ds_list_find_value(found, i);
-    if (!instance_exists(target) || !canDamageTarget(self[faction], target[faction], self[friendly_fire])) continue;
-    target[takeDamage](self[damage] / power(kFalloff, i), self[start_x], self[start_y], self[knockback]);
+  const FoundInstances found;
+  collision_line_list(self[start_x], self[start_y], self[end_x], self[end_y], array_of(oParentEnemy, oPlayer), true, true, found.list,
+                      true);
+  for (const auto& [place, target] : found) {
+    if (!canDamageTarget(self[faction], target[faction], self[friendly_fire])) continue;
+    target[takeDamage](self[damage] / power(kFalloff, place), self[start_x], self[start_y], self[knockback]);
   }
-  ds_list_destroy(found);
   self[hit_recorded] = true;
 }
 

@@ -12,6 +12,11 @@ constexpr int kMostDroplets = 20000;  // alive at once: each is an instance with
 // One more than fit, so that the last one is missed.
 Real droplets_of(Real wanted) { return min(floor(max(1, wanted)), kMostDroplets + 1); }
 
+void hand_over_attack(Instance from, Instance attack, const Value& with_damage) {
+  attack[damage] = with_damage;
+  for (const Variable* field : {&owner, &faction, &friendly_fire, &knockback}) attack[*field] = from[*field];
+}
+
 Value play_varied(const Value& handle) {
   if (audio_exists(handle)) audio_sound_pitch(handle, random_range(0.8, 1.2));
   return handle;

@@ -10,6 +10,10 @@ extern const Script<void(Value at_x, Value at_y, Value launch_speed, Value towar
 // Plays at a position of the room and gives the handle. `distances`, when given, is the reference distance in place of the usual one.
 extern const Script<Value(Value sound, Value at_x, Value at_y, Value distances)> playSoundAt;
 
+// What an attack carries: its damage, and what is its maker's: whose it is and for which side, whether it hurts friends, and how far it
+// pushes (pixels/s).
+void hand_over_attack(Instance from, Instance attack, const Value& with_damage);
+
 // How many droplets a hit sheds: the whole part of `wanted`, but at least one, and no more than could ever fly.
 Real droplets_of(Real wanted);
 

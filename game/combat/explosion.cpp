@@ -2,6 +2,7 @@
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
 #include "game/decals/stickers.h"
+#include "game/support/found.h"
 
 namespace arena::game {
 namespace {
@@ -19,11 +20,10 @@ constexpr Real kOuterAlpha = 0.5, kInnerAlpha = 0.3, kInnerShare = 0.7;
 METHOD(void, oExplosion, explode) {
   if (self[has_exploded]) return;
   self[has_exploded] = true;
-  const Value found = ds_list_create();
-  collision_circle_list(self[x], self[y], self[radius], array_of(oParentEnemy, oPlayer), false, true, found, false);
-  for (Real i = 0; i < ds_list_size(found); i += 1) {
-    const Value target = ds_list_find_value(found, i);
-    if (!instance_exists(target)) continue;
+  const FoundInstances found;
+  collision_circle_list(self[x], self[y], self[radius], array_of(oParentEnemy, oPlayer), false, true, found.list, false);
+  for (const auto& [place, target] : found) {
+    // A blast spares its own side even where a shot would not: those whom anybody may hurt.
     if (!self[friendly_fire] && target[faction] == self[faction]) continue;
     target[takeDamage](self[damage], self[x], self[y], self[knockback]);
   }
@@ -33,7 +33,6 @@ METHOD(void, oExplosion, explode) {
     const Real across = random_range(1, 1.5), down = random_range(1, 1.5);
     floor_layer[Add](sprScorch, 0, self[x], self[y], across, down, random(360), self[image_blend]);
   }
-  ds_list_destroy(found);
 }
 
 EVENT(oExplosion, Create_0) {

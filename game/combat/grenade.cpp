@@ -15,11 +15,7 @@ constexpr Real kSpin = 2;        // at most so many degrees a second for each pi
 METHOD(void, oBulletGrenade, explode) {
   const Instance blast = instance_create_layer(self[x], self[y], "layBullets", oExplosion);
   blast[radius] = self[explosion_radius];
-  blast[damage] = self[explosion_damage];
-  blast[owner] = self[owner];
-  blast[faction] = self[faction];
-  blast[friendly_fire] = self[friendly_fire];
-  blast[knockback] = self[knockback];
+  hand_over_attack(self, blast, self[explosion_damage]);
   blast[explode]();
   instance_destroy();
 }

@@ -154,15 +154,6 @@ METHOD(Value, oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined;
 namespace arena::game {
 namespace {
 
-// What every bullet of a shot is told, whatever its kind.
-void hand_over(Instance self, Instance bullet) {
-  bullet[damage] = self[bullet_damage];
-  bullet[owner] = self[owner];
-  bullet[faction] = self[faction];
-  bullet[friendly_fire] = self[friendly_fire];
-  bullet[knockback] = self[knockback];
-}
-
 void launch(Instance bullet, Real pixels_per_second, Real angle) {
   bullet[h_speed] = lengthdir_x(pixels_per_second, angle);
   bullet[v_speed] = lengthdir_y(pixels_per_second, angle);
@@ -172,7 +163,7 @@ void launch(Instance bullet, Real pixels_per_second, Real angle) {
 Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
   if (self[bullet_type] == kProjectile) {
     const Instance bullet = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletProjectile);
-    hand_over(self, bullet);
+    hand_over_attack(self, bullet, self[bullet_damage]);
     launch(bullet, self[bullet_speed], angle);
     bullet[lifetime] = self[bullet_lifetime];
     bullet[image_angle] = angle;
@@ -180,7 +171,7 @@ Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
   }
   if (self[bullet_type] == kBeam) {
     const Instance beam = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletBeam);
-    hand_over(self, beam);
+    hand_over_attack(self, beam, self[bullet_damage]);
     beam[direction] = angle;
     beam[start_x] = muzzle_x;
     beam[start_y] = muzzle_y;
@@ -190,7 +181,7 @@ Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
   }
   if (self[bullet_type] == kGrenade) {
     const Instance grenade = instance_create_layer(muzzle_x, muzzle_y, "layBullets", oBulletGrenade);
-    hand_over(self, grenade);
+    hand_over_attack(self, grenade, self[bullet_damage]);
     launch(grenade, self[bullet_speed] * kGrenadeThrow, angle);
     grenade[lifetime] = self[bullet_lifetime];
     for (const Variable* field : {&explosion_radius, &explosion_damage, &grenade_lifetime}) grenade[*field] = self[*field];

@@ -3,6 +3,7 @@
 #include "game/combat/names.h"
 #include "game/enemies/pickups.h"
 #include "game/flow/death_screen.h"
+#include "game/support/found.h"
 #include "toolkit/support/motion.h"
 
 namespace arena::game {
@@ -114,18 +115,17 @@ METHOD(void, oPlayer, takeMod, Value pickup) {
 METHOD(void, oPlayer, pickupNearestItem) {
   Value nearest = noone;
   Real nearest_dist = 999999;
-  const Value found = ds_list_create();
-  collision_circle_list(self[x], self[y], kReach, oPickup, false, true, found, false);
-  for (Real i = 0; i < ds_list_size(found); i += 1) {
-    const Value inst = ds_list_find_value(found, i);
-    if (!instance_exists(inst)) continue;
-    const Real d = point_distance(self[x], self[y], inst[x], inst[y]);
-    if (d < nearest_dist && d <= inst[pickup_range]) {
-      nearest = inst;
-      nearest_dist = d;
+  {
+    const FoundInstances found;
+    collision_circle_list(self[x], self[y], kReach, oPickup, false, true, found.list, false);
+    for (const auto& [place, pickup] : found) {
+      const Real d = point_distance(self[x], self[y], pickup[x], pickup[y]);
+      if (d < nearest_dist && d <= pickup[pickup_range]) {
+        nearest = pickup;
+        nearest_dist = d;
+      }
     }
   }
-  ds_list_destroy(found);
   if (nearest != noone) nearest[onPickup](self[id]);
 }
 
