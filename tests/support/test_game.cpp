@@ -13,6 +13,7 @@
 #include "runtime/script.h"
 #include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
+#include "tests/support/golden.h"
 #include "tests/support/probes.h"
 
 namespace arena::test {
@@ -96,11 +97,23 @@ double TestGame::number(const std::string& statement) {
 }
 
 void TestGame::step(int frames, double seconds) {
-  for (int i = 0; i < frames; ++i) {
-    const auto reply = ask({{"step", 1}, {"dt", seconds}});
+  for (int i = 0; i < frames && !HasFatalFailure(); ++i) {
+    const auto reply = step_once(seconds);
     ASSERT_FALSE(reply.contains("errors")) << reply.dump(1);
-    ASSERT_EQ(broken_invariant(), "");
   }
+}
+
+nlohmann::ordered_json TestGame::step_once(double seconds) {
+  auto reply = ask({{"step", 1}, {"dt", seconds}});
+  [] { ASSERT_EQ(broken_invariant(), ""); }();
+  if (golden_run_ != nullptr) golden_run_->frame();
+  return reply;
+}
+
+void TestGame::follow_golden_run(const std::string& scenario) { golden_run_ = std::make_unique<GoldenRun>(scenario, *recorder); }
+
+void TestGame::TearDown() {
+  if (golden_run_ != nullptr) golden_run_->finish();
 }
 
 std::vector<TestGame::Drawn> TestGame::drawn(const std::string& statement) {

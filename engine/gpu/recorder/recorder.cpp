@@ -16,8 +16,8 @@ std::uint32_t Recorder::create_mesh(const Vertex*, std::size_t count) {
 
 void Recorder::destroy_mesh(std::uint32_t mesh) { meshes.erase(mesh); }
 
-void Recorder::draw_mesh(std::uint32_t texture, const State& state, std::uint32_t mesh, const Transform&) {
-  draws.push_back({texture, state, {}, meshes[mesh]});
+void Recorder::draw_mesh(std::uint32_t texture, const State& state, std::uint32_t mesh, const Transform& transform) {
+  draws.push_back({texture, state, {}, meshes[mesh], transform});
 }
 
 void Recorder::begin_frame(int, int, std::uint32_t color) {
@@ -26,7 +26,7 @@ void Recorder::begin_frame(int, int, std::uint32_t color) {
 }
 
 void Recorder::draw(std::uint32_t texture, const State& state, const Vertex* vertices, std::size_t count) {
-  draws.push_back({texture, state, {}, count});
+  draws.push_back({texture, state, {}, count, {}});
   if (keeps_vertices) draws.back().vertices.assign(vertices, vertices + count);
 }
 

@@ -13,6 +13,7 @@ struct RecordedDraw {
   State state;
   std::vector<Vertex> vertices;  // only while `keeps_vertices`
   std::size_t vertex_count;
+  Transform transform;  // of a mesh
 };
 
 class Recorder final : public Backend {
