@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -360,7 +361,89 @@ bool old_cycle_is_due() {
   return grown > std::max(kOldGrowth, c.old_survivors / kOldGrowthDivisor) || c.dropped - c.dropped_at_last_cycle > kDroppedLimit;
 }
 
+// Finds a reference to a younger object of which a collection of the younger generations would not know.
+class UnknownReferenceFinder final : public ValueVisitor {
+ public:
+  explicit UnknownReferenceFinder(const WBObjectBase* container) : ValueVisitor(false), container_(container) {}
+  void visit(const RValue& value) override {
+    const WBObjectBase* object = object_of(value);
+    if (object == nullptr || object->generation >= container_->generation) return;
+    found = found || !(object->is_referenced_from_older || is_remembered(container_, object->generation));
+  }
+  bool found = false;
+
+ private:
+  const WBObjectBase* container_;
+};
+
+// All objects but those that the sweep of the old generation has yet to destroy; sorted by address. `waiting` counts the others.
+CollectorBooks::Objects living_objects(std::size_t& waiting) {
+  const Collector& c = collector();
+  CollectorBooks::Objects living;
+  waiting = 0;
+  for (int g = 0; g < kGenerations; ++g) {
+    const CollectorBooks::Objects& list = c.objects[g];
+    const bool is_swept = g == kOldest && c.phase == Phase::kSweeping;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+      if (is_swept && i >= c.sweep_write && i < c.sweep_read) continue;  // a gap
+      if (is_swept && i >= c.sweep_read && !list[i]->is_marked) {
+        ++waiting;
+      } else {
+        living.push_back(list[i]);
+      }
+    }
+  }
+  std::sort(living.begin(), living.end());
+  return living;
+}
+
+// Whether the list holds the objects of `of` for which `belongs` holds, each once, and nothing else.
+template <class Belongs>
+bool holds_exactly(CollectorBooks::Objects list, const CollectorBooks::Objects& of, Belongs belongs) {
+  CollectorBooks::Objects expected;
+  std::copy_if(of.begin(), of.end(), std::back_inserter(expected), belongs);
+  std::sort(list.begin(), list.end());
+  return list == expected;
+}
+
 }  // namespace
+
+std::string broken_collector_invariant() {
+  const Collector& c = collector();
+  std::size_t waiting = 0;
+  const CollectorBooks::Objects living = living_objects(waiting);
+  if (std::adjacent_find(living.begin(), living.end()) != living.end()) return "an object stands in the collector's lists twice";
+  if (living.size() + waiting != static_cast<std::size_t>(live_objects())) return "an object is missing in the collector's lists";
+  for (int g = 0; g < kGenerations; ++g) {
+    const std::string name = " of generation " + std::to_string(g);
+    for (std::size_t i = g == kOldest && c.phase == Phase::kSweeping ? c.sweep_read : 0; i < c.objects[g].size(); ++i) {
+      if (c.objects[g][i]->generation != g) return "an object of another generation is among those" + name;
+    }
+    const auto is_referenced = [g](const WBObjectBase* object) { return object->is_referenced_from_older && object->generation == g; };
+    if (!holds_exactly(c.referenced_from_older[g], living, is_referenced)) return "the objects referenced from older ones differ" + name;
+    const auto remembers = [g](const WBObjectBase* object) { return is_remembered(object, g); };
+    if (!holds_exactly(c.remembered[g], living, remembers)) return "the remembered containers differ" + name;
+    const auto is_counted = [g](const WBObjectBase* object) { return object->holds_counted_values && object->generation == g; };
+    CollectorBooks::Objects counted = c.counted[g];  // some may have given back all that they held
+    std::sort(counted.begin(), counted.end());
+    const auto is_missing = [&](const WBObjectBase* object) {
+      return is_counted(object) && !std::binary_search(counted.begin(), counted.end(), object);
+    };
+    if (std::any_of(living.begin(), living.end(), is_missing)) return "a holder of strings or arrays is missing" + name;
+  }
+  for (WBObjectBase* object : living) {
+    if (object->is_marked && (object->generation != kOldest || c.phase == Phase::kIdle)) return "a mark was left behind";
+    UnknownReferenceFinder finder(object);
+    object->visit_values(finder);
+    if (finder.found) return "a reference to a younger object is not known";
+  }
+  if (!c.stack.empty() || (!c.old_stack.empty() && c.phase != Phase::kMarking)) return "something was marked and not traced";
+  for (const CWeakRef* reference : c.weak_references) {
+    if (reference->target != nullptr && !std::binary_search(living.begin(), living.end(), reference->target))
+      return "a weak reference has a dead target";
+  }
+  return "";
+}
 
 // The session ends: nothing is left that could ask for them.
 Collector::~Collector() {

@@ -7,6 +7,7 @@
 //   generation 2  old; marked and swept in slices budgeted in objects, so that a run never depends on the machine
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/object.h"
@@ -39,6 +40,8 @@ struct CollectorStatistics {
   bool is_marking;  // a cycle of the old generation is between two slices of its marking
 };
 CollectorStatistics collector_statistics();
+// For tests, between two frames: looks through the books and every living object. What does not hold, or "".
+std::string broken_collector_invariant();
 
 // While on, a store from another thread than the main one logs a warning; the store proceeds. On from the start in debug builds and in
 // those with tests.

@@ -7,11 +7,8 @@
 #include <filesystem>
 
 #include "engine/console/evaluator.h"
-#include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/input_state.h"
-#include "runtime/instances_loop/world.h"
 #include "runtime/script.h"
-#include "runtime/variables_calls/frame.h"
 #include "runtime/variables_calls/functions.h"
 #include "tests/support/golden.h"
 #include "tests/support/probes.h"
@@ -138,25 +135,6 @@ void TestGame::key(int code, bool down) { ask({{"key", code}, {"down", down}}); 
 
 void TestGame::check(const std::vector<Row>& rows) {
   for (const Row& row : rows) EXPECT_EQ(eval(row.statement), row.expected) << "in: " << row.statement;
-}
-
-std::string broken_invariant() {
-  if (innermost_frame() != nullptr) return "a frame was left open";
-  if (container_depth() != 0) return "the container stack is not empty";
-  if (session().current_builtin != nullptr) return "a built-in is still current";
-  int alive = 0;
-  std::int32_t last_id = 0;
-  for (const CInstance* instance : world().all()) {
-    if (!instance->is_alive) return "a dead instance is still listed";
-    if (instance->id <= last_id) return "instances are not in order of creation";
-    if (world().find(instance->id) != instance) return "an id does not find its instance";
-    last_id = instance->id;
-    ++alive;
-  }
-  int ordered = 0;
-  for (const auto& [depth, instances] : world().by_depth()) ordered += static_cast<int>(instances.size());
-  if (ordered != alive) return "an instance is listed twice by its depth, or not at all";
-  return alive == world().live_count() ? "" : "the count of instances is wrong";
 }
 
 }  // namespace arena::test
