@@ -9,6 +9,7 @@ no test noticed.
 What was done stands in build/mutate/SEED.jsonl. A change counts if it compiles, alters the programs and is not listed in equivalent.txt.
 """
 import argparse
+import fcntl
 import hashlib
 import json
 import os
@@ -254,10 +255,18 @@ def main():
     parser.add_argument("--tree", type=Path, default=STATE / "tree", help="where the copy stands")
     options = parser.parse_args()
     os.nice(10)
+    STATE.mkdir(parents=True, exist_ok=True)
+    lock = (STATE / "lock").open("w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except OSError:
+        raise SystemExit("Another pass is running in build/mutate.") from None
     equivalent = read_equivalent(Path(__file__).parent / "equivalent.txt")
     done = Pass(STATE / f"{options.seed}.jsonl")
-    copy = Copy(options.tree.resolve())
+    for stop in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(stop, signal.default_int_handler)
     try:
+        copy = Copy(options.tree.resolve())
         if options.again:
             for change, _ in done.changes(("survived",), equivalent):
                 judge_one(change, done, copy.judge)
