@@ -1,5 +1,7 @@
 // The boss, loot and pickups, with numbers worked out from the rules.
+#include <algorithm>
 #include <cmath>
+#include <set>
 
 #include "tests/support/test_game.h"
 
@@ -131,6 +133,36 @@ TEST_F(Enemies, PickupsAreHighlightedWithinTheirRange) {
   eval("with (oPlayer) { instance_destroy() } 1");
   step();
   check({{"[m.is_highlighted, o.is_highlighted]", "[false,false]"}});
+}
+
+// What a frame sends with the hint and does not send without it: letters, centred over the pickup and standing on the line of 30 px above.
+TEST_F(Enemies, AHintStandsOverItsPickup) {
+  constexpr float kShown = 2.0F / 3, kLine = 470 * kShown;  // the room is shown at two thirds
+  player(500, 500);
+  eval("m = createModifierPickup(560, 500, global.modifiers.power)");
+  recorder->keeps_vertices = true;
+  const auto frame = [&](const std::string& hint) {
+    eval("m.pickup_hint = \"" + hint + "\"");
+    step();
+    std::multiset<std::pair<float, float>> places;
+    for (const gpu::RecordedDraw& draw : recorder->draws) {
+      for (const gpu::Vertex& vertex : draw.vertices) {
+        if (vertex.y < kLine + 9) places.emplace(vertex.x, vertex.y);  // what moves further down is the pickup's picture
+      }
+    }
+    return places;
+  };
+  frame("");
+  const auto without = frame(""), with = frame("HOOH");
+  std::vector<std::pair<float, float>> letters;
+  std::set_difference(with.begin(), with.end(), without.begin(), without.end(), std::back_inserter(letters));
+  ASSERT_EQ(letters.size(), 4U * 6U);
+  float left = 1e9F, right = -1e9F, top = 1e9F, bottom = -1e9F;
+  for (const auto& [x, y] : letters)
+    left = std::min(left, x), right = std::max(right, x), top = std::min(top, y), bottom = std::max(bottom, y);
+  EXPECT_NEAR((left + right) / 2, 560 * kShown, 1);
+  EXPECT_LE(bottom, kLine);
+  EXPECT_GT(bottom, kLine - (bottom - top)) << "right over the line, not a line higher";
 }
 
 }  // namespace
