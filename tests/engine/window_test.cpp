@@ -76,5 +76,62 @@ TEST(Window, KeysOfAnyLayoutReachTheGame) {
   reset_input();
 }
 
+// A window that only keeps what it was told.
+struct PretendedWindow final : platform::Window {
+  bool poll() override { return true; }
+  std::unique_ptr<gpu::Backend> create_backend(std::string&) override { return nullptr; }
+  void drawable_size(int& wide, int& high) const override { wide = width, high = height; }
+  void announce() override {}
+  bool takes_screenshot() override { return false; }
+  void show_cursor(bool shown) override { cursor = shown; }
+  void toggle_fullscreen() override { fullscreen = !fullscreen; }
+  bool is_fullscreen() const override { return fullscreen; }
+  void resize(int wide, int high) override { width = wide, height = high; }
+  void set_clipboard(const std::string& text) override { copied = text; }
+  std::string clipboard() const override { return copied; }
+
+  bool cursor = true, fullscreen = false;
+  int width = 640, height = 360;
+  std::string copied;
+};
+
+class WindowOfScripts : public TestGame {
+ protected:
+  WindowOfScripts() { platform::use_window(&window); }
+  ~WindowOfScripts() override { platform::use_window(nullptr); }
+  PretendedWindow window;
+};
+
+TEST_F(WindowOfScripts, FollowsAtOnce) {
+  for (const bool hidden : {true, true, false, true}) {
+    eval(hidden ? "window_set_cursor(-1)" : "window_set_cursor(0)");
+    EXPECT_EQ(window.cursor, !hidden);
+    PretendedWindow next;
+    platform::use_window(&next);
+    EXPECT_EQ(next.cursor, !hidden) << "a window that is opened later";
+    platform::use_window(&window);
+  }
+  eval("game_restart()");
+  step();
+  EXPECT_TRUE(window.cursor) << "hidden by the run before";
+
+  for (const bool wanted : {true, true, false, false, true}) {
+    eval(wanted ? "window_set_fullscreen(true)" : "window_set_fullscreen(false)");
+    EXPECT_EQ(window.fullscreen, wanted);
+    EXPECT_EQ(eval("window_get_fullscreen()"), wanted ? "true" : "false");
+  }
+  for (const char* const refused : {"0, 100", "100, 0", "-1, 100", "100, -1"}) eval(std::string("window_set_size(") + refused + ")");
+  EXPECT_EQ(std::pair(window.width, window.height), std::pair(640, 360));
+  eval("window_set_size(1, 700)");
+  EXPECT_EQ(std::pair(window.width, window.height), std::pair(1, 700));
+
+  window.copied = "from elsewhere";
+  check({{"clipboard_has_text()", "true"}, {"clipboard_get_text()", "from elsewhere"}});
+  eval("clipboard_set_text(\"\")");
+  check({{"clipboard_has_text()", "false"}});
+  eval("clipboard_set_text(\"ours\")");
+  EXPECT_EQ(window.copied, "ours");
+}
+
 }  // namespace
 }  // namespace arena::test
