@@ -5,6 +5,7 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(sys.argv[1])
+sys.dont_write_bytecode = True
 sys.path.insert(0, str(ROOT / "tools/mutate"))
 import changes
 import mutate

@@ -94,15 +94,15 @@ def places_of(source):
     begun = False  # the line before left a statement open: what follows is no statement of its own
     for number, (line, code) in enumerate(zip(lines, codes), 1):
         trimmed = code.rstrip("\x00 ")
-        macro, continued = continued or trimmed.lstrip().startswith("#"), trimmed.endswith("\\")
+        macro = continued or trimmed.lstrip().startswith("#")
+        continued = macro and trimmed.endswith("\\")
         if not macro and re.search(r"\bauto fields\(\)", code) or table:
             table += code.count("{") - code.count("}")
             continue
         if macro:
-            continued = trimmed.endswith("\\")
             continue
         if trimmed and not LEFT_ALONE.search(code):
-            found = changes_of_line(line, code if code.endswith("\x00") is False else trimmed)
+            found = changes_of_line(line, trimmed)
             if begun:
                 found = [text for text in found if text.strip() != "{}"]
             if found:

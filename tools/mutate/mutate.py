@@ -22,6 +22,7 @@ import sys
 import time
 from pathlib import Path
 
+sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).parent))
 from changes import Change, draw
 
@@ -218,9 +219,10 @@ class Copy:
         path = self.tree / change.file
         unchanged = path.read_text(encoding="utf-8")
         lines = unchanged.split("\n")
-        if lines[change.line - 1] != change.before:
-            return "broken", "the line reads otherwise now"
-        lines[change.line - 1] = change.after
+        places = [at for at, line in enumerate(lines) if line == change.before]
+        if not places:
+            return "broken", "the line is not there any more"
+        lines[min(places, key=lambda at: abs(at + 1 - change.line))] = change.after
         path.write_text("\n".join(lines), encoding="utf-8")
         try:
             if not self.make(PROGRAMS):
