@@ -91,6 +91,10 @@ TEST_F(Rules, FrameTimeIsFiltered) {
   EXPECT_NEAR(number("global.dt_steady"), 1.0 / 15, 1e-9);
   step(1, kFrame);
   EXPECT_EQ(eval("oSteadyDeltaTime.dtRestored"), "false");
+  eval("with (oSteadyDeltaTime) { scale = 0.25 } 1");
+  step(2, kFrame);
+  EXPECT_NEAR(number("global.dt_steady"), kFrame / 4, 1e-6) << "both run slower alike";
+  EXPECT_NEAR(number("global.dt_unsteady"), kFrame / 4, 1e-6);
 }
 
 TEST_F(Rules, TheGridFindsNeighboursAsCoarselyAsItShould) {
