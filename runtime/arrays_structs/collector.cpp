@@ -40,10 +40,14 @@ enum class Phase { kIdle, kMarking, kSweeping };
 // The collector's books. Scripts cannot tell what is in them.
 struct CollectorBooks {
   using Objects = std::vector<WBObjectBase*>;
-  std::array<Objects, kGenerations> objects, referenced_from_older, remembered;
-  std::array<Objects, kGenerations> counted;  // objects in which strings or arrays stand
-  Objects stack;                              // marked, not yet traced: of the collection that runs now
-  Objects old_stack;                          // the same for the old generation, kept between slices
+  struct ByGeneration : std::array<Objects, kGenerations> {
+    Objects& operator[](int generation) { return at(static_cast<std::size_t>(generation)); }
+    const Objects& operator[](int generation) const { return at(static_cast<std::size_t>(generation)); }
+  };
+  ByGeneration objects, referenced_from_older, remembered;
+  ByGeneration counted;  // objects in which strings or arrays stand
+  Objects stack;         // marked, not yet traced: of the collection that runs now
+  Objects old_stack;     // the same for the old generation, kept between slices
   std::vector<CWeakRef*> weak_references;
   Phase phase = Phase::kIdle;
   std::size_t sweep_read = 0, sweep_write = 0;

@@ -15,7 +15,7 @@ bool keyboard_check_pressed(std::int32_t key) { return key_test(input_state().ke
 bool keyboard_check_released(std::int32_t key) { return key_test(input_state().key_released, key); }
 void keyboard_clear(std::int32_t key) {
   if (key < 0 || key >= kKeys) return;
-  input_state().key_down[key] = input_state().key_pressed[key] = input_state().key_released[key] = false;
+  input_state().key_down.data()[key] = input_state().key_pressed.data()[key] = input_state().key_released.data()[key] = false;
 }
 
 std::string keyboard_key_name(std::int32_t key) { return key_name(key); }

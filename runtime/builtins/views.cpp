@@ -35,12 +35,12 @@ double camera_get(std::int32_t id) {
   const Camera* camera = require_camera(id);
   return camera != nullptr ? camera->*measure : 0;
 }
-std::int32_t view_get_camera(std::int32_t view) { return view >= 0 && view < kViews ? cameras().views[view].camera : -1; }
+std::int32_t view_get_camera(std::int32_t view) { return view >= 0 && view < kViews ? cameras().views.data()[view].camera : -1; }
 void view_set_camera(std::int32_t view, std::int32_t camera) {
-  if (view >= 0 && view < kViews) cameras().views[view].camera = camera;
+  if (view >= 0 && view < kViews) cameras().views.data()[view].camera = camera;
 }
 void view_set_visible(std::int32_t view, bool visible) {
-  if (view >= 0 && view < kViews) cameras().views[view].visible = visible;
+  if (view >= 0 && view < kViews) cameras().views.data()[view].visible = visible;
 }
 void camera_destroy(std::int32_t id) {
   if (Camera* camera = require_camera(id)) camera->exists = false;

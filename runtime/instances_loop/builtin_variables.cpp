@@ -104,8 +104,8 @@ const BuiltinVariable layer{"layer", true, get_field<&CInstance::layer>, [](CIns
 
 struct AlarmVariable : BuiltinVariable {
   AlarmVariable() : BuiltinVariable("alarm", true, get_alarm, set_alarm) { length = kAlarms; }
-  static RValue get_alarm(CInstance* self, std::int32_t index) { return RValue(self->alarm[index]); }
-  static void set_alarm(CInstance* self, std::int32_t index, const RValue& value) { self->alarm[index] = to_real(value); }
+  static RValue get_alarm(CInstance* self, std::int32_t index) { return RValue(self->alarm.data()[index]); }
+  static void set_alarm(CInstance* self, std::int32_t index, const RValue& value) { self->alarm.data()[index] = to_real(value); }
 } alarm;
 
 // What an instance is
@@ -165,8 +165,8 @@ const BuiltinVariable keyboard_string{"keyboard_string", false, [](CInstance*, s
 
 struct ViewCamera : BuiltinVariable {
   ViewCamera() : BuiltinVariable("view_camera", false, get_camera, set_camera) { length = kViews; }
-  static RValue get_camera(CInstance*, std::int32_t index) { return RValue(static_cast<double>(cameras().views[index].camera)); }
-  static void set_camera(CInstance*, std::int32_t index, const RValue& value) { cameras().views[index].camera = to_int32(value); }
+  static RValue get_camera(CInstance*, std::int32_t index) { return RValue(static_cast<double>(cameras().views.data()[index].camera)); }
+  static void set_camera(CInstance*, std::int32_t index, const RValue& value) { cameras().views.data()[index].camera = to_int32(value); }
 };
 const ViewCamera view_camera;
 

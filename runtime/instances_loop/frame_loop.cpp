@@ -89,10 +89,11 @@ void run_alarms() {
   for (std::size_t i = 0; i < count; ++i) {
     CInstance& instance = *all[i];
     for (int alarm = 0; alarm < kAlarms && instance.is_alive; ++alarm) {
-      if (instance.alarm[alarm] < 0) continue;
-      instance.alarm[alarm] -= 1;
-      if (instance.alarm[alarm] > 0) continue;
-      instance.alarm[alarm] = -1;
+      double& left = instance.alarm.data()[alarm];
+      if (left < 0) continue;
+      left -= 1;
+      if (left > 0) continue;
+      left = -1;
       run_event(instance, &instance, {EventKind::kAlarm, alarm});
     }
   }
@@ -111,9 +112,9 @@ void run_key_events() {
 bool mouse_event_is_on(std::int32_t number) {
   const InputState& input = input_state();
   const std::int32_t which = number >= kMouseAnywhere ? number - kMouseAnywhere : number;
-  if (which >= kMouseReleased && which < kMouseReleased + 3) return input.button_released[which - kMouseReleased + 1];
-  if (which >= kMousePressed && which < kMousePressed + 3) return input.button_pressed[which - kMousePressed + 1];
-  return which >= 0 && which < 3 && input.button_down[which + 1];
+  if (which >= kMouseReleased && which < kMouseReleased + 3) return input.button_released.data()[which - kMouseReleased + 1];
+  if (which >= kMousePressed && which < kMousePressed + 3) return input.button_pressed.data()[which - kMousePressed + 1];
+  return which >= 0 && which < 3 && input.button_down.data()[which + 1];
 }
 
 void run_mouse_events() {

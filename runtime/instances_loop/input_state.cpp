@@ -31,17 +31,17 @@ void take_back_character(std::string& text) {
 void apply_key(InputState& state, int code, bool down) {
   if (!in_range(code, kKeys) || code <= kVkAnyKey) return;
   if (down && code == kBackspace) take_back_character(state.typed);
-  if (down && !state.key_down[code]) state.key_pressed[code] = true;
-  if (!down && state.key_down[code]) state.key_released[code] = true;
-  state.key_down[code] = down;
+  if (down && !state.key_down.data()[code]) state.key_pressed.data()[code] = true;
+  if (!down && state.key_down.data()[code]) state.key_released.data()[code] = true;
+  state.key_down.data()[code] = down;
   if (down) state.last_key = code;
 }
 
 void apply_button(InputState& state, int button, bool down) {
   if (!in_range(button, kButtons) || button == 0) return;
-  if (down && !state.button_down[button]) state.button_pressed[button] = true;
-  if (!down && state.button_down[button]) state.button_released[button] = true;
-  state.button_down[button] = down;
+  if (down && !state.button_down.data()[button]) state.button_pressed.data()[button] = true;
+  if (!down && state.button_down.data()[button]) state.button_released.data()[button] = true;
+  state.button_down.data()[button] = down;
 }
 
 // Whoever loses the focus never hears of the keys let go meanwhile.
@@ -64,7 +64,7 @@ void apply(InputState& state, const InputEvent& event) {
       set_typed(state.typed + event.text);
       break;
     case InputEvent::Type::kKeyLabel:
-      if (in_range(event.code, kKeys)) state.key_labels[event.code] = event.text;
+      if (in_range(event.code, kKeys)) state.key_labels.data()[event.code] = event.text;
       break;
     case InputEvent::Type::kFocus:
       state.has_focus = event.value != 0;
@@ -145,7 +145,7 @@ void set_typed(std::string text) {
 
 std::string key_name(int code) {
   if (!in_range(code, kKeys)) return "";
-  if (const std::string& label = input_state().key_labels[code]; !label.empty()) return label;
+  if (const std::string& label = input_state().key_labels.data()[code]; !label.empty()) return label;
   if ((code >= 'A' && code <= 'Z') || (code >= '0' && code <= '9')) return std::string(1, static_cast<char>(code));
   if (code >= 112 && code < 124) return "F" + std::to_string(code - 111);
   switch (code) {
@@ -176,7 +176,7 @@ InputState& input_state() { return part().state; }
 bool key_test(const KeySet& keys, int code) {
   if (code == kVkAnyKey) return std::any_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
   if (code == kVkNoKey) return std::none_of(std::begin(keys), std::end(keys), [](bool key) { return key; });
-  return in_range(code, kKeys) && keys[code];
+  return in_range(code, kKeys) && keys.data()[code];
 }
 
 }  // namespace arena
