@@ -42,8 +42,9 @@ EVENT(oBlood, Step_0) {
 
   if (self[image_index] == last_frame && point_distance(0, 0, self[h_speed], self[v_speed]) < kSettledSpeed) {
     if (!is_undefined(floor_layer)) {
-      floor_layer[Add](choose(sprSplatSmall, sprSplatWide, sprSplatLarge), irandom(kSplatPictures - 1), self[x], self[y], 1, 1,
-                       self[image_angle], self[image_blend]);
+      const Value splat = choose(sprSplatSmall, sprSplatWide, sprSplatLarge);  // before its picture: arguments have no order
+      const Real picture = irandom(kSplatPictures - 1);
+      floor_layer[Add](splat, picture, self[x], self[y], 1, 1, self[image_angle], self[image_blend]);
     }
     play_varied(playSoundAt(choose(sndSplatOne, sndSplatTwo), self[x], self[y]));
     instance_destroy();
