@@ -49,6 +49,9 @@ TEST_F(Weapons, ModifiersCombineInOrderOfTheirSlots) {
        "base_multishot_angle: 1, base_grenade_lifetime: 1, base_explosion_radius: 1, base_explosion_damage: 1, max_slots: 1, "
        "modifiers: [global.modifiers.power, global.modifiers.speed]}); [array_length(g.modifiers), g.bullet_damage, g.name]",
        "[1,1.50,\"Rail Gun\"]"},
+      // As many slots are told as there are, whatever stands in the list.
+      {"g.max_slots = 3; g.getStats().modifiers[1]", "-4"},
+      {"g.modifiers = [noone, noone, noone]; g.max_slots = 1; array_length(g.getStats().modifiers)", "1"},
   });
 }
 
