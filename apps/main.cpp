@@ -16,8 +16,8 @@
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
 #include "runtime/builtins/describe.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/reports/log.h"
+#include "runtime/reports/report.h"
 
 namespace arena::apps {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "apps/game_description.h"
 #include "engine/files/paths.h"
-#include "runtime/variables_calls/log.h"
+#include "runtime/reports/log.h"
 
 namespace arena::apps {
 

@@ -9,9 +9,9 @@
 #include "game/decals/stickers.h"
 #include "game/flow/reward.h"
 #include "runtime/instances_loop/frame_loop.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace bench {
 namespace {

@@ -19,11 +19,11 @@
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/instances_loop/frame_loop.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/memory/block_pool.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/frame.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "engine/draw/particles.h"
 #include "engine/draw/stamps.h"
 #include "runtime/memory/block_pool.h"
-#include "runtime/variables_calls/frame.h"
+#include "runtime/reports/frame.h"
 #include "toolkit/ui/layout/flexbox.h"
 
 namespace bench {

@@ -12,16 +12,16 @@
 #include "engine/host/game.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/describe.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/clock.h"
-#include "runtime/instances_loop/input_state.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/reports/log.h"
+#include "runtime/reports/report.h"
 #include "runtime/session/session.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/text.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::console {
 namespace {

@@ -3,10 +3,10 @@
 #include <vector>
 
 #include "engine/console/value_json.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/functions.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/functions.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::console {
 namespace {

@@ -6,10 +6,12 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/instances_loop/builtin_variables.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/builtin_variable.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/frame.h"
+#include "runtime/reports/report.h"
 #include "runtime/script/handles.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/conversions.h"
@@ -18,9 +20,7 @@
 #include "runtime/values/text.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/names.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::console {
 namespace {

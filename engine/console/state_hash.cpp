@@ -8,11 +8,11 @@
 #include "runtime/arrays_structs/method.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/names.h"
 #include "runtime/session/session.h"
 #include "runtime/session/state_visitor.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::console {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/instances_loop/instance.h"
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/program/names.h"
 #include "runtime/values/strings.h"
 #include "runtime/values/text.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::console {
 namespace {
@@ -40,7 +40,7 @@ json convert_array(const ArrayRecord* array, Walk& walk) {
 
 json convert_object(const RValue& value, Walk& walk) {
   if (value.object == nullptr) return nullptr;
-  if (const CInstance* instance = instance_of(value.object)) return {{"instance", instance->id}, {"object", object_name_of(*instance)}};
+  if (const CInstance* instance = instance_of(value.object)) return {{"instance", instance->id}, {"object", instance->called()}};
   if (value.object->object_kind == ObjectKind::kMethod || value.object->object_kind == ObjectKind::kScriptRef) return "[[Method]]";
   if (walk.is_inside(value.object)) return "Warning: recursive struct found";
   if (!walk.goes_on()) return kLeftOut;

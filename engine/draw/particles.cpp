@@ -14,11 +14,11 @@
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/program/names.h"
 #include "runtime/session/state.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::draw {
 namespace {

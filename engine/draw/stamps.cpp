@@ -11,10 +11,10 @@
 #include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/program/names.h"
 #include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/refs.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::draw {
 namespace {

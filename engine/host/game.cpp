@@ -18,13 +18,13 @@
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/builtins/screen.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/frame_loop.h"
-#include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/log.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::host {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <exception>
 
-#include "runtime/variables_calls/frame.h"
+#include "runtime/reports/frame.h"
 
 #ifdef _WIN32
 #include <windows.h>

@@ -9,7 +9,7 @@
 #include "engine/platform/window.h"
 #include "engine/platform/window_graphics.h"
 #include "engine/platform/x11_display.h"
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 
 namespace arena::platform {
 namespace {

@@ -4,11 +4,11 @@
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/instances_loop/cameras.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/names.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/elementary.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::autoplayer {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 // Plays the arena by pressing keys and moving the pointer like a person.
 #include "apps/game_description.h"
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 
 namespace arena {
 class CInstance;

@@ -1,6 +1,6 @@
 #include "game/enemies/crowd.h"
 
-#include "game/enemies/pickups.h"
+#include "game/loot/pickups.h"
 #include "game/support/spatial_hash.h"
 #include "toolkit/support/motion.h"
 

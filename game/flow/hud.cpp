@@ -1,7 +1,7 @@
 #include "game/flow/hud.h"
 
 #include "game/combat/names.h"
-#include "game/enemies/modifier.h"
+#include "game/loot/modifier.h"
 
 namespace arena::game {
 namespace {

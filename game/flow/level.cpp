@@ -1,7 +1,7 @@
 // The arena's director: it runs the wave clock, brings the enemies in, and offers a reward when a wave was cleared early.
 #include "game/combat/names.h"
-#include "game/enemies/pickups.h"
 #include "game/flow/reward.h"
+#include "game/loot/pickups.h"
 #include "game/support/camera.h"
 #include "game/support/warnings.h"
 

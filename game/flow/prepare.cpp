@@ -1,7 +1,7 @@
 // The preparation room, which is the title, too: a gun in hand, a first modifier on the floor, and the way into the arena.
 #include "game/combat/names.h"
-#include "game/enemies/modifier.h"
-#include "game/enemies/pickups.h"
+#include "game/loot/modifier.h"
+#include "game/loot/pickups.h"
 #include "toolkit/support/drawing.h"
 #include "toolkit/support/resolution.h"
 

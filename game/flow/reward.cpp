@@ -1,8 +1,8 @@
 #include "game/flow/reward.h"
 
 #include "game/combat/weapon.h"
-#include "game/enemies/modifier.h"
-#include "game/enemies/pickups.h"
+#include "game/loot/modifier.h"
+#include "game/loot/pickups.h"
 #include "toolkit/ui/ui.h"
 
 namespace arena::game {

@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "runtime/arrays_structs/collector.h"
+#include "runtime/arrays_structs/slots.h"
+#include "runtime/reports/report.h"
 #include "runtime/session/state.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 
@@ -111,13 +112,13 @@ void GCArrayThing::become_new(std::int64_t token) {
   record.flags = 0;
 }
 
-void put_aside_for_reuse(GCArrayThing* thing) {
+void GCArrayThing::when_unreferenced() {
   // Only what no list of the collector but its own generation's knows. Plain numbers leave nothing behind to be released.
-  const bool is_known = thing->generation != 0 || thing->is_referenced_from_older || thing->remembered_in != 0 || thing->is_root;
-  if (is_known || thing->holds_heap_values || thing->record.capacity > kLongestReused) return;
+  const bool is_known = generation != 0 || is_referenced_from_older || remembered_in != 0 || is_root;
+  if (is_known || holds_heap_values || record.capacity > kLongestReused) return;
   if (WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return;
   try {
-    put_aside().arrays.push_back(thing);
+    put_aside().arrays.push_back(this);
   } catch (const std::bad_alloc&) {  // then the collector finds it
   }
 }

@@ -7,24 +7,13 @@
 
 #include "runtime/arrays_structs/object.h"
 #include "runtime/session/session.h"
-#include "runtime/values/value.h"
+#include "runtime/values/array_record.h"
 
 namespace arena {
 
 inline constexpr std::uint8_t kArrayImmutable = 1;
 inline constexpr std::uint8_t kArrayGrowsGeometrically = 2;
 inline constexpr std::int32_t kLongestArray = 1 << 24;  // elements
-
-struct ArrayRecord {
-  WBObjectBase* owner;  // the collector object that carries this record
-  RValue* elements;
-  std::int64_t owner_token;  // 0: nobody's
-  std::int32_t count;        // values that refer to this array
-  std::int32_t length;
-  std::int32_t capacity;
-  std::uint32_t release_mark : 24;  // the collector's mark counter when first counted or released; 0: none yet
-  std::uint32_t flags : 8;
-};
 
 // The collector object that carries an array. The first few elements stand in the same block, for most arrays of a frame are short:
 //
@@ -35,6 +24,9 @@ class GCArrayThing final : public WBObjectBase {
   ~GCArrayThing() override;
   void visit_values(ValueVisitor& visitor) override;
   void release_counted_values() override;
+  // Keeps the scratch arrays of a frame, thousands of them, from the collector: one that no value refers to and nothing knows is put aside,
+  // and the next new array takes its place, still warm in the cache.
+  void when_unreferenced() override;
   // Makes one that nothing refers to any more a new, empty one.
   void become_new(std::int64_t token);
   ArrayRecord record;
@@ -64,20 +56,6 @@ class OwnerTokenScope {
   std::int64_t saved_;
 };
 
-// Counted only while counting is on; the first count or release stamps the array with the collector's mark counter.
-inline void count_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !session().array_counting_is_on) return;
-  ++array->count;
-  if (array->release_mark == 0) array->release_mark = session().collector_mark & 0xFFFFFF;
-}
-// Releasing frees nothing: the collector reclaims arrays. But the scratch arrays of a frame, thousands of them, never get as far: one that
-// no value refers to and nothing knows is put aside, and the next new array takes its place, still warm in the cache.
-void put_aside_for_reuse(GCArrayThing* thing);
-inline void discount_array_reference(ArrayRecord* array) {
-  if (array == nullptr || !session().array_counting_is_on) return;
-  if (array->release_mark == 0) array->release_mark = session().collector_mark & 0xFFFFFF;
-  if (--array->count == 0 && session().arrays_are_reused) put_aside_for_reuse(static_cast<GCArrayThing*>(array->owner));
-}
 // The collector is about to reclaim what was put aside.
 void forget_arrays_put_aside();
 
@@ -94,13 +72,6 @@ class ArrayHold {
  private:
   ArrayRecord* array_;
 };
-inline RValue RValue::of_array(ArrayRecord* array) {
-  RValue result;
-  result.array = array;
-  result.kind_bits = kArray;
-  count_array_reference(array);
-  return result;
-}
 
 // A new array of `length` zeroes (numbers), with count 1 in the value and the current owner token.
 RValue make_array(std::int32_t length = 0);

@@ -11,9 +11,9 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/program/messages.h"
+#include "runtime/reports/log.h"
 #include "runtime/session/state.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/messages.h"
 
 namespace arena {
 namespace {

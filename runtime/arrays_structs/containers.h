@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/holder.h"
-#include "runtime/memory/pooled.h"
+#include "runtime/session/pooled.h"
 #include "runtime/session/state.h"
 #include "runtime/values/compare.h"
 

@@ -1,6 +1,7 @@
 #include "runtime/arrays_structs/method.h"
 
 #include "runtime/arrays_structs/collector.h"
+#include "runtime/arrays_structs/statics.h"
 
 namespace arena {
 

@@ -1,7 +1,7 @@
 #pragma once
 // Method closures: a function, the object it runs for, and a script's static struct.
 #include "runtime/arrays_structs/object.h"
-#include "runtime/variables_calls/functions.h"
+#include "runtime/program/functions.h"
 
 namespace arena {
 

@@ -5,7 +5,10 @@
 #include <memory>
 
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/memory/pooled.h"
+#include "runtime/memory/worker_lock.h"
+#include "runtime/program/names.h"
+#include "runtime/session/pooled.h"
+#include "runtime/values/text.h"
 
 namespace arena {
 
@@ -78,11 +81,11 @@ void PropertyObject::clear_variables() {
 
 const RValue* PropertyObject::find_own(std::int32_t id) const {
   if (dictionary_ != nullptr) return dictionary_->find(id);
-  return id >= 0 && id < shape_table_size() ? find_in_row(id) : nullptr;
+  return id >= 0 && id < code_name_count() ? find_in_row(id) : nullptr;
 }
 
 const RValue* PropertyObject::find_variable(std::int32_t id) {
-  const bool is_in_tables = id >= 0 && id < shape_table_size();
+  const bool is_in_tables = id >= 0 && id < code_name_count();
   for (const PropertyObject* at = this; at != nullptr; at = at->prototype) {
     const RValue* const found = at->dictionary_ != nullptr ? at->dictionary_->find(id) : is_in_tables ? at->find_in_row(id) : nullptr;
     if (found != nullptr) return found;
@@ -92,7 +95,7 @@ const RValue* PropertyObject::find_variable(std::int32_t id) {
 
 RValue* PropertyObject::get_variable_ref(std::int32_t id) {
   if (dictionary_ == nullptr) {
-    if (id >= 0 && id < shape_table_size()) {
+    if (id >= 0 && id < code_name_count()) {
       if (RValue* found = find_in_row(id)) return found;
     }
     if (const Shape* longer = shape_with(shape, id)) {
@@ -139,6 +142,17 @@ std::vector<std::int32_t> PropertyObject::variable_ids() const {
   return dictionary_ != nullptr ? std::vector<std::int32_t>(dictionary_->ids.begin(), dictionary_->ids.end()) : shape->ids;
 }
 std::size_t PropertyObject::variable_count() const { return dictionary_ != nullptr ? dictionary_->ids.size() : shape->ids.size(); }
+
+void PropertyObject::write_variables(TextWriter& writer) {
+  bool first = true;
+  for (const std::int32_t id : variable_ids()) {
+    if (!first) writer.text += ',';
+    first = false;
+    writer.text += variable_name(id);
+    writer.text += ':';
+    writer.write(*find_variable(id), true);
+  }
+}
 
 void PropertyObject::visit_values(ValueVisitor& visitor) {
   if (prototype != nullptr) visitor(RValue::of_object(prototype));

@@ -3,12 +3,11 @@
 #include <cstring>
 #include <memory>
 
+#include "runtime/program/names.h"
 #include "runtime/session/session.h"
 
 namespace arena {
 namespace {
-
-std::int32_t table_size = 0;  // of the program: fixed by the start-up lookup
 
 // All shapes of a session. Few exist, and objects of a type all walk the same way.
 class Shapes {
@@ -30,7 +29,7 @@ class Shapes {
 
  private:
   std::uint8_t* new_table(const std::uint8_t* copy_of) {
-    const std::size_t size = static_cast<std::size_t>(table_size) + 1;
+    const std::size_t size = static_cast<std::size_t>(code_name_count()) + 1;
     std::uint8_t* const table = tables_.emplace_back(new std::uint8_t[size]).get();
     if (copy_of != nullptr) {
       std::memcpy(table, copy_of, size);
@@ -49,14 +48,12 @@ const Part<Shapes> shapes{PartLevel::kMemory, "shapes"};
 
 const Shape* empty_shape() { return shapes().empty(); }
 const Shape* dictionary_shape() { return shapes().dictionary(); }
-std::int32_t shape_table_size() { return table_size; }
-void set_shape_table_size(std::int32_t variable_count) { table_size = variable_count; }
 
 const Shape* shape_with(const Shape* shape, std::int32_t id) {
   for (const auto& [next_id, next_shape] : shape->next) {
     if (next_id == id) return next_shape;
   }
-  if (id < 0 || id >= table_size || shape->ids.size() >= kLongestRow) return nullptr;
+  if (id < 0 || id >= code_name_count() || shape->ids.size() >= kLongestRow) return nullptr;
   return shapes().add(shape, id);
 }
 

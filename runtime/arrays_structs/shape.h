@@ -22,8 +22,5 @@ const Shape* empty_shape();
 const Shape* dictionary_shape();
 // The shape with one variable more; null when a table cannot hold it.
 const Shape* shape_with(const Shape* shape, std::int32_t id);
-// Called once by the start-up lookup, before any session begins: how many variable ids the tables cover.
-void set_shape_table_size(std::int32_t variable_count);
-std::int32_t shape_table_size();
 
 }  // namespace arena

@@ -5,8 +5,9 @@
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/collector.h"
-#include "runtime/variables_calls/names.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/arrays_structs/slots.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/report.h"
 
 namespace arena {
 namespace {

@@ -9,11 +9,11 @@
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/collisions.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 #include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

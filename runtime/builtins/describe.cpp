@@ -4,8 +4,8 @@
 #include <map>
 
 #include "runtime/builtins/kinds.h"
+#include "runtime/program/functions.h"
 #include "runtime/values/number_text.h"
-#include "runtime/variables_calls/functions.h"
 
 namespace arena {
 namespace {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/variables_calls/builtin_row.h"
+#include "runtime/program/builtin_row.h"
 
 namespace arena {
 

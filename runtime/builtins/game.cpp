@@ -9,9 +9,9 @@
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/reports/log.h"
 #include "runtime/values/text.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/log.h"
 
 namespace arena {
 namespace {

@@ -4,8 +4,8 @@
 #include "runtime/builtins/input.h"
 
 #include "runtime/builtins/implement.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
-#include "runtime/instances_loop/input_state.h"
 
 namespace arena {
 namespace {

@@ -4,9 +4,9 @@
 #include "runtime/builtins/instances.h"
 
 #include "runtime/builtins/implement.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

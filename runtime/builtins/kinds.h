@@ -8,8 +8,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "runtime/program/builtin_row.h"
 #include "runtime/script/dynamic.h"
-#include "runtime/variables_calls/builtin_row.h"
 
 namespace arena {
 struct Callable;

@@ -4,15 +4,16 @@
 #include "runtime/builtins/structs.h"
 
 #include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/statics.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
 #include "runtime/builtins/implement.h"
-#include "runtime/instances_loop/builtin_variables.h"
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/program/builtin_variable.h"
+#include "runtime/program/names.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

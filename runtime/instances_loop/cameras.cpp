@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/elementary.h"
 #include "runtime/values/refs.h"

@@ -4,10 +4,10 @@
 
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/program/names.h"
 #include "runtime/session/state.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena {
 namespace {

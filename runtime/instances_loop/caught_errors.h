@@ -1,8 +1,8 @@
 #pragma once
 // Script errors as scripts see them: a struct {message, longMessage, script, line} whose text is "[[WBKSLException]]", handed to the
 // function that was given to exception_unhandled_handler().
+#include "runtime/reports/report.h"
 #include "runtime/values/value.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/variables_calls/access.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <iterator>
 
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

@@ -5,17 +5,17 @@
 #include <limits>
 
 #include "runtime/arrays_structs/collector.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/collisions.h"
-#include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/motion.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/reports/report.h"
 #include "runtime/session/session.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/number_text.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {

@@ -18,6 +18,8 @@ inline constexpr int kAlarms = 12;
 class CInstance final : public PropertyObject {
  public:
   CInstance() : PropertyObject(ObjectKind::kInstance) {}
+  std::int32_t as_number() const override { return id; }
+  std::string_view called() const override;  // the name of its object
 
   // Pixels and pixels a frame; angles in degrees, counter-clockwise on a screen whose y axis points down.
   // The position stands in one cache line, with what its readers ask next.

@@ -9,8 +9,8 @@
 
 #include "runtime/arrays_structs/shape.h"
 #include "runtime/instances_loop/events.h"
+#include "runtime/program/functions.h"
 #include "runtime/session/state.h"
-#include "runtime/variables_calls/functions.h"
 
 namespace arena {
 

@@ -2,9 +2,9 @@
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/reports/frame.h"
+#include "runtime/reports/report.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 

@@ -6,17 +6,17 @@
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/instances_loop/builtin_variables.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
-#include "runtime/instances_loop/input_state.h"
 #include "runtime/instances_loop/random.h"
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/program/builtin_variable.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/refs.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/arguments.h"
-#include "runtime/variables_calls/names.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {
@@ -299,32 +299,12 @@ void World::carry_out_requests() {
   if (ended) run_for_all({EventKind::kOther, kOtherGameEnd});
 }
 
-std::int32_t instance_id_of(const WBObjectBase& object) { return static_cast<const CInstance&>(object).id; }
-
-CInstance* resolve_instance(std::int32_t number) {
-  if (number >= kFirstInstanceId) return world().find(number);
-  if (!object_types().has(number)) return nullptr;
-  for (CInstance* instance : object_types().at(number).instances) {
-    if (instance->is_alive) return instance;
-  }
-  return nullptr;
-}
-
-PropertyObject* resolve_instance_object(std::int32_t number) { return resolve_instance(number); }
-CInstance* instance_of(WBObjectBase* object) {
-  return object != nullptr && object->object_kind == ObjectKind::kInstance ? static_cast<CInstance*>(object) : nullptr;
-}
-bool is_instance_ref(const RValue& value) {
-  return value.kind() == kRef && (value.ref_type() == ref_type::kInstance || value.ref_type() == ref_type::kObject);
-}
-std::string_view object_type_name(std::int32_t index) {
-  return object_types().has(index) ? std::string_view(object_types().at(index).definition.name) : std::string_view("<undefined>");
-}
 bool require_room(std::int32_t room) {
   if (world().has_room(room)) return true;
   report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
   return false;
 }
-std::string_view object_name_of(const CInstance& instance) { return instance.type->definition.name; }
+
+std::string_view CInstance::called() const { return type->definition.name; }
 
 }  // namespace arena

@@ -4,11 +4,11 @@
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/instance.h"
+#include "runtime/program/names.h"
 #include "runtime/script/dynamic.h"
 #include "runtime/values/number_text.h"
 #include "runtime/variables_calls/access.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::script {
 

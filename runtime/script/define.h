@@ -13,6 +13,7 @@
 #include <tuple>
 
 #include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/statics.h"
 #include "runtime/script/handles.h"
 
 namespace arena::script {

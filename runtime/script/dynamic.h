@@ -6,12 +6,12 @@
 #include <type_traits>
 
 #include "runtime/arrays_structs/array.h"
+#include "runtime/reports/frame.h"
 #include "runtime/script/real.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/operators.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/frame.h"
 
 namespace arena::script {
 

@@ -1,7 +1,7 @@
 #include "runtime/script/handles.h"
 
-#include "runtime/instances_loop/builtin_variables.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/program/builtin_variable.h"
+#include "runtime/reports/report.h"
 
 namespace arena::script {
 

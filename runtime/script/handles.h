@@ -3,9 +3,9 @@
 // the loop over instances. Each access notes its line in the frame before anything can fail.
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/object_type.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/script/instance_variables.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::script {
 

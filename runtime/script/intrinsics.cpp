@@ -1,6 +1,6 @@
 #include "runtime/script/intrinsics.h"
 
-#include "runtime/variables_calls/report.h"
+#include "runtime/reports/report.h"
 
 namespace arena::script {
 namespace {

@@ -1,9 +1,9 @@
 #include "runtime/script/native.h"
 
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/reports/log.h"
+#include "runtime/reports/report.h"
 #include "runtime/variables_calls/arguments.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena::script {
 

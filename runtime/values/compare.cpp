@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "runtime/arrays_structs/object.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/conversions.h"
+#include "runtime/values/object_base.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {

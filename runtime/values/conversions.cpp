@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <string>
 
-#include "runtime/arrays_structs/object.h"
-#include "runtime/instances_loop/instance_id.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/number_text.h"
+#include "runtime/values/object_base.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
@@ -34,7 +33,7 @@ double to_real_slow(const RValue& value) {
     case kInt64: return static_cast<double>(value.i64);
     case kUnset: report_error(messages::kRealUnset); return 0;
     default:
-      if (is_instance(value)) return instance_id_of(*value.object);
+      if (is_instance(value)) return value.object->as_number();
       report_error(messages::kRealWrongType, type_name(value));
       return 0;
   }
@@ -58,7 +57,7 @@ std::int32_t to_int32(const RValue& value) {
     case kPointer: return value.i32;
     case kUnset: report_error(messages::kInt32Unset); return 0;
     default:
-      if (is_instance(value)) return instance_id_of(*value.object);
+      if (is_instance(value)) return value.object->as_number();
       report_error(messages::kInt32WrongType, kind_number(value));
       return 0;
   }
@@ -81,7 +80,7 @@ std::int64_t to_int64(const RValue& value) {
     case kPointer: return value.i64;
     case kUnset: report_error(messages::kInt64Unset); return 0;
     default:
-      if (is_instance(value)) return instance_id_of(*value.object);
+      if (is_instance(value)) return value.object->as_number();
       report_error(messages::kInt64WrongType, kind_number(value));
       return 0;
   }

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <utility>
 
+#include "runtime/reports/report.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/strings.h"
 #include "runtime/values/text.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "runtime/memory/worker_lock.h"
+#include "runtime/reports/report.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {

@@ -79,7 +79,7 @@ struct RValue {
     if (counts_references()) drop_reference();
   }
   // Plain assignment is for native locals and results: it counts references but tells the collector nothing. Slots that outlive the
-  // native stack are written with assign().
+  // native stack are written with assign() (arrays_structs/slots.h).
   RValue& operator=(const RValue& source) noexcept {
     RValue copy(source);
     swap(copy);
@@ -180,11 +180,6 @@ static_assert(sizeof(RValue) == 16);
 
 // Drops what the value owns. A string value is left without a payload, and so is a pointer that owned; everything else keeps its bits.
 void release(RValue& value);
-// Copies payload, flags and kind and references what is copied; an object or array runs the collector's write barrier against the
-// current container. `dest` is taken as raw memory: what it held is not released.
-void add_ref_copy(RValue& dest, const RValue& source);
-// The one way to write a slot: releases the old content, references the new one. Self-assignment does nothing.
-void assign(RValue& dest, const RValue& source);
 
 // "number", "string", ... as messages and typeof() spell it; "unknown" for kinds that do not exist.
 const char* type_name(const RValue& value);

@@ -3,22 +3,18 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/instances_loop/builtin_variables.h"
-#include "runtime/instances_loop/instance.h"
-#include "runtime/instances_loop/resolve.h"
+#include "runtime/program/builtin_variable.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/frame.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/names.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {
 
-std::string_view owner_name(WBObjectBase* object) {
-  if (object == global_object()) return "global";
-  return object->object_kind == ObjectKind::kInstance ? object_name_of(*static_cast<CInstance*>(object)) : std::string_view("struct");
-}
+std::string_view owner_name(WBObjectBase* object) { return object == global_object() ? "global" : object->called(); }
 
 void report_unset(WBObjectBase* object, std::int32_t id) {
   if (object == global_object()) {
@@ -93,7 +89,7 @@ WBObjectBase* resolve_object(const RValue& target) {
   if (number == kGlobalTarget) return global_object();
   if (innermost_frame() != nullptr && number == kSelfTarget) return innermost_frame()->self;
   if (innermost_frame() != nullptr && number == kOtherTarget) return innermost_frame()->other;
-  return resolve_instance(number);
+  return resolve_instance_object(number);
 }
 
 WBObjectBase* require_object(const RValue& target) {

@@ -3,8 +3,9 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/values/number_text.h"
+#include "runtime/variables_calls/extension_functions.h"
+#include "runtime/variables_calls/resolve.h"
 
 namespace arena {
 namespace {

@@ -15,10 +15,10 @@
 #include <utility>
 
 #include "runtime/arrays_structs/array.h"
+#include "runtime/program/functions.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/conversions.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/functions.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "runtime/arrays_structs/method.h"
+#include "runtime/arrays_structs/statics.h"
+#include "runtime/reports/frame.h"
+#include "runtime/reports/report.h"
 #include "runtime/session/session.h"
 #include "runtime/values/conversions.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/variables_calls/extension_functions.h"
 
 namespace arena {
 namespace {

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "runtime/program/functions.h"
 #include "runtime/values/value.h"
-#include "runtime/variables_calls/functions.h"
 
 namespace arena {
 

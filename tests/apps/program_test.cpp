@@ -8,10 +8,10 @@
 #include "apps/user_files.h"
 #include "engine/files/paths.h"
 #include "engine/platform/crash_reports.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/frame.h"
+#include "runtime/reports/log.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/names.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

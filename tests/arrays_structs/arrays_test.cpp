@@ -1,7 +1,8 @@
 // Arrays by value, their growth and errors; structs, methods and constructors.
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/container_stack.h"
-#include "runtime/variables_calls/report.h"
+#include "runtime/arrays_structs/statics.h"
+#include "runtime/reports/report.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

@@ -10,11 +10,11 @@
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/arrays_structs/weak_ref.h"
 #include "runtime/memory/block_pool.h"
+#include "runtime/program/names.h"
+#include "runtime/reports/log.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/calls.h"
-#include "runtime/variables_calls/log.h"
-#include "runtime/variables_calls/names.h"
-#include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

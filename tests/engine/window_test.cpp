@@ -4,7 +4,7 @@
 #include <SDL.h>
 
 #include "engine/platform/key_codes.h"
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

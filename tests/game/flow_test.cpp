@@ -5,7 +5,7 @@
 
 #include "engine/audio/audio.h"
 #include "engine/console/state_hash.h"
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 

@@ -2,7 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

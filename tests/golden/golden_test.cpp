@@ -7,10 +7,10 @@
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/program/functions.h"
+#include "runtime/program/names.h"
 #include "runtime/values/strings.h"
 #include "runtime/variables_calls/access.h"
-#include "runtime/variables_calls/functions.h"
-#include "runtime/variables_calls/names.h"
 #include "tests/support/arguments.h"
 #include "tests/support/test_game.h"
 

@@ -4,8 +4,8 @@
 
 #include "runtime/instances_loop/collisions.h"
 #include "runtime/instances_loop/random.h"
-#include "runtime/instances_loop/resolve.h"
 #include "runtime/instances_loop/world.h"
+#include "runtime/variables_calls/resolve.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 

@@ -1,5 +1,5 @@
 // What scripts ask of the world: measures of instances, overlaps, layers, rooms, time, views and the keyboard's state.
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/sprites.h"
 #include "tests/support/test_game.h"
 

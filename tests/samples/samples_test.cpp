@@ -1,6 +1,6 @@
 // The second game: its menu leads into every room and back, and the gallery's widgets work.
-#include "runtime/instances_loop/input_state.h"
-#include "runtime/variables_calls/log.h"
+#include "runtime/input/input_state.h"
+#include "runtime/reports/log.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

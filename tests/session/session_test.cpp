@@ -9,7 +9,7 @@
 
 #include "engine/console/state_hash.h"
 #include "game/autoplayer/autoplayer.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/names.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 

@@ -8,8 +8,8 @@
 
 #include "engine/console/state_hash.h"
 #include "game/autoplayer/autoplayer.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/frame_loop.h"
-#include "runtime/instances_loop/input_state.h"
 #include "runtime/session/state_visitor.h"
 #include "tests/support/test_game.h"
 

@@ -1,31 +1,69 @@
 #!/usr/bin/env python3
-"""Checks the shape of the source tree: includes point only downwards, no file is too long, headers are guarded."""
+"""Checks the shape of the source tree: includes point only downwards, no file is too long, headers are guarded.
+
+    tests/structure/check_structure.py ROOT          what is wrong
+    tests/structure/check_structure.py ROOT --draw   the floors with their folders, and who sees whom
+"""
 import os
 import re
 import sys
+from collections import defaultdict
 
-FLOORS = {"runtime": 1, "engine": 2, "toolkit": 3, "game": 4, "samples": 4, "apps": 5, "tools": 5, "bench": 6, "tests": 6}
+# From the ground up. The folders of one line see nothing of each other, only what stands below; "." is the floor's own folder.
+HOUSE = [
+    ("runtime", ["memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
+                 "script", "builtins", "."]),
+    ("engine", ["files gpu audio", "data gpu/gl33 gpu/d3d11 gpu/recorder audio/openal", "draw platform", "host", "console"]),
+    ("toolkit", [".", "support ui/layout", "ui"]),
+    ("game", [".", "support decals", "combat", "loot", "enemies player", "flow"]),
+    ("samples", ["."]),
+    ("apps", ["."]),
+    ("tools", ["sources", "index pack"]),
+    ("bench", ["."]),
+    ("tests", None),  # whatever stands there sees everything
+]
 GAMES = ("game", "samples")
+BESIDE = {"samples": "game", "tools": "apps", "tests": "bench"}  # as high as that one
 SCRIPTS = ("toolkit",) + GAMES
 # What stands with a game and belongs to its program: it sees what the program sees.
-PROGRAM_PARTS = ("game/autoplayer/",)
-# Inside runtime/ the folders that scripts are written on stand above the others, and the rows of the built-in functions above those.
-RUNTIME_FLOORS = {"script": 1, "builtins": 2, "": 3}
-LONGEST = 600
+PROGRAM_PARTS = ("game/autoplayer",)
+LONGEST = 600  # lines
+
+FLOORS = {}
+for place, (name, _) in enumerate(HOUSE):
+    FLOORS[name] = FLOORS[BESIDE[name]] if name in BESIDE else place
+LEVELS = {name: {folder: level for level, line in enumerate(lines) for folder in line.split()} for name, lines in HOUSE if lines}
 
 
 def sources(root):
-    for floor in FLOORS:
+    for floor, _ in HOUSE:
         for folder, _, files in os.walk(os.path.join(root, floor)):
-            for name in files:
+            for name in sorted(files):
                 if name.endswith((".cpp", ".h")):
                     yield floor, os.path.join(folder, name)
 
 
-def runtime_floor(floor, path):
-    """Of a file under runtime/; whatever is outside may include all of them."""
-    folders = path.split("/")[1:-1]
-    return RUNTIME_FLOORS.get(folders[0] if folders else "", 0) if floor == "runtime" else max(RUNTIME_FLOORS.values())
+def folder_of(path):
+    return os.path.relpath(os.path.dirname(path), path.split("/")[0])
+
+
+def includes_of(lines):
+    for number, line in enumerate(lines, 1):
+        found = re.match(r'#include "([a-z_0-9]+)/([^"]*)"', line)
+        if found and found.group(1) in FLOORS:
+            yield number, found.group(1), found.group(1) + "/" + found.group(2)
+
+
+def is_allowed(floor, relative, target, included):
+    if relative.startswith(PROGRAM_PARTS):
+        return FLOORS[target] <= FLOORS["apps"] and (target not in GAMES or included.startswith(PROGRAM_PARTS))
+    if FLOORS[target] > FLOORS[floor] or target in GAMES and target != floor and floor not in ("bench", "tests"):
+        return False
+    if floor in SCRIPTS and (target == "engine" or target == "runtime" and not included.startswith("runtime/script")):
+        return False
+    if target != floor or folder_of(included) == folder_of(relative) or floor not in LEVELS:
+        return True
+    return LEVELS[floor].get(folder_of(included), 99) < LEVELS[floor].get(folder_of(relative), -1)
 
 
 def problems(root):
@@ -36,21 +74,11 @@ def problems(root):
             yield f"{relative}: {len(lines)} lines, {LONGEST} are the most"
         if path.endswith(".h") and (not lines or lines[0] != "#pragma once"):
             yield f"{relative}: does not begin with #pragma once"
-        for number, line in enumerate(lines, 1):
-            found = re.match(r'#include "([a-z_]+)/', line)
-            if not found or found.group(1) not in FLOORS:
-                continue
-            target = found.group(1)
-            if floor in GAMES and relative.startswith(PROGRAM_PARTS):
-                wrong = FLOORS[target] > FLOORS["apps"] or target in GAMES and not line[10:].startswith(PROGRAM_PARTS)
-            else:
-                upwards = FLOORS[target] > FLOORS[floor]
-                past_the_face = floor in SCRIPTS and (target == "engine" or target == "runtime" and '"runtime/script' not in line)
-                of_a_game = target in GAMES and target != floor and floor not in ("bench", "tests")
-                wrong = upwards or past_the_face or of_a_game
-                wrong = wrong or runtime_floor(target, line[10:-1]) > runtime_floor(floor, relative)
-            if wrong:
-                yield f"{relative}:{number}: {floor} may not include {line[10:-1]}"
+        if floor in LEVELS and folder_of(relative) not in LEVELS[floor] and not relative.startswith(PROGRAM_PARTS):
+            yield f"{relative}: its folder has no place in the order of {floor}/"
+        for number, target, included in includes_of(lines):
+            if not is_allowed(floor, relative, target, included):
+                yield f"{relative}:{number}: may not include {included}"
 
 
 def circles(root):
@@ -79,8 +107,31 @@ def circles(root):
             return
 
 
+def draw(root):
+    """The floors from the top down; behind each folder what it includes, and how often."""
+    seen = defaultdict(lambda: defaultdict(int))
+    for floor, path in sources(root):
+        relative = os.path.relpath(path, root)
+        own = floor + "/" + folder_of(relative)
+        for _, target, included in includes_of(open(path, encoding="utf-8").read().splitlines()):
+            to = target + "/" + folder_of(included) if target == floor else target
+            if to != own:
+                seen[own][to] += 1
+    for floor, lines in reversed(HOUSE):
+        if lines is None:
+            continue
+        print(floor + "/")
+        for line in reversed(lines):
+            for folder in line.split():
+                targets = sorted(seen[floor + "/" + folder].items())
+                shown = ", ".join(f"{to.removeprefix(floor + '/')} {count}" for to, count in targets)
+                print(f"    {folder:16} {'-> ' + shown if shown else ''}".rstrip())
+
+
 def main():
     root = sys.argv[1]
+    if "--draw" in sys.argv:
+        draw(root)
     found = list(problems(root)) + list(circles(root))
     for line in found:
         print(line)

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "runtime/variables_calls/builtin_row.h"
+#include "runtime/program/builtin_row.h"
 
 namespace arena::test {
 

@@ -6,7 +6,7 @@
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/instances_loop/world.h"
-#include "runtime/variables_calls/frame.h"
+#include "runtime/reports/frame.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

@@ -3,8 +3,8 @@
 
 #include <memory>
 
+#include "runtime/program/names.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/names.h"
 
 namespace arena::test {
 namespace {

@@ -7,9 +7,9 @@
 #include <filesystem>
 
 #include "engine/console/evaluator.h"
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
+#include "runtime/program/functions.h"
 #include "runtime/script.h"
-#include "runtime/variables_calls/functions.h"
 #include "tests/support/golden.h"
 #include "tests/support/probes.h"
 

@@ -1,5 +1,5 @@
 // Windows, tabs, combo boxes, scroll areas and text inputs in a player's hands; tooltips; the room that shows them all.
-#include "runtime/variables_calls/log.h"
+#include "runtime/reports/log.h"
 #include "tests/ui/widgets.h"
 
 namespace arena::test {

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <random>
 
-#include "runtime/variables_calls/log.h"
+#include "runtime/reports/log.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

@@ -2,7 +2,7 @@
 // A game with an interface, for tests that use it as a player does: pointer and keys through the input queue.
 #include <string>
 
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

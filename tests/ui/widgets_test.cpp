@@ -3,8 +3,8 @@
 
 #include <chrono>
 
-#include "runtime/instances_loop/input_state.h"
-#include "runtime/variables_calls/log.h"
+#include "runtime/input/input_state.h"
+#include "runtime/reports/log.h"
 #include "toolkit/support/easing.h"
 
 namespace arena::test {

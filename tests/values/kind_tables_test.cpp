@@ -4,10 +4,10 @@
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/reports/report.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/operators.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/report.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

@@ -2,10 +2,11 @@
 #include <utility>
 
 #include "runtime/arrays_structs/array.h"
+#include "runtime/arrays_structs/slots.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/program/names.h"
 #include "runtime/script.h"
 #include "runtime/values/strings.h"
-#include "runtime/variables_calls/names.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

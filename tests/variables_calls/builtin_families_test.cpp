@@ -1,5 +1,5 @@
 // The families of built-in functions, row by row. Expected values are worked out by hand.
-#include "runtime/variables_calls/functions.h"
+#include "runtime/program/functions.h"
 #include "tests/support/arguments.h"
 #include "tests/support/test_game.h"
 

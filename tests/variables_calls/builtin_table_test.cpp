@@ -3,8 +3,8 @@
 #include <sstream>
 
 #include "runtime/builtins/describe.h"
+#include "runtime/program/functions.h"
 #include "runtime/script.h"
-#include "runtime/variables_calls/functions.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "runtime/instances_loop/world.h"
-#include "runtime/variables_calls/functions.h"
+#include "runtime/program/functions.h"
 #include "tests/support/arguments.h"
 #include "tests/support/test_game.h"
 

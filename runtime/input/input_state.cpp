@@ -1,4 +1,4 @@
-#include "runtime/instances_loop/input_state.h"
+#include "runtime/input/input_state.h"
 
 #include <algorithm>
 

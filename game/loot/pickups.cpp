@@ -1,4 +1,4 @@
-#include "game/enemies/pickups.h"
+#include "game/loot/pickups.h"
 
 #include "game/combat/weapon.h"
 #include "toolkit/support/drawing.h"

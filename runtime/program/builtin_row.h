@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/names.h"
 
 namespace arena {
 

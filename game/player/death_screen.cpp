@@ -1,4 +1,4 @@
-#include "game/flow/death_screen.h"
+#include "game/player/death_screen.h"
 
 #include "toolkit/support/drawing.h"
 

@@ -1,10 +1,10 @@
-#include "runtime/variables_calls/report.h"
+#include "runtime/reports/report.h"
 
 #include <memory>
 
+#include "runtime/program/functions.h"
+#include "runtime/reports/frame.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/frame.h"
-#include "runtime/variables_calls/functions.h"
 
 namespace arena {
 namespace {
@@ -22,14 +22,6 @@ const Part<Errors> errors{PartLevel::kScripts, "errors"};
 EventDescription (*describe_event)() = nullptr;  // set once, at start-up
 // The first place is for a prefix that a host may want; this runtime has none.
 constexpr Message<Text, std::int32_t, Text, Text, Text> kHeading{"%sERROR in action number %d\nof %s for object %s:\n%s"};
-
-// Cuts at 1,023 bytes (the last byte of the buffer is its zero), never inside a UTF-8 sequence.
-void cut(std::string& message) {
-  if (message.size() < kLongestMessage) return;
-  std::size_t end = kLongestMessage - 1;
-  while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
-  message.resize(end);
-}
 
 [[noreturn]] void throw_report(std::string message) {
   std::string report = build_report(message);
@@ -54,26 +46,6 @@ void clear_error_happened() { errors().happened = false; }
 std::uint64_t error_count() { return errors().reports; }
 
 void set_event_describer(EventDescription (*describe)()) { describe_event = describe; }
-
-std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count) {
-  std::string message;
-  std::size_t next = 0;
-  for (const char* at = format; *at != 0; ++at) {
-    if (*at != '%' || next >= count) {
-      message += *at;
-      continue;
-    }
-    ++at;
-    const MessageArgument& argument = arguments[next++];
-    if (argument.type == MessageArgument::kText) {
-      message += argument.text;
-    } else {
-      message += std::to_string(argument.integer);
-    }
-  }
-  cut(message);
-  return message;
-}
 
 std::string build_report(const std::string& message) {
   const EventDescription running = describe_event != nullptr ? describe_event() : EventDescription();

@@ -1,4 +1,4 @@
-#include "runtime/variables_calls/log_repeats.h"
+#include "runtime/reports/log_repeats.h"
 
 #include <algorithm>
 #include <utility>

@@ -6,21 +6,19 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime/values/value.h"
-
 namespace arena {
 
 class BuiltinRow;
 class CInstance;
 class NameSlot;
-class PropertyObject;
+class WBObjectBase;
+struct RValue;
 
 using EventHandler = void (*)(CInstance* self, CInstance* other);
 using ScriptFunction = RValue& (*)(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, const RValue** args);
 using BuiltinFunction = void (*)(RValue& result, WBObjectBase* self, WBObjectBase* other, std::int32_t argc, RValue* args);
 
-inline constexpr std::int32_t kFirstScriptNumber = 100000;     // script n is the number 100000 + n
-inline constexpr std::int32_t kFirstExtensionNumber = 500000;  // entry n of the second table is 500000 + n
+inline constexpr std::int32_t kFirstScriptNumber = 100000;  // script n is the number 100000 + n
 
 // One compiled function. Static storage; the constructor enters it into the table.
 class CompiledFunction {
@@ -77,8 +75,6 @@ std::vector<const CompiledFunction*> all_handlers();
 // The source file of a compiled function; "" when the name is unknown.
 std::string source_file_of(std::string_view full_name);
 
-// The struct that holds the script's static variables, shared by all its closures; made on first need, one a session.
-PropertyObject* statics_of(CompiledFunction& function);
 // A method that stands in the statics of a constructor: every struct it makes, and those of the constructors based on it, have it without
 // holding it. Static storage.
 class StaticMethod {
@@ -98,9 +94,10 @@ class StaticsChain {
   StaticsChain* next;
 };
 
-// The second function table: functions that the host program adds (native extensions). Returns the number that calls it.
-std::int32_t add_extension_function(ScriptFunction function);
-ScriptFunction extension_function(std::int32_t number);  // null: none
+// Those that stand in the statics of `owner`, in order of the names of their code.
+std::vector<const StaticMethod*> static_methods_of(const CompiledFunction& owner);
+// Null: the statics of `derived` are the end of the chain.
+CompiledFunction* base_of(const CompiledFunction& derived);
 
 // For the start-up lookup: orders both tables, notes what is defined twice, returns the number of compiled functions.
 int build_function_tables(std::vector<std::string>& problems);

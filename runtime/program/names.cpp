@@ -1,14 +1,13 @@
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/names.h"
 
 #include <algorithm>
 #include <chrono>
 #include <map>
 
-#include "runtime/arrays_structs/shape.h"
+#include "runtime/program/builtin_row.h"
+#include "runtime/program/functions.h"
+#include "runtime/program/messages.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/builtin_row.h"
-#include "runtime/variables_calls/functions.h"
-#include "runtime/variables_calls/report.h"
 
 namespace arena {
 namespace {
@@ -79,7 +78,6 @@ void fill_variable_slots(LookupResult& result) {
     if (name->type == NameSlot::Type::kVariable) name->slot = names_of_code.find(name->text);
   }
   result.variables = names_of_code.end();
-  set_shape_table_size(names_of_code.end());
 }
 
 LookupResult run_lookup() {
@@ -128,6 +126,7 @@ std::string_view variable_name(std::int32_t id) {
   return name_at(id);
 }
 
+std::int32_t code_name_count() { return names_of_code.end(); }
 std::int32_t variable_id_count() { return session_names().made.end(); }
 
 std::string LookupResult::report() const {

@@ -9,11 +9,9 @@
 #include <string>
 #include <utility>
 
-#include "runtime/variables_calls/messages.h"
+#include "runtime/program/messages.h"
 
 namespace arena {
-
-inline constexpr std::size_t kLongestMessage = 1024;  // bytes; longer messages are cut between characters
 
 class WBKSLException : public std::exception {
  public:
@@ -52,23 +50,7 @@ struct EventDescription {
 };
 void set_event_describer(EventDescription (*describe)());
 
-struct MessageArgument {
-  enum { kText, kInteger, kSerial } type;
-  Text text;
-  std::int64_t integer = 0;
-  MessageArgument(Text value) : type(kText), text(value) {}
-  MessageArgument(std::int32_t value) : type(kInteger), integer(value) {}
-  MessageArgument(Serial value) : type(kSerial), integer(value.number) {}
-};
-
-std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count);
 void report_formatted(std::string message);
-
-template <class... Parameters>
-std::string format_message(const Message<Parameters...>& message, std::type_identity_t<Parameters>... values) {
-  const MessageArgument arguments[sizeof...(Parameters) + 1] = {MessageArgument(values)..., MessageArgument(0)};
-  return format_message(message.format, arguments, sizeof...(Parameters));
-}
 
 // Throws WBKSLException, or returns when errors are suppressed.
 template <class... Parameters>

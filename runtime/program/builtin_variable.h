@@ -1,14 +1,15 @@
 #pragma once
-// The table of built-in variables: of instances (x, image_angle, ...) and of the world (delta_time, mouse_x, room_width, ...).
+// The table of built-in variables: of instances (x, image_angle, ...) and of the world (delta_time, mouse_x, room_width, ...). What they
+// read and write stands in instances_loop/builtin_variables.cpp.
 #include <cstdint>
 #include <string_view>
 
-#include "runtime/values/value.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/names.h"
 
 namespace arena {
 
 class CInstance;
+struct RValue;
 
 // Static storage. `index` counts only where the variable is an array (alarm, view_camera), and lies inside it. A null `set` makes it
 // read-only.

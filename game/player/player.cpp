@@ -1,8 +1,8 @@
 // The player: walking with friction, the dash, the carried gun, hits and death. Pixels and seconds.
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
-#include "game/enemies/pickups.h"
-#include "game/flow/death_screen.h"
+#include "game/loot/pickups.h"
+#include "game/player/death_screen.h"
 #include "game/support/found.h"
 #include "toolkit/support/motion.h"
 

@@ -1,8 +1,8 @@
 // A modifier: multipliers and additions that change how a gun fires; and the pickup through which it reaches the gun.
-#include "game/enemies/modifier.h"
+#include "game/loot/modifier.h"
 
 #include "game/combat/weapon.h"
-#include "game/enemies/pickups.h"
+#include "game/loot/pickups.h"
 #include "toolkit/support/motion.h"
 
 namespace arena::game {

@@ -1,4 +1,4 @@
-#include "runtime/variables_calls/builtin_row.h"
+#include "runtime/program/builtin_row.h"
 
 #include <algorithm>
 

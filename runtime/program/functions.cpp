@@ -1,15 +1,11 @@
-#include "runtime/variables_calls/functions.h"
+#include "runtime/program/functions.h"
 
 #include <algorithm>
 #include <cstring>
-#include <tuple>
+#include <iterator>
 
-#include "runtime/arrays_structs/holder.h"
-#include "runtime/arrays_structs/method.h"
-#include "runtime/arrays_structs/struct.h"
-#include "runtime/session/state.h"
-#include "runtime/variables_calls/builtin_row.h"
-#include "runtime/variables_calls/names.h"
+#include "runtime/program/builtin_row.h"
+#include "runtime/program/names.h"
 
 namespace arena {
 namespace {
@@ -23,26 +19,6 @@ std::vector<const StaticMethod*> static_methods;
 std::vector<BuiltinEntry> builtins;
 
 constexpr std::string_view kScriptPrefix = "ksl_Script_";
-
-// The static structs of a session, by script: in order of names, for the order of the chain is the linker's.
-class Statics final : public Holder {
- public:
-  void visit_values(ValueVisitor& visitor) override {
-    for (PropertyObject* const object : made) {
-      if (object != nullptr) visitor(RValue::of_object(object));
-    }
-  }
-  std::vector<PropertyObject*> made = std::vector<PropertyObject*>(scripts.size());
-
-  using State = std::vector<PropertyObject*>;
-  void save(State& into) const { into = made; }
-  void load(const State& from) { made = from; }
-  void restart() { std::fill(made.begin(), made.end(), nullptr); }
-  static constexpr std::size_t kFieldsBegin = sizeof(Holder);
-  static constexpr auto fields() { return std::tuple(field("made", &Statics::made)); }
-};
-const StatePart<Statics> statics_part{PartLevel::kScripts, "statics"};
-const Part<std::vector<ScriptFunction>> extensions{PartLevel::kScripts, "extension functions"};
 
 template <class Entry>
 bool by_name(const Entry* left, const Entry* right) {
@@ -143,31 +119,18 @@ StaticsChain::StaticsChain(CompiledFunction& from, CompiledFunction& to) : deriv
   first_chain = this;
 }
 
-PropertyObject* statics_of(CompiledFunction& function) {
-  PropertyObject*& made = statics_part().made[static_cast<std::size_t>(function.index)];
-  if (made != nullptr) return made;
-  PropertyObject* const statics = new PropertyObject(ObjectKind::kStruct);
+std::vector<const StaticMethod*> static_methods_of(const CompiledFunction& owner) {
+  std::vector<const StaticMethod*> found;
+  std::copy_if(static_methods.begin(), static_methods.end(), std::back_inserter(found),
+               [&](const StaticMethod* method) { return &method->owner == &owner; });
+  return found;
+}
+
+CompiledFunction* base_of(const CompiledFunction& derived) {
   for (const StaticsChain* chain = first_chain; chain != nullptr; chain = chain->next) {
-    if (&chain->derived == &function) statics->prototype = statics_of(chain->base);
+    if (&chain->derived == &derived) return &chain->base;
   }
-  for (const StaticMethod* method : static_methods) {
-    if (&method->owner != &function) continue;
-    RValue closure;
-    make_method(closure, method->code, nullptr);
-    store_variable(statics, method->name.slot, closure);
-  }
-  made = statics;  // complete, or not there
-  return statics;
-}
-
-std::int32_t add_extension_function(ScriptFunction function) {
-  extensions().push_back(function);
-  return kFirstExtensionNumber + static_cast<std::int32_t>(extensions().size());
-}
-
-ScriptFunction extension_function(std::int32_t number) {
-  const std::int64_t place = static_cast<std::int64_t>(number) - kFirstExtensionNumber - 1;
-  return place >= 0 && place < static_cast<std::int64_t>(extensions().size()) ? extensions()[static_cast<std::size_t>(place)] : nullptr;
+  return nullptr;
 }
 
 }  // namespace arena

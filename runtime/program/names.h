@@ -25,6 +25,8 @@ std::int32_t variable_id(std::string_view name);       // finds or allocates
 std::int32_t find_variable_id(std::string_view name);  // -1: nobody ever used the name
 std::string_view variable_name(std::int32_t id);       // "<unknown>" for an id that does not exist
 std::int32_t variable_id_count();
+// Those that code holds, 0 to count - 1: the ids that the tables of shapes cover.
+std::int32_t code_name_count();
 
 struct LookupResult {
   double total_ms, functions_ms, variables_ms, check_ms;

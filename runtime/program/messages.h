@@ -2,12 +2,15 @@
 // Every message that the runtime reports, once, with the kinds of its placeholders. A wrong count of placeholders does not compile.
 //
 // Messages that nothing in this runtime can raise are listed at the end of this file with the reason.
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 namespace arena {
+
+inline constexpr std::size_t kLongestMessage = 1024;  // bytes; longer messages are cut between characters
 
 // %s takes a Text, %d a 32-bit integer, %p the serial number of a heap object.
 using Text = std::string_view;
@@ -35,6 +38,24 @@ struct Message {
     return 'd';
   }
 };
+
+struct MessageArgument {
+  enum { kText, kInteger, kSerial } type;
+  Text text;
+  std::int64_t integer = 0;
+  MessageArgument(Text value) : type(kText), text(value) {}
+  MessageArgument(std::int32_t value) : type(kInteger), integer(value) {}
+  MessageArgument(Serial value) : type(kSerial), integer(value.number) {}
+};
+
+// The text with its placeholders filled in, cut to the longest message.
+std::string format_message(const char* format, const MessageArgument* arguments, std::size_t count);
+
+template <class... Parameters>
+std::string format_message(const Message<Parameters...>& message, std::type_identity_t<Parameters>... values) {
+  const MessageArgument arguments[sizeof...(Parameters) + 1] = {MessageArgument(values)..., MessageArgument(0)};
+  return format_message(message.format, arguments, sizeof...(Parameters));
+}
 
 namespace messages {
 

@@ -1,11 +1,11 @@
-#include "runtime/variables_calls/log.h"
+#include "runtime/reports/log.h"
 
 #include <deque>
 #include <mutex>
 #include <utility>
 
+#include "runtime/reports/log_repeats.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/log_repeats.h"
 
 namespace arena {
 namespace {
