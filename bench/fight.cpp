@@ -30,7 +30,7 @@ class FightScene {
  public:
   explicit FightScene(const Fight& fight) : fight_(fight) {
     world().enter_room(1);
-    using namespace arena::game;
+    using namespace game;
     oLevel1[wave_pause] = true;  // no waves of its own
     for (int i = 0; i < fight.enemies; ++i) add_enemy();
     for (int i = 0; i < fight.projectiles; ++i) bullets_.push_back(add_bullet());
@@ -40,7 +40,7 @@ class FightScene {
 
   // What happens before a frame: nobody dies by accident, bullets that were spent are replaced, and so many hits fall.
   void prepare() {
-    using namespace arena::game;
+    using namespace game;
     oPlayer[x] = 1800;
     oPlayer[y] = 1800;
     oPlayer[hp] = 1e15;
@@ -62,12 +62,12 @@ class FightScene {
   double somewhere(int from, int to) { return from + static_cast<int>(next_random() % static_cast<std::uint32_t>(to - from)); }
   // Around the player, on the floor of the arena.
   void add_enemy() {
-    using namespace arena::game;
+    using namespace game;
     instance_create_layer(somewhere(0, 3600), somewhere(0, 3600), "layMobs", oEnemy);
   }
   // In flight beside the crowd, where it meets nobody; all of it takes part in the search for collisions.
   std::int32_t add_bullet() {
-    using namespace arena::game;
+    using namespace game;
     const Instance bullet = instance_create_layer(somewhere(5000, 6500), somewhere(0, 3600), "layBullets", oBulletProjectile);
     bullet[h_speed] = somewhere(-200, 200);
     bullet[v_speed] = somewhere(-200, 200);

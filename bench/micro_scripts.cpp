@@ -3,26 +3,26 @@
 
 #include "toolkit/ui/widget.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable alpha_field{"bench_alpha"}, beta{"bench_beta"}, gamma{"bench_gamma"}, method_slot{"bench_method"}, list{"bench_list"};
 const Variable global_value{"bench_global"}, kept{"bench_kept"};
 }  // namespace
 extern const Script<Real(Real a, Real b, Real c)> BenchThree;
 extern const Script<Value(Value a, Value b, Value c)> BenchThreeBoxed;
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(BenchThree, Real a, Real, Real) { return a; }
 SCRIPT(BenchThreeBoxed, Value a, Value, Value) { return a; }
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr int kBenchOwner = 0;
 }
-}  // namespace arena::game
+}  // namespace game
 METHOD(Value, kBenchOwner, benchMethod, Value a) { return a; }
 
-namespace arena::game {
+namespace game {
 
 MicroBench::MicroBench() : object_(struct_of({{alpha_field, 1}, {beta, 2}, {hp, 3}, {gamma, 4}})) {
   global[global_value] = 5;
@@ -108,4 +108,4 @@ void WidgetBench::arrange() {
   if (bool(root_[layout_dirty])) game::arrange(root_, 1280, 720);
 }
 
-}  // namespace arena::game
+}  // namespace game

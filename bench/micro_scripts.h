@@ -1,7 +1,7 @@
 #pragma once
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Each runs an operation n times. Nothing else is alive in the script's world.
 class MicroBench {
@@ -36,4 +36,4 @@ class WidgetBench {
   Value root_;
 };
 
-}  // namespace arena::game
+}  // namespace game

@@ -3,7 +3,7 @@
 #include "arena/assets.h"
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Motion
 inline const Variable h_speed{"h_speed"};
@@ -51,4 +51,4 @@ inline const Variable game_ui_style{"game_ui_style"};
 inline const Variable music_player{"music_player"};
 inline const Variable decals{"decals"};
 
-}  // namespace arena::game
+}  // namespace game

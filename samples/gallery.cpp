@@ -4,7 +4,7 @@
 #include "toolkit/support/particles.h"
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 extern const Script<void(Value, Value)> gallery_count, gallery_dance, gallery_close_dialog;
 
 namespace {
@@ -104,7 +104,7 @@ Value tabs_window() {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(gallery_count, Value, Value) { oGallery[clicks] += 1; }
 

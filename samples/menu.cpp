@@ -4,7 +4,7 @@
 #include "toolkit/support/motion.h"
 #include "toolkit/support/particles.h"
 
-namespace arena::game {
+namespace game {
 extern const Script<void(Value, Value)> menu_open;
 
 namespace {
@@ -61,7 +61,7 @@ Value make_lights() {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(menu_open, Value card, Value) { room_goto(card[getData]("room")); }
 

@@ -7,7 +7,7 @@
 #include "toolkit/support/resolution.h"
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable manager_update{"update"};
@@ -52,7 +52,7 @@ void follow_window() {
   manager[fitRoom]();
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oSample, Create_0) {
   self[interface] = TuiMain.make();

@@ -8,7 +8,7 @@
 #include "samples/assets.h"
 #include "toolkit/ui/ui.h"
 
-namespace arena::game {
+namespace game {
 
 class Sample {
  public:
@@ -36,4 +36,4 @@ Value make_title_style();
 // Keeps window, GUI and view together: once a step.
 void follow_window();
 
-}  // namespace arena::game
+}  // namespace game

@@ -3,7 +3,7 @@
 #include "toolkit/support/drawing.h"
 #include "toolkit/support/particles.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Sample sample{rSparks, "Particles", "A fountain at the pointer. Click for a burst", sprFountain};
@@ -27,7 +27,7 @@ Value slider_row(Self self, const char* name, const char* variable, Real lowest,
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oSparks, Create_0) {
   event_inherited();

@@ -2,7 +2,7 @@
 // The names of variables that the scripts of every game share, and a few numbers with names.
 #include "runtime/script.h"
 
-namespace arena::game {
+namespace game {
 
 // Motion and timing
 inline const Variable dt_steady{"dt_steady"};
@@ -18,4 +18,4 @@ inline constexpr int kNoCursor = -1, kArrowCursor = 0;
 // Colours: blue, green, red from the high byte down.
 inline constexpr int c_white = 0xFFFFFF, c_red = 0x0000FF, c_lime = 0x00FF00;
 
-}  // namespace arena::game
+}  // namespace game

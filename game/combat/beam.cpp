@@ -3,7 +3,7 @@
 #include "game/combat/names.h"
 #include "game/support/found.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable beam_width{"beam_width"}, start_x{"start_x"}, start_y{"start_y"}, end_x{"end_x"}, end_y{"end_y"};
@@ -17,7 +17,7 @@ constexpr Real kGlowAlpha = 0.35;                              // a glow that en
 constexpr int kGlowColour = 0xFFC850, kCoreColour = 0xFFF4E0;  // sky blue around white
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oBulletBeam, Create_0) {
   event_inherited();

@@ -28,7 +28,7 @@ EVENT(oBulletProjectile, Step_0) {
   if (self[h_speed] != 0 || self[v_speed] != 0) self[image_angle] = point_direction(0, 0, self[h_speed], self[v_speed]);
 }
 
-namespace arena::game {
+namespace game {
 namespace {
 
 // The push comes from where the bullet was fired. The bullet is spent even on whom it may not hurt.
@@ -40,7 +40,7 @@ void hit(Instance self, Instance struck) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oBulletProjectile, Collision_oParentEnemy) { hit(self, other); }
 EVENT(oBulletProjectile, Collision_oPlayer) { hit(self, other); }

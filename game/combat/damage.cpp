@@ -3,7 +3,7 @@
 #include "game/combat/names.h"
 #include "game/support/warnings.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable warned_of_droplets{"warned_of_droplets"};
 constexpr int kMostDroplets = 20000;  // alive at once: each is an instance with a Step of its own
@@ -21,7 +21,7 @@ Value play_varied(const Value& handle) {
   if (audio_exists(handle)) audio_sound_pitch(handle, random_range(0.8, 1.2));
   return handle;
 }
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(canDamageTarget, Value attacker_faction, Value target_faction, Value may_hurt_friends) {
   if (target_faction == kVulnerableFaction) return true;

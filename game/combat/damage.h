@@ -2,7 +2,7 @@
 // Who may hurt whom, what a hit sheds, and where it is heard.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Script<Value(Value attacker_faction, Value target_faction, Value may_hurt_friends)> canDamageTarget;
 // A droplet that flies off and settles; red unless a colour is given. Pixels/s and degrees. Where too many fly already it is left out.
@@ -20,4 +20,4 @@ Real droplets_of(Real wanted);
 // Plays with a pitch a little off, so that repeated sounds do not drone.
 Value play_varied(const Value& handle);
 
-}  // namespace arena::game
+}  // namespace game

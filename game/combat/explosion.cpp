@@ -4,7 +4,7 @@
 #include "game/decals/stickers.h"
 #include "game/support/found.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable radius{"radius"}, expand_speed{"expand_speed"}, current_radius{"current_radius"}, max_radius{"max_radius"};
@@ -15,7 +15,7 @@ constexpr int kOrange = 0x40A0FF, kYellow = 65535;
 constexpr Real kOuterAlpha = 0.5, kInnerAlpha = 0.3, kInnerShare = 0.7;
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oExplosion, explode) {
   if (self[has_exploded]) return;

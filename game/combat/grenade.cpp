@@ -2,7 +2,7 @@
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable has_stopped{"has_stopped"}, rotation_multiplier{"rotation_multiplier"}, radius{"radius"};
@@ -10,7 +10,7 @@ constexpr Real kStopSpeed = 10;  // pixels/s
 constexpr Real kSpin = 2;        // at most so many degrees a second for each pixel/s, either way
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oBulletGrenade, explode) {
   const Instance blast = instance_create_layer(self[x], self[y], "layBullets", oExplosion);

@@ -5,7 +5,7 @@
 #include "game/support/warnings.h"
 #include "toolkit/support/drawing.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable offset_distance{"offset_distance"}, offset_angle_offset{"offset_angle_offset"}, follow_speed{"follow_speed"};
@@ -55,7 +55,7 @@ const Variable* const kDefinitionFields[] = {&rarity,
 bool has(const Value& stats, const Variable& field) { return variable_struct_exists(stats, field.text); }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oGun, applyModifiers) {
   for (const Statistic& each : kStatistics) self[each.current] = self[each.base];
@@ -151,7 +151,7 @@ METHOD(void, oGun, setStats, Value stats) {
 // The flash is marked here, painted by the gun's Draw in the same frame, and over when the next one begins.
 METHOD(Value, oGun, createMuzzleFlash) { return self[flash_time] = 1, undefined; }
 
-namespace arena::game {
+namespace game {
 namespace {
 
 void launch(Instance bullet, Real pixels_per_second, Real angle) {
@@ -191,7 +191,7 @@ Value shoot(Instance self, Real muzzle_x, Real muzzle_y, Real angle) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(Value, oGun, fireWeapon) {
   self[applyModifiers]();

@@ -2,7 +2,7 @@
 // Names of guns, bullets and the player.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 // A gun's statistics: what its definition gives, and what the modifiers make of it.
 inline const Variable base_damage{"base_damage"}, base_speed{"base_speed"}, base_fire_rate{"base_fire_rate"}, base_spread{"base_spread"};
@@ -37,4 +37,4 @@ inline constexpr int kVulnerableFaction = 3;
 extern const Constructor Weapon;
 extern const Constructor Modifier;
 
-}  // namespace arena::game
+}  // namespace game

@@ -1,7 +1,7 @@
 // Weapon definitions: plain bags of statistics that travel through pickups.
 #include "game/combat/weapon.h"
 
-namespace arena::game {
+namespace game {
 
 namespace {
 
@@ -38,7 +38,7 @@ void copy_fields(const Value& from, ObjectSelf to) {
   for (const Value& field : elements(names)) variable_struct_set(to, field, variable_struct_get(from, field));
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(Weapon, Value label, Value stats) {
   self[name] = label;

@@ -2,7 +2,7 @@
 // Weapon definitions and the random choice among them.
 #include "game/combat/names.h"
 
-namespace arena::game {
+namespace game {
 
 // One definition, each of the wanted rarity equally likely; of any when -1 or left out, or when none has it.
 extern const Script<Value(Value wanted_rarity)> randomWeapon;
@@ -13,4 +13,4 @@ int weapon_picture(const Value& definition);
 // Writes every field of a struct into another object, in order.
 void copy_fields(const Value& from, ObjectSelf to);
 
-}  // namespace arena::game
+}  // namespace game

@@ -1,13 +1,13 @@
 #include "game/decals/stickers.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable stamps{"stamps"};
 constexpr int kDestroyed = -1;
 
 Value or_else(const Value& given, const Value& otherwise) { return is_undefined(given) ? otherwise : given; }
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(Stickers, Value capacity) { self[stamps] = stamps_create(capacity); }
 

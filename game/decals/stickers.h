@@ -3,7 +3,7 @@
 // Draw it with DrawCamera() in a Draw event, free it with Destroy() in Clean Up.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Constructor Stickers;
 // (sprite, image, x, y, xscale, yscale, angle, colour, alpha): scales 1, angle 0, white and opaque where left out
@@ -14,4 +14,4 @@ inline const Variable Clear{"Clear"};
 inline const Variable Count{"Count"};
 inline const Variable At{"At"};  // (index) a struct {sprite, image, x, y, xscale, yscale, angle, color, alpha}; the newest last
 
-}  // namespace arena::game
+}  // namespace game

@@ -3,13 +3,13 @@
 #include "game/combat/names.h"
 #include "game/decals/stickers.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable anim_timer{"anim_timer"}, frame_duration{"frame_duration"}, anim_loop{"anim_loop"};
 constexpr Real kSettledSpeed = 5;  // pixels/s
 constexpr int kSplatPictures = 6;  // of each splat sprite
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oBlood, Create_0) {
   self[h_speed] = 0;

@@ -3,7 +3,7 @@
 #include "game/enemies/crowd.h"
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable strafe_direction{"strafe_direction"}, strafe_timer{"strafe_timer"}, strafe_interval{"strafe_interval"};
@@ -17,7 +17,7 @@ constexpr Real kDeadBand = 20;      // pixels off the wanted range that do not m
 constexpr Real kSightInRanges = 4;  // it shoots within so many times its greatest range
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oEnemyBoss, onDeath) { die_in_combat(self); }
 

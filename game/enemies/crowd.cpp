@@ -4,7 +4,7 @@
 #include "game/support/spatial_hash.h"
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr Real kSeparationRadius = 64;         // pixels: beyond it neighbours do not matter
 constexpr Real kSeparationForce = 1000;        // pixels/s when touching, falling to 0 at the radius
@@ -60,4 +60,4 @@ void die_in_combat(Instance self) {
   instance_destroy(self);
 }
 
-}  // namespace arena::game
+}  // namespace game

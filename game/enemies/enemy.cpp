@@ -2,12 +2,12 @@
 #include "game/combat/names.h"
 #include "game/enemies/crowd.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr Real kWalkSpeed = 100;  // pixels/s
 constexpr int kDarkGreen = 32768;
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oEnemy, onDeath) { die_in_combat(self); }
 

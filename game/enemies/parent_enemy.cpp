@@ -2,11 +2,11 @@
 #include "game/combat/damage.h"
 #include "game/combat/names.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr Real kBarWidth = 32, kBarHeight = 4, kBarGap = 10;  // pixels
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oParentEnemy, takeDamage, Value amount, Value from_x, Value from_y, Value push) {
   const auto or_zero = [](const Value& given) -> Real { return is_undefined(given) ? 0 : given; };

@@ -5,14 +5,14 @@
 #include "game/support/spatial_hash.h"
 #include "toolkit/support/resolution.h"
 
-namespace arena::game {
+namespace game {
 extern const Script<void()> initDebug;
 extern const Script<void()> updateDebug;
 namespace {
 const Variable play{"play"};
 constexpr int kMostDecals = 50000;
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 // Hooks for whoever debugs the game: empty on purpose.
 SCRIPT(initDebug) {}

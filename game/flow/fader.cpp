@@ -1,11 +1,11 @@
 // A faint flash that fades out over a tenth of a second: the dash's trail. It is not drawn before its first Step gave it its alpha.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable timer{"timer"};
 }
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oFader, Create_0) { self[timer] = 0.1; }
 

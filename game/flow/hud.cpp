@@ -3,7 +3,7 @@
 #include "game/combat/names.h"
 #include "game/loot/modifier.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable flex_grow{"flex_grow"};
@@ -100,4 +100,4 @@ void rebuild_weapon_panel() {
   }
 }
 
-}  // namespace arena::game
+}  // namespace game

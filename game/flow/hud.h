@@ -2,7 +2,7 @@
 // The panels of a fight: waves, the player's bars, the weapon with its slots.
 #include "toolkit/ui/ui.h"
 
-namespace arena::game {
+namespace game {
 
 inline const Variable ui_waves{"ui_waves"}, ui_player_hud{"ui_player_hud"}, ui_weapon{"ui_weapon"}, ui_hpbar{"ui_hpbar"},
     ui_energybar{"ui_energybar"};
@@ -12,4 +12,4 @@ void build_hud();
 // The weapon panel anew: the weapon's picture and a box for each slot, with the modifier in it. Empty where there is no weapon.
 void rebuild_weapon_panel();
 
-}  // namespace arena::game
+}  // namespace game

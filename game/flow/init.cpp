@@ -3,7 +3,7 @@
 #include "toolkit/support/music.h"
 #include "toolkit/ui/ui.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable volume{"volume"}, load{"load"};
@@ -98,7 +98,7 @@ Value build_weapons() {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oInit, Create_0) {
   randomize();

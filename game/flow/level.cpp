@@ -5,7 +5,7 @@
 #include "game/support/camera.h"
 #include "game/support/warnings.h"
 
-namespace arena::game {
+namespace game {
 extern const Script<void(Value at_x, Value at_y, Value object)> spawnMob;
 namespace {
 
@@ -31,7 +31,7 @@ void spawn(const ObjectName& object) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(spawnMob, Value at_x, Value at_y, Value object) { instance_create_layer(at_x, at_y, "layMobs", object); }
 

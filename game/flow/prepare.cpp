@@ -5,7 +5,7 @@
 #include "toolkit/support/drawing.h"
 #include "toolkit/support/resolution.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable start_timer{"start_timer"}, start_timer_on{"start_timer_on"}, pistol{"pistol"}, update{"update"};
@@ -22,7 +22,7 @@ void write(Real from_top, Real scale, int colour, const Value& text) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oPrepare1, Create_0) {
   self[start_timer] = kCountdown;

@@ -5,7 +5,7 @@
 #include "game/loot/pickups.h"
 #include "toolkit/ui/ui.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable screen_name{"name"}, left{"inset_left"}, top{"inset_top"};
@@ -33,7 +33,7 @@ Value make_card(int colour, const Value& sprite, int frame, const Value& title, 
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 // What is chosen falls at the player's feet.
 METHOD(Value, oLevel1, takeWeaponCard, Value card) {

@@ -2,7 +2,7 @@
 // The reward screen: a weapon and a modifier to choose from. Methods of oLevel1, which stands still meanwhile.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 inline const Variable wave_pause{"wave_pause"}, reward_screen{"reward_screen"};
 inline const Variable closeRewardScreen{"closeRewardScreen"}, createReward{"createReward"};
@@ -11,4 +11,4 @@ inline const Variable closeRewardScreen{"closeRewardScreen"}, createReward{"crea
 extern const Method oLevel1_createReward;
 extern const Method oLevel1_closeRewardScreen;
 
-}  // namespace arena::game
+}  // namespace game

@@ -5,7 +5,7 @@
 #include "game/loot/pickups.h"
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 // The frames of the default picture, which the modifiers without one of their own share. The first is for whoever is not listed.
@@ -34,7 +34,7 @@ int modifier_picture(const Value& definition) {
   return 0;
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(Modifier, Value label, Value category, Value overrides) {
   self[name] = label;

@@ -4,7 +4,7 @@
 #include "toolkit/support/drawing.h"
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable pickup_range{"pickup_range"}, is_highlighted{"is_highlighted"}, rotation_speed{"rotation_speed"};
@@ -54,7 +54,7 @@ void refresh_weapon_ui() {
   oControl[updateWeaponUI]();
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(getColorByRarity, Value level) {
   for (int at = 0; at < 6; ++at) {

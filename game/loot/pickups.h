@@ -4,7 +4,7 @@
 
 #include "game/combat/names.h"
 
-namespace arena::game {
+namespace game {
 
 inline const Variable pickup_hint{"pickup_hint"}, bob_speed{"bob_speed"}, bob_height{"bob_height"};
 
@@ -26,4 +26,4 @@ void hand_over_gun(Instance taker, Instance pickup);
 // Shows the weapon anew, where there is a controller that can.
 void refresh_weapon_ui();
 
-}  // namespace arena::game
+}  // namespace game

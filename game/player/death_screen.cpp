@@ -2,14 +2,14 @@
 
 #include "toolkit/support/drawing.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable text{"text"};
 constexpr int kKeySpace = 32;
 constexpr int kVeilColour = 0x180810, kMessageColour = 0xE8ECFF;  // dark wine, pale rose
 constexpr Real kVeilAlpha = 0.6;
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(showDeathScreen) { instance_create_layer(0, 0, "layUI", oDeathScreen); }
 

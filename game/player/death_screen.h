@@ -1,9 +1,9 @@
 #pragma once
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Shows the end of the run with its kills; Space starts anew.
 extern const Script<void()> showDeathScreen;
 
-}  // namespace arena::game
+}  // namespace game

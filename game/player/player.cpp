@@ -6,7 +6,7 @@
 #include "game/support/found.h"
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable invulnerable{"invulnerable"}, invulnerable_timer{"invulnerable_timer"}, invulnerable_duration{"invulnerable_duration"};
@@ -36,7 +36,7 @@ void draw_corner(Real size, Real turn) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, oPlayer, takeDamage, Value amount, Value source_x, Value source_y, Value push) {
   const Value strength = is_undefined(push) ? Value(0) : push;

@@ -2,7 +2,7 @@
 
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 extern const Constructor TarnCamera;
 namespace {
 
@@ -44,7 +44,7 @@ void place_rectangle(ObjectSelf self) {
 Real approached(Real from, Real to, Real amount) { return amount == 0 ? to : SmoothApproachDelta(from, to, amount); }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(void, TarnCamera, init, Value target) {
   if (!is_undefined(target)) self[target_object] = target;

@@ -3,7 +3,7 @@
 // room's view each frame. getTarnCamera() gives the struct; its methods are called on it: getTarnCamera()[applyShake](6, 0.1).
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Script<Value()> getTarnCamera;
 
@@ -14,4 +14,4 @@ inline const Variable drawDebug{"drawDebug"};
 inline const Variable setPosition{"setPosition"};
 inline const Variable applyShake{"applyShake"};
 
-}  // namespace arena::game
+}  // namespace game

@@ -2,7 +2,7 @@
 // What a search found, as a range: for (const auto& [place, target] : found) { ... }
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 // A list for the collision functions that lives as long as this. Walked in its order; who is gone when his turn comes is left out.
 class FoundInstances {
@@ -39,4 +39,4 @@ class FoundInstances {
   End end() const { return {}; }
 };
 
-}  // namespace arena::game
+}  // namespace game

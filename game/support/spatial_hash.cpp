@@ -1,6 +1,6 @@
 #include "game/support/spatial_hash.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr int kCells = 100;     // each way
 constexpr Real kCellSize = 40;  // pixels
@@ -9,7 +9,7 @@ constexpr Real kCellSize = 40;  // pixels
 int cell_of(Real coordinate) { return saturate_int32(floor(coordinate / kCellSize).number()); }
 int cell_of(const Value& coordinate) { return saturate_int32(checked::floor(coordinate / kCellSize).number()); }
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 // Empty from the beginning, also where no controller clears it.
 GLOBAL_SCRIPT(SPATIAL_HASH) {

@@ -1,6 +1,6 @@
 #include "game/support/warnings.h"
 
-namespace arena::game {
+namespace game {
 
 void warn_once(const Variable& told, const char* message) {
   if (variable_global_exists(told.text)) return;
@@ -8,4 +8,4 @@ void warn_once(const Variable& told, const char* message) {
   show_debug_message(string_of("WARNING: {0}", message));
 }
 
-}  // namespace arena::game
+}  // namespace game

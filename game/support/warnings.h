@@ -2,9 +2,9 @@
 // Messages to whoever set a number too high.
 #include "game/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Logs the message the first time in a run; `told` is a global of that run.
 void warn_once(const Variable& told, const char* message);
 
-}  // namespace arena::game
+}  // namespace game

@@ -198,29 +198,31 @@ struct SelfOf<ObjectName> {
 }  // namespace arena::script
 
 // The scripts of the game live here; the names of the script layer are within reach, and hide the C library's.
-namespace arena::game {
+namespace game {
 using namespace arena::script;
 }
 
-#define EVENT(object, event)                                                                                                         \
-  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                                               \
-  namespace arena::game {                                                                                                            \
-  struct Event_##object##_##event {                                                                                                  \
-    static void body(Self self, Instance other);                                                                                     \
-  };                                                                                                                                 \
-  static CompiledFunction registered_##object##_##event{"ksl_Object_" #object "_" #event, __FILE__, &ksl_Object_##object##_##event}; \
-  }                                                                                                                                  \
-  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other) {                                              \
-    const arena::FrameScope frame(arena::game::registered_##object##_##event.name, self, other);                                     \
-    arena::game::Event_##object##_##event::body(arena::script::Self(self), arena::script::Instance(other));                          \
-  }                                                                                                                                  \
-  void arena::game::Event_##object##_##event::body([[maybe_unused]] Self self, [[maybe_unused]] Instance other)
+#define EVENT(object, event)                                                                               \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other);                     \
+  namespace game {                                                                                         \
+  struct Event_##object##_##event {                                                                        \
+    static void body(Self self, Instance other);                                                           \
+  };                                                                                                       \
+  static arena::CompiledFunction registered_##object##_##event{"ksl_Object_" #object "_" #event, __FILE__, \
+                                                               &ksl_Object_##object##_##event};            \
+  }                                                                                                        \
+  void ksl_Object_##object##_##event(arena::CInstance* self, arena::CInstance* other) {                    \
+    const arena::FrameScope frame(game::registered_##object##_##event.name, self, other);                  \
+    game::Event_##object##_##event::body(arena::script::Self(self), arena::script::Instance(other));       \
+  }                                                                                                        \
+  void game::Event_##object##_##event::body([[maybe_unused]] Self self, [[maybe_unused]] Instance other)
 
 // The boxed entry beside a body: opens the frame and unpacks the arguments.
-#define ARENA_ENTRY(holder, full_name)                                                                                                  \
-  static RValue& entry(WBObjectBase* self_object, WBObjectBase* other_object, RValue& result, std::int32_t argc, const RValue** args) { \
-    const FrameScope frame(full_name, self_object, other_object);                                                                       \
-    return call_entry(&holder::body, self_object, other_object, result, argc, args);                                                    \
+#define ARENA_ENTRY(holder, full_name)                                                                                    \
+  static arena::RValue& entry(arena::WBObjectBase* self_object, arena::WBObjectBase* other_object, arena::RValue& result, \
+                              std::int32_t argc, const arena::RValue** args) {                                            \
+    const arena::FrameScope frame(full_name, self_object, other_object);                                                  \
+    return arena::script::call_entry(&holder::body, self_object, other_object, result, argc, args);                       \
   }
 
 namespace arena::script {
@@ -261,74 +263,75 @@ struct NumberBodies<Script<Result(Parameters...)>, Holder> {
 };
 }  // namespace arena::script
 
-#define SCRIPT(name, ...)                                                                                    \
-  namespace arena::game {                                                                                    \
-  struct Script_##name {                                                                                     \
-    static decltype(name)::ResultType body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);    \
-    ARENA_ENTRY(Script_##name, "ksl_Script_" #name)                                                          \
-  };                                                                                                         \
-  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::body, &Script_##name::entry};     \
-  }                                                                                                          \
-  decltype(arena::game::name)::ResultType arena::game::Script_##name::body([[maybe_unused]] ObjectSelf self, \
-                                                                           [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+#define SCRIPT(name, ...)                                                                                 \
+  namespace game {                                                                                        \
+  struct Script_##name {                                                                                  \
+    static decltype(name)::ResultType body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__); \
+    ARENA_ENTRY(Script_##name, "ksl_Script_" #name)                                                       \
+  };                                                                                                      \
+  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::body, &Script_##name::entry};  \
+  }                                                                                                       \
+  decltype(game::name)::ResultType game::Script_##name::body([[maybe_unused]] ObjectSelf self,            \
+                                                             [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
 
 // A script over numbers, NUMBER_SCRIPT(Range, Number value, Number low, Number high, Value label) { ... }, whose arithmetic is that of the
 // values it is given: its body is compiled for known numbers, which C++ callers and calls with plain numbers run, and once more for values
 // of any kind. A parameter that is a Real in the script's declaration is a Number here, and so is the result.
-#define NUMBER_SCRIPT(name, ...)                                                                                                          \
-  namespace arena::game {                                                                                                                 \
-  struct Script_##name {                                                                                                                  \
-    using Bodies = NumberBodies<std::remove_const_t<decltype(name)>, Script_##name>;                                                      \
-    template <class Number>                                                                                                               \
-    static ResultOf<decltype(name)::ResultType, Number> body(ObjectSelf self, ObjectSelf other, __VA_ARGS__);                             \
-    static RValue& entry(WBObjectBase* self_object, WBObjectBase* other_object, RValue& result, std::int32_t argc, const RValue** args) { \
-      const FrameScope frame("ksl_Script_" #name, self_object, other_object);                                                             \
-      return Bodies::call(self_object, other_object, result, argc, args);                                                                 \
-    }                                                                                                                                     \
-  };                                                                                                                                      \
-  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::Bodies::known, &Script_##name::entry};                         \
-  }                                                                                                                                       \
-  template <class Number>                                                                                                                 \
-  arena::script::ResultOf<decltype(arena::game::name)::ResultType, Number> arena::game::Script_##name::body(                              \
+#define NUMBER_SCRIPT(name, ...)                                                                                            \
+  namespace game {                                                                                                          \
+  struct Script_##name {                                                                                                    \
+    using Bodies = NumberBodies<std::remove_const_t<decltype(name)>, Script_##name>;                                        \
+    template <class Number>                                                                                                 \
+    static ResultOf<decltype(name)::ResultType, Number> body(ObjectSelf self, ObjectSelf other, __VA_ARGS__);               \
+    static arena::RValue& entry(arena::WBObjectBase* self_object, arena::WBObjectBase* other_object, arena::RValue& result, \
+                                std::int32_t argc, const arena::RValue** args) {                                            \
+      const arena::FrameScope frame("ksl_Script_" #name, self_object, other_object);                                        \
+      return Bodies::call(self_object, other_object, result, argc, args);                                                   \
+    }                                                                                                                       \
+  };                                                                                                                        \
+  const decltype(name) name{"ksl_Script_" #name, __FILE__, &Script_##name::Bodies::known, &Script_##name::entry};           \
+  }                                                                                                                         \
+  template <class Number>                                                                                                   \
+  arena::script::ResultOf<decltype(game::name)::ResultType, Number> game::Script_##name::body(                              \
       [[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other, __VA_ARGS__)
 
 #define METHOD(result, owner, name, ...)                                                                                   \
-  namespace arena::game {                                                                                                  \
+  namespace game {                                                                                                         \
   struct Method_##owner##_##name {                                                                                         \
     static result body(SelfOf<std::remove_cv_t<decltype(owner)>>::Type self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__); \
     ARENA_ENTRY(Method_##owner##_##name, "ksl_Script_" #owner "_" #name)                                                   \
   };                                                                                                                       \
   const Method owner##_##name{"ksl_Script_" #owner "_" #name, __FILE__, &Method_##owner##_##name::entry};                  \
   }                                                                                                                        \
-  auto arena::game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self,   \
-                                                  [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)            \
+  auto game::Method_##owner##_##name::body([[maybe_unused]] SelfOf<std::remove_cv_t<decltype(owner)>>::Type self,          \
+                                           [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)                   \
       ->result
 
 // A method that every struct of a constructor has: STATIC_METHOD(Value, TuiBase, setPadding, Value pixels) { ... self is the struct ... }.
 // The names of the method's variable and of the constructor must be in reach.
-#define STATIC_METHOD(result, owner, name, ...)                                                                          \
-  namespace arena::game {                                                                                                \
-  extern const Method owner##_##name;                                                                                    \
-  [[maybe_unused]] static const StaticMethod static_##owner##_##name{owner.function(), name, owner##_##name.function()}; \
-  }                                                                                                                      \
+#define STATIC_METHOD(result, owner, name, ...)                                                                                 \
+  namespace game {                                                                                                              \
+  extern const Method owner##_##name;                                                                                           \
+  [[maybe_unused]] static const arena::StaticMethod static_##owner##_##name{owner.function(), name, owner##_##name.function()}; \
+  }                                                                                                                             \
   METHOD(result, owner, name __VA_OPT__(, ) __VA_ARGS__)
 
 #define CONSTRUCTOR(name, ...)                                                       \
-  namespace arena::game {                                                            \
+  namespace game {                                                                   \
   struct Constructor_##name {                                                        \
     static void body(ObjectSelf self, ObjectSelf other __VA_OPT__(, ) __VA_ARGS__);  \
     ARENA_ENTRY(Constructor_##name, "ksl_Script_" #name)                             \
   };                                                                                 \
   const Constructor name{"ksl_Script_" #name, __FILE__, &Constructor_##name::entry}; \
   }                                                                                  \
-  void arena::game::Constructor_##name::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
+  void game::Constructor_##name::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other __VA_OPT__(, ) __VA_ARGS__)
 
-#define GLOBAL_SCRIPT(file)                                                                                                     \
-  namespace arena::game {                                                                                                       \
-  struct GlobalScript_##file {                                                                                                  \
-    static void body(ObjectSelf self, ObjectSelf other);                                                                        \
-    ARENA_ENTRY(GlobalScript_##file, "ksl_GlobalScript_" #file)                                                                 \
-  };                                                                                                                            \
-  [[maybe_unused]] static CompiledFunction registered_##file{"ksl_GlobalScript_" #file, __FILE__, &GlobalScript_##file::entry}; \
-  }                                                                                                                             \
-  void arena::game::GlobalScript_##file::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other)
+#define GLOBAL_SCRIPT(file)                                                                                                            \
+  namespace game {                                                                                                                     \
+  struct GlobalScript_##file {                                                                                                         \
+    static void body(ObjectSelf self, ObjectSelf other);                                                                               \
+    ARENA_ENTRY(GlobalScript_##file, "ksl_GlobalScript_" #file)                                                                        \
+  };                                                                                                                                   \
+  [[maybe_unused]] static arena::CompiledFunction registered_##file{"ksl_GlobalScript_" #file, __FILE__, &GlobalScript_##file::entry}; \
+  }                                                                                                                                    \
+  void game::GlobalScript_##file::body([[maybe_unused]] ObjectSelf self, [[maybe_unused]] ObjectSelf other)

@@ -12,6 +12,8 @@
 namespace arena::script {
 
 // Numbers. Angles of the plain functions are radians, of the d- and length functions degrees.
+using arena::saturate_int32;
+
 inline Real sin(Real angle) { return elementary::sin(angle.number()); }
 inline Real cos(Real angle) { return elementary::cos(angle.number()); }
 inline Real tan(Real angle) { return elementary::tan(angle.number()); }
@@ -185,3 +187,17 @@ inline Instances instances(const Value& array) { return Instances(array); }
 inline Elements elements(const Value& array) { return Elements(array); }
 
 }  // namespace arena::script
+
+// A using-directive alone would leave these beside the functions of C.
+namespace game {
+using arena::script::abs;
+using arena::script::alarm;
+using arena::script::ceil;
+using arena::script::cos;
+using arena::script::exp;
+using arena::script::floor;
+using arena::script::random;
+using arena::script::sin;
+using arena::script::sqrt;
+using arena::script::tan;
+}  // namespace game

@@ -11,6 +11,21 @@
 
 namespace arena::script {
 
+// What they need of the runtime itself, under its own names.
+using arena::global_object;
+using arena::MethodClosure;
+using arena::ObjectKind;
+using arena::Part;
+using arena::PartLevel;
+using arena::PropertyObject;
+using arena::RValue;
+using arena::sorts_before;
+using arena::to_real;
+using arena::to_text;
+using arena::variable_name;
+using arena::WBObjectBase;
+namespace elementary = arena::elementary;
+
 // What a guarded call gave. `error` is empty when it went well; `place` is the script that failed.
 struct Attempt {
   Value result;

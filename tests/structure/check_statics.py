@@ -25,7 +25,7 @@ ALLOWED = {
     "arena::(anonymous namespace)::table()::variables": "built-in variables, registered by static construction",
     "arena::(anonymous namespace)::describe_event": "set once by static construction",
     "arena::(anonymous namespace)::first": "chain of registered objects",
-    "arena::game::(anonymous namespace)::first": "chain of the samples on the menu",
+    "game::(anonymous namespace)::first": "chain of the samples on the menu",
     # The process.
     "arena::(anonymous namespace)::mutex": "guards the log, into which sessions and workers may speak at once",
     "arena::(anonymous namespace)::sink": "where the process writes its log",

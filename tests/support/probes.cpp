@@ -2,7 +2,7 @@
 
 #include "runtime/script.h"
 
-namespace arena::game {
+namespace game {
 extern const Script<Value()> probe_destroys_first, probe_makes_one;
 namespace {
 const Variable seen{"seen"}, mark{"mark"}, hooks{"hooks"};
@@ -15,13 +15,13 @@ void note(Instance self, const char* event) {
   if (!is_undefined(hook)) hook();
 }
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
-namespace arena::game {
+namespace game {
 namespace {
-constexpr ObjectName oProbe{test::kProbe};
+constexpr ObjectName oProbe{arena::test::kProbe};
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 // The first of two destroys itself.
 SCRIPT(probe_destroys_first) {

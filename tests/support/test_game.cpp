@@ -18,12 +18,12 @@ namespace {
 std::string statement_to_draw;
 }
 }  // namespace arena::test
-namespace arena::game {
+namespace game {
 extern const Script<Value()> draw_the_statement;
 }
 
 SCRIPT(draw_the_statement) {
-  console::evaluate(test::statement_to_draw, nullptr, nullptr);
+  arena::console::evaluate(arena::test::statement_to_draw, nullptr, nullptr);
   return undefined;
 }
 

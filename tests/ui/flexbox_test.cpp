@@ -14,7 +14,7 @@
 namespace arena::test {
 namespace {
 
-using namespace arena::layout;
+using namespace layout;
 
 std::vector<std::string> split(const std::string& text, char at) {
   std::vector<std::string> parts;

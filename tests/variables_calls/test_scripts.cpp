@@ -1,13 +1,13 @@
 #include "tests/variables_calls/test_scripts.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable counter{"counter"}, noted{"noted"}, noted_text{"noted_text"};
 constexpr ObjectName oNobody{3};
 }  // namespace
 extern const Script<Value(Real)> takes_a_number;
 const int kBuiltinLine = 17, kArgumentLine = 25, kObjectLine = 32, kArrayLine = 38;
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(takes_a_number, Real number) { return number; }
 
@@ -48,11 +48,11 @@ SCRIPT(note_exception, Value error) {
 SCRIPT(one_die) { return irandom(6); }
 SCRIPT(twice, Real number) { return number * 2; }
 SCRIPT(by_difference, Real a, Real b) { return a - b; }
-namespace arena::game {
+namespace game {
 namespace {
 const Variable list{"list"};
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(by_first, Value a, Value b) { return a[0] - b[0]; }
 SCRIPT(shorten_the_list, Value a, Value b) {
@@ -74,11 +74,11 @@ SCRIPT(make_a_probe) {
 }
 CONSTRUCTOR(MakesItself) { self[noted] = MakesItself.make(); }
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable seen{"seen"}, value_field{"value"}, name_field{"name"};
 }
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(ui_note, Value widget, Value) {
   array_push(global[seen], widget);

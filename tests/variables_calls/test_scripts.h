@@ -2,7 +2,7 @@
 // Scripts that tests call: some fail on a known line, one notes the error it is told, some are handed to built-in functions.
 #include "runtime/script.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Script<Value()> fail_in_builtin, fail_in_argument, fail_in_object, fail_in_array;
 extern const Script<Value(Value)> note_exception;
@@ -16,4 +16,4 @@ extern const Script<Value(Value, Value)> walk_again;
 extern const Constructor MakesItself;
 extern const int kBuiltinLine, kArgumentLine, kObjectLine, kArrayLine;
 
-}  // namespace arena::game
+}  // namespace game

@@ -1,6 +1,6 @@
 #include "toolkit/support/drawing.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr int kSteps = 64;  // of a whole turn
 
@@ -37,7 +37,7 @@ KeptDrawState::~KeptDrawState() {
   gpu_set_blendmode(blend_);
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(draw_text_outlined, Real at_x, Real at_y, Value text, Real inner, Real outer, Real thickness) {
   draw_set_colour(outer);

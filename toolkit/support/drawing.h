@@ -2,7 +2,7 @@
 // Drawing and text beyond the built-in functions, in the current font and alignment.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Colour, alpha, font, alignment and blend mode as they are now, put back at the end of the block.
 class KeptDrawState {
@@ -28,4 +28,4 @@ extern const Script<void(Real sprite, Real image, Real x, Real y, Real share, Re
 // Saves the next finished frame as the first free "Screenshots/screenshot-NNN.png". The file appears whole or not at all.
 extern const Script<void()> screenshot;
 
-}  // namespace arena::game
+}  // namespace game

@@ -4,7 +4,7 @@
 
 #include "runtime/script/intrinsics.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 namespace elementary = arena::elementary;
@@ -70,4 +70,4 @@ double ease(std::string_view name, double t) {
   return t < 0.5 ? curve.in(2 * t) / 2 : 1 - curve.in(2 - 2 * t) / 2;
 }
 
-}  // namespace arena::game
+}  // namespace game

@@ -2,7 +2,7 @@
 // most one frame at the lowest rate.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const Variable minFPS{"minFPS"};
 const Variable scale{"scale"};
@@ -11,7 +11,7 @@ const Variable dtPrevious{"dtPrevious"};
 const Variable dtRestored{"dtRestored"};
 constexpr Real kMicroseconds = 1000000;
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 EVENT(oSteadyDeltaTime, Create_0) {
   global[dt_steady] = 0;

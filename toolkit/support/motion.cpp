@@ -1,6 +1,6 @@
 #include "toolkit/support/motion.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 constexpr Real kSnapDistance = 0.01;  // closer than this an approach arrives
 constexpr Real kFullTurn = 6.283185307179586;
@@ -17,9 +17,9 @@ Value snap_distance(const Value& threshold) { return is_undefined(threshold) ? V
 
 void bob(Instance self, Real dt, Real rate, Real height) {
   self[bob_timer] += dt * rate;
-  self[image_y_offset] = script::sin(self[bob_timer]) * height;
+  self[image_y_offset] = arena::script::sin(self[bob_timer]) * height;
 }
-}  // namespace arena::game
+}  // namespace game
 
 // One operation a statement, so that whatever fails first is what the script's own order would have met.
 NUMBER_SCRIPT(Approach, Number from, Number to, Number amount) {

@@ -2,7 +2,7 @@
 // Stepping, easing, chance and other small helpers that every game object uses. Time is global.dt_steady, seconds of this frame.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 // Towards `to` by at most `amount`; the delta form by at most `amount` a second.
 extern const Script<Real(Real from, Real to, Real amount)> Approach;
@@ -25,4 +25,4 @@ extern const Script<void(Value label, Value interval, Value func, Value start)> 
 // In place; what is no array is left alone.
 extern const Script<void(Value array)> ArrayShuffle;
 
-}  // namespace arena::game
+}  // namespace game

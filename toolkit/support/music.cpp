@@ -1,6 +1,6 @@
 #include "toolkit/support/music.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable playlist{"playlist"}, current_track_id{"current_track_id"}, current_track{"current_track"}, state{"state"};
@@ -40,7 +40,7 @@ void move_track(const ObjectSelf& player, Real by) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 METHOD(Value, VoliMusic, _generate_shuffle_order) {
   const Real count = track_count(self);

@@ -3,8 +3,8 @@
 // ends. Volumes are gains from 0 to 1.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Constructor VoliMusic;
 
-}  // namespace arena::game
+}  // namespace game

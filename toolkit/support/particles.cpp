@@ -2,7 +2,7 @@
 
 #include "runtime/script/native.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable handle{"handle"}, emitters{"emitters"}, type{"type"}, rate{"rate"}, shape{"shape"}, active{"active"}, pending{"pending"};
@@ -14,7 +14,7 @@ const Variable burst{"burst"}, burstShape{"burstShape"}, update{"update"}, draw{
 Value number_of(const Value& given) { return given.is_object() ? Value(given[handle]) : given; }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(advanced_part_type, Value fields) {
   self[handle] = part_type_create();

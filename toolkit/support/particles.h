@@ -12,7 +12,7 @@
 // end_type with end_count. Seconds, pixels, degrees.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Constructor advanced_part_system;
 extern const Constructor advanced_part_type;
@@ -22,4 +22,4 @@ namespace particles {
 inline constexpr int kPoint = 0, kLine = 1, kRectangle = 2, kEllipse = 3;  // shapes
 }
 
-}  // namespace arena::game
+}  // namespace game

@@ -1,6 +1,6 @@
 #include "toolkit/support/resolution.h"
 
-namespace arena::game {
+namespace game {
 extern const Constructor TarnResolutionManager;
 namespace {
 
@@ -30,7 +30,7 @@ void apply(const ObjectSelf& manager) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TarnResolutionManager) {
   self[window_width] = window_get_width();

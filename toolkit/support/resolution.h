@@ -3,7 +3,7 @@
 // crisp: at 1280 x 720 the scale is 1, at 2560 x 1440 it is 2, never less than 704 x 396 GUI pixels.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 // The one manager: window_width, window_height, gui_width, gui_height, scale; and the methods
 //   update()             once a step: follows the window
@@ -14,4 +14,4 @@ namespace arena::game {
 extern const Script<Value()> getTarnResolutionManager;
 inline const Variable fitRoom{"fitRoom"};
 
-}  // namespace arena::game
+}  // namespace game

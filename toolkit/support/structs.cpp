@@ -8,7 +8,7 @@
 
 #include "runtime/script/native.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 bool is_struct(const Value& value) { return value.is_object() && value.object->object_kind == ObjectKind::kStruct; }
@@ -81,7 +81,7 @@ std::size_t sign_length(const std::string& text, std::size_t at) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 SCRIPT(struct_copy_deep, Value of) { return DeepCopy().of(of); }
 

@@ -2,7 +2,7 @@
 // Structs and arrays as wholes. Methods and instances are not copied: the copy holds the same ones.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 // A copy down to the last level; what refers to itself does so in the copy.
 extern const Script<Value(Value of)> struct_copy_deep;
@@ -17,4 +17,4 @@ extern const Script<bool(Value text)> string_is_email;                          
 extern const Script<bool(Value text, Value shortest, Value longest)> string_has_length;  // characters
 extern const Script<bool(Value text, Value allowed)> string_has_only;                    // characters of `allowed`
 
-}  // namespace arena::game
+}  // namespace game

@@ -7,7 +7,7 @@
 #include "toolkit/ui/paint.h"
 #include "toolkit/ui/widget.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 using layout::Align;
@@ -228,4 +228,4 @@ Rect inner_rect(const Value& widget) {
   return rect;
 }
 
-}  // namespace arena::game
+}  // namespace game

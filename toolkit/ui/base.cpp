@@ -1,7 +1,7 @@
 // What all widgets share: their fields, the setters of their arrangement, and empty behaviour for the kinds to override.
 #include "toolkit/ui/widget.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 // Every edge alike, or two values (across, down), or four (left, top, right, bottom).
@@ -22,7 +22,7 @@ Value set_field(const ObjectSelf& widget, const Variable& field, const Value& to
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiBase, Value settings) {
   self[widget_type] = "TuiBase";

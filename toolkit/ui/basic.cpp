@@ -1,7 +1,7 @@
 // Containers, panels, pictures and texts.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 const BasedOn box_is_base{TuiBox, TuiBase}, row_is_base{TuiRow, TuiBase}, column_is_base{TuiColumn, TuiBase},
     panel_is_base{TuiPanel, TuiBase};
@@ -11,7 +11,7 @@ constexpr double kDisabled = 0.4;  // how opaque what does not work is
 
 double opacity_of(const Value& widget) { return number_or(widget, alpha, 1) * (is_set(widget, enabled, true) ? 1 : kDisabled); }
 
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiBox, Value settings) {
   TuiBase.extend(self);

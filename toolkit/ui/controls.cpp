@@ -1,7 +1,7 @@
 // Buttons, check boxes, sliders, progress.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const BasedOn button_is_base{TuiButton, TuiBase}, checkbox_is_base{TuiCheckbox, TuiBase}, slider_is_base{TuiSlider, TuiBase};
@@ -49,7 +49,7 @@ void slide_to(const ObjectSelf& slider, double pointer_x) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 // A caption is a text inside; other content may stand there instead.
 CONSTRUCTOR(TuiButton, Value settings) {

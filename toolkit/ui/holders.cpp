@@ -1,7 +1,7 @@
 // What holds other widgets in a special way: scroll areas, windows, tabs, combo boxes.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const BasedOn scroll_is_base{TuiScroll, TuiBase}, window_is_panel{TuiWindow, TuiPanel}, tabs_is_base{TuiTabs, TuiBase},
@@ -50,7 +50,7 @@ void close_list(const Value& box) {
 }  // namespace
 
 extern const Script<void(Value, Value)> tui_close_window, tui_choose_tab, tui_choose_option;
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiScroll, Value settings) {
   TuiBase.extend(self);

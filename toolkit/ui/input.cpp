@@ -1,7 +1,7 @@
 // A line of text to type in: caret, selection, clipboard. Positions are bytes of the UTF-8 text, always between characters.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const BasedOn input_is_base{TuiInput, TuiBase};
@@ -76,7 +76,7 @@ std::size_t boundary_at(const Value& input, double pointer_x) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiInput, Value settings) {
   TuiBase.extend(self);

@@ -3,7 +3,7 @@
 #include "toolkit/ui/paint.h"
 #include "toolkit/ui/widget.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable field_name{"field"}, from_value{"from"}, to_value{"to"}, seconds{"seconds"}, passed{"passed"}, easing{"easing"},
@@ -47,7 +47,7 @@ void advance_tweens(const Value& widget, double dt) {
   widget[tweens] = array_length(left) > 0 ? left : Value(undefined);
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 // Shows a variable of an instance (by id, by reference, or the first of an object type) or of a struct, from frame to frame. While nobody
 // is there the last value stays.

@@ -1,6 +1,6 @@
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 constexpr double kCorner = 1.0 / 3;  // of a panel sprite: the middle third is stretched
@@ -140,4 +140,4 @@ void paint_shadowed_text(const Value& widget, std::string_view text, const Rect&
   paint_text(widget, text, at, 1, 1, tui::kOverflowVisible, style_color(widget, color_text), opacity_of(widget));
 }
 
-}  // namespace arena::game
+}  // namespace game

@@ -4,7 +4,7 @@
 
 #include "toolkit/ui/widget.h"
 
-namespace arena::ui {
+namespace ui {
 inline const Variable caption_of_button{"caption_of_button"}, font{"font"}, prefix{"prefix"}, suffix{"suffix"};
 
 // Fields of a style
@@ -12,9 +12,9 @@ inline const Variable sprite_panel{"sprite_panel"}, sprite_button{"sprite_button
 inline const Variable sprite_bar_fill{"sprite_bar_fill"}, font_text{"font_text"}, font_button{"font_button"}, font_title{"font_title"};
 inline const Variable color_text{"color_text"}, color_faint{"color_faint"}, color_panel{"color_panel"}, color_button{"color_button"};
 inline const Variable color_hover{"color_hover"}, color_pressed{"color_pressed"}, color_accent{"color_accent"}, color_field{"color_field"};
-}  // namespace arena::ui
+}  // namespace ui
 
-namespace arena::game {
+namespace game {
 
 // The font that a widget writes in, from its own field `font` or its style.
 int font_of(const Value& widget);
@@ -47,4 +47,4 @@ void paint_shadowed_text(const Value& widget, std::string_view text, const Rect&
 void paint_text(const Value& widget, std::string_view text, const Rect& at, int across, int down, int overflow_mode, int tint,
                 double opacity);
 
-}  // namespace arena::game
+}  // namespace game

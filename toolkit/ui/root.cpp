@@ -1,7 +1,7 @@
 // The root of an interface: arrangement, pointer, keyboard, tooltips, drawing.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 
 void follow_binding(const Value& widget);
 void advance_tweens(const Value& widget, double dt);
@@ -280,7 +280,7 @@ void draw_tooltip(const Value& root) {
 }
 
 }  // namespace
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiMain, Value settings) {
   TuiBase.extend(self);

@@ -1,7 +1,7 @@
 // Styles: what widgets look like, handed down from a widget to its content.
 #include "toolkit/ui/paint.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable default_style{"tui_default_style"};
@@ -22,7 +22,7 @@ Value style_of(const Value& widget) {
   return global[default_style];
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 CONSTRUCTOR(TuiStyle, Value settings) {
   self[min_width] = 20;

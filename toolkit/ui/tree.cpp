@@ -4,7 +4,7 @@
 
 #include "toolkit/ui/widget.h"
 
-namespace arena::game {
+namespace game {
 namespace {
 
 const Variable last_z{"last_z"};
@@ -153,7 +153,7 @@ void apply_settings(const ObjectSelf& widget, const Value& settings) {
   }
 }
 
-}  // namespace arena::game
+}  // namespace game
 
 // One widget, or an array of them.
 STATIC_METHOD(Value, TuiBase, addContent, Value what) {

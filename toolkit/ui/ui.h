@@ -15,7 +15,7 @@
 // are reported with "TARN_UI.ERROR." or "TARN_UI.WARNING.", the widget's type and the place; they never end the game.
 #include "toolkit/names.h"
 
-namespace arena::game {
+namespace game {
 
 extern const Constructor TuiMain;  // the root: fills the GUI, update() and render() once a frame each
 extern const Constructor TuiBase;  // what all widgets share
@@ -46,11 +46,11 @@ inline constexpr int kNoWrap = 0, kWrap = 1, kWrapReverse = 2;
 inline constexpr int kOverflowVisible = 0, kOverflowWrap = 1, kOverflowClip = 2, kOverflowEllipsis = 3;
 }  // namespace tui
 
-}  // namespace arena::game
+}  // namespace game
 
 // The names of fields and methods stand in a namespace of their own, so that a parameter may be called `value` or `width`.
-namespace arena::ui {
-using script::Variable;
+namespace ui {
+using arena::script::Variable;
 
 // Fields of widgets
 inline const Variable value{"value"}, image{"image"}, color{"color"}, alpha{"alpha"}, maintain_aspect{"maintain_aspect"},
@@ -83,8 +83,8 @@ inline const Variable addTab{"addTab"}, showTab{"showTab"};
 // Methods of styles
 inline const Variable setSprites{"setSprites"}, setSpriteProgressBar{"setSpriteProgressBar"}, setFonts{"setFonts"}, setColors{"setColors"};
 
-}  // namespace arena::ui
+}  // namespace ui
 
-namespace arena::game {
-using namespace arena::ui;
+namespace game {
+using namespace ui;
 }

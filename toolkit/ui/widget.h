@@ -6,7 +6,7 @@
 #include "runtime/script/native.h"
 #include "toolkit/ui/ui.h"
 
-namespace arena::ui {
+namespace ui {
 
 // Set by every constructor.
 inline const Variable widget_type{"widget_type"}, name_field{"name"}, events{"events"}, data{"data"}, tooltip{"tooltip"},
@@ -46,9 +46,9 @@ inline const Variable onText{"onText"};          // (text) typed while it has th
 inline const Variable onActivate{"onActivate"};  // () Enter or Space while it has the focus
 inline const Variable onDestroy{"onDestroy"};    // () it is about to leave the tree for good
 
-}  // namespace arena::ui
+}  // namespace ui
 
-namespace arena::game {
+namespace game {
 
 // What a widget measures besides its content boxes.
 enum Measures { kMeasuresNothing = 0, kMeasuresText = 1, kMeasuresSprite = 2 };
@@ -148,4 +148,4 @@ Value style_of(const Value& widget);
 // Lays out the tree under a root and writes rectangles, clips and the order of drawing.
 void arrange(const Value& root, double gui_width, double gui_height);
 
-}  // namespace arena::game
+}  // namespace game

@@ -22,10 +22,10 @@ std::map<int, std::string> by_number(const sources::Json& entries) {
 std::string header_of(const sources::Json& index) {
   std::string text =
       "#pragma once\n// Written from the folder of assets: what stands there by name.\n#include \"runtime/script/handles.h\"\n\n"
-      "namespace arena::game {\n\n";
+      "namespace game {\n\n";
   int number = 0;
   for (const auto& object : index.at("objects")) {
-    text += "inline constexpr script::ObjectName " + object.get<std::string>() + "{" + std::to_string(number++) + "};\n";
+    text += "inline constexpr arena::script::ObjectName " + object.get<std::string>() + "{" + std::to_string(number++) + "};\n";
   }
   text += "inline constexpr int kObjectCount = " + std::to_string(number) + ";\n";
   for (const char* family : {"rooms", "fonts", "sounds", "sprites"}) {
@@ -33,7 +33,7 @@ std::string header_of(const sources::Json& index) {
     for (const auto& [place, name] : by_number(index.at(family)))
       text += "inline constexpr int " + name + " = " + std::to_string(place) + ";\n";
   }
-  return text + "\n}  // namespace arena::game\n";
+  return text + "\n}  // namespace game\n";
 }
 
 }  // namespace

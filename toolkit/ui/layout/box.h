@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace arena::layout {
+namespace layout {
 
 inline constexpr std::int32_t kNoBox = -1;
 inline constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
@@ -75,4 +75,4 @@ struct Box {
   std::int32_t stands_on = kNoBox;  // the child whose baseline is its own
 };
 
-}  // namespace arena::layout
+}  // namespace layout

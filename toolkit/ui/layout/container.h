@@ -3,7 +3,7 @@
 #include "toolkit/ui/layout/measure.h"
 #include "toolkit/ui/layout/solver.h"
 
-namespace arena::layout {
+namespace layout {
 
 struct Solver::Container {
   std::int32_t box;
@@ -23,4 +23,4 @@ struct Solver::Container {
   double inner_cross() const { return inner[static_cast<std::size_t>(cross)]; }
 };
 
-}  // namespace arena::layout
+}  // namespace layout

@@ -3,7 +3,7 @@
 #include "toolkit/ui/layout/measure.h"
 #include "toolkit/ui/layout/solver.h"
 
-namespace arena::layout {
+namespace layout {
 
 void Tree::clear() {
   boxes_.clear();
@@ -44,4 +44,4 @@ void Tree::lay_out(double width, double height) {
   solver.place(0, root.width, root.height, is_definite ? Tall::kDefinite : Tall::kFromContent, width, height);
 }
 
-}  // namespace arena::layout
+}  // namespace layout

@@ -4,7 +4,7 @@
 
 #include "toolkit/ui/layout/solver.h"
 
-namespace arena::layout {
+namespace layout {
 
 // A tree of boxes. The first one is the root; a box stands behind its parent.
 class Tree {
@@ -30,4 +30,4 @@ class Tree {
   std::vector<Line> lines_;
 };
 
-}  // namespace arena::layout
+}  // namespace layout

@@ -2,7 +2,7 @@
 #include "toolkit/ui/layout/measure.h"
 #include "toolkit/ui/layout/solver.h"
 
-namespace arena::layout {
+namespace layout {
 namespace {
 
 bool same(double a, double b) { return a == b || (!is_known(a) && !is_known(b)); }
@@ -212,4 +212,4 @@ double Solver::stretched_height(std::int32_t box, double width, double room, dou
   return result;
 }
 
-}  // namespace arena::layout
+}  // namespace layout

@@ -1,7 +1,7 @@
 // From children to lines: base sizes, line breaks, growing and shrinking.
 #include "toolkit/ui/layout/container.h"
 
-namespace arena::layout {
+namespace layout {
 namespace {
 
 constexpr double kRounding = 1.0 / 128;  // pixels: sums may miss the size they came from by less
@@ -174,4 +174,4 @@ void Solver::share(const Container& in, const Line& line, double free_space, boo
   }
 }
 
-}  // namespace arena::layout
+}  // namespace layout

@@ -5,7 +5,7 @@
 
 #include "toolkit/ui/layout/box.h"
 
-namespace arena::layout {
+namespace layout {
 
 inline constexpr double kEndless = std::numeric_limits<double>::infinity();
 
@@ -55,4 +55,4 @@ inline double tallest(const Style& style, double percent_height, double own_fram
   return heights.clamp(is_known(asked) ? asked : kEndless) - own_frame;
 }
 
-}  // namespace arena::layout
+}  // namespace layout

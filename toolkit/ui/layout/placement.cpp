@@ -1,7 +1,7 @@
 // From lines to rectangles: cross sizes, alignment, and what is placed absolutely.
 #include "toolkit/ui/layout/container.h"
 
-namespace arena::layout {
+namespace layout {
 namespace {
 
 // Where the first of `count` pieces begins and what lies between two, for the free space. Spaces around pieces that do not fit give way
@@ -390,4 +390,4 @@ void Solver::place(std::int32_t box, double width, double height, Tall tall, dou
   run(box, width, height, tall, percent_width, percent_height, true);
 }
 
-}  // namespace arena::layout
+}  // namespace layout

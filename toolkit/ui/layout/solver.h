@@ -5,7 +5,7 @@
 
 #include "toolkit/ui/layout/box.h"
 
-namespace arena::layout {
+namespace layout {
 
 // A child on its way through the algorithm. Sizes are of its border box; [0] is horizontal, [1] vertical.
 struct Item {
@@ -105,4 +105,4 @@ class Solver {
   std::vector<Line>& lines_;
 };
 
-}  // namespace arena::layout
+}  // namespace layout
