@@ -7,9 +7,9 @@
 #include "apps/game_description.h"
 #include "apps/user_files.h"
 #include "engine/console/console.h"
-#include "engine/console/state_hash.h"
 #include "engine/files/paths.h"
 #include "engine/host/game.h"
+#include "engine/host/state_hash.h"
 #include "engine/platform/end_requests.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
@@ -90,8 +90,7 @@ class HeadlessMode final : public FrameMode {
     if (!hashes_) return fail(files::on_one_line(path_) + ": the hashes cannot be written");
     if (!goes_on()) return NextTick::kNever;
     run_frame(kFrame);
-    if (!path_.empty() && frame() % kHashEvery == 0)
-      hashes_ << frame() << " " << std::hex << console::state_hash() << std::dec << std::endl;
+    if (!path_.empty() && frame() % kHashEvery == 0) hashes_ << frame() << " " << std::hex << host::state_hash() << std::dec << std::endl;
     return NextTick::kAtOnce;
   }
 

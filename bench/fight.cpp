@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "engine/draw/stamps.h"
+#include "engine/draw/stickers.h"
 #include "game/combat/names.h"
 #include "game/decals/stickers.h"
 #include "game/flow/reward.h"

@@ -9,7 +9,7 @@
 #include "bench/micro_scripts.h"
 #include "engine/draw/draw_service.h"
 #include "engine/draw/particles.h"
-#include "engine/draw/stamps.h"
+#include "engine/draw/stickers.h"
 #include "runtime/memory/block_pool.h"
 #include "runtime/reports/frame.h"
 #include "toolkit/ui/layout/flexbox.h"
@@ -72,11 +72,11 @@ void build_tree(layout::Tree& tree) {
 
 void run_decals() {
   draw::Draw& on = *draw::draw_service();
-  draw::StampLayer layer(50000);
-  const auto stamp = [](int i) {
-    return draw::Draw::Stamp{33, 0, {static_cast<double>(i * 37 % 3072), static_cast<double>(i * 91 % 3072), 1, 1, 30, 255, 1}};
+  draw::StickerLayer layer(50000);
+  const auto sticker = [](int i) {
+    return draw::Draw::Sticker{33, 0, {static_cast<double>(i * 37 % 3072), static_cast<double>(i * 91 % 3072), 1, 1, 30, 255, 1}};
   };
-  for (int i = 0; i < 50000; ++i) layer.add(stamp(i));
+  for (int i = 0; i < 50000; ++i) layer.add(sticker(i));
   int next = 50000;
   const auto frame = [&] {
     on.begin_world(1280, 720);
@@ -89,13 +89,13 @@ void run_decals() {
   print("1,000 decals added at the capacity",
         median_ms(60,
                   [&] {
-                    for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
+                    for (int i = 0; i < 1000; ++i) layer.add(sticker(next++));
                   }),
         1);
   print("  added and drawn",
         median_ms(60,
                   [&] {
-                    for (int i = 0; i < 1000; ++i) layer.add(stamp(next++));
+                    for (int i = 0; i < 1000; ++i) layer.add(sticker(next++));
                     frame();
                   }),
         1);

@@ -16,7 +16,7 @@
 #include "runtime/builtins/screen.h"
 #include "runtime/builtins/sounds.h"
 #include "runtime/builtins/sprites.h"
-#include "runtime/builtins/stamps.h"
+#include "runtime/builtins/stickers.h"
 #include "runtime/builtins/structs.h"
 #include "runtime/builtins/texts.h"
 #include "runtime/builtins/views.h"

@@ -6,10 +6,10 @@
 #include "engine/console/draw_calls.h"
 #include "engine/console/evaluator.h"
 #include "engine/console/request.h"
-#include "engine/console/state_hash.h"
 #include "engine/console/value_json.h"
 #include "engine/draw/draw_service.h"
 #include "engine/host/game.h"
+#include "engine/host/state_hash.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/describe.h"
 #include "runtime/input/input_state.h"
@@ -124,10 +124,10 @@ std::string hex(std::uint64_t number) {
 }
 
 json hash_json(const json& request) {
-  json reply = {{"hash", hex(state_hash())}};
+  json reply = {{"hash", hex(host::state_hash())}};
   if (!request.contains("parts") || !flag(request, "parts")) return reply;
   json parts = json::object();
-  for (const StateFigure& figure : state_figures()) parts[figure.name] = hex(figure.hash);
+  for (const host::StateFigure& figure : host::state_figures()) parts[figure.name] = hex(figure.hash);
   reply["parts"] = std::move(parts);
   return reply;
 }

@@ -25,16 +25,16 @@ void Draw::corners_of(const Picture& picture, const SpriteInfo& info, const Plac
   corners[3] = corner(left, bottom);
 }
 
-std::unique_ptr<Draw::Batch> Draw::make_batch(std::span<const Stamp> stamps) {
+std::unique_ptr<Draw::Batch> Draw::make_batch(std::span<const Sticker> stickers) {
   std::map<std::uint64_t, std::vector<gpu::Vertex>> by_texture;
-  for (const Stamp& stamp : stamps) {
-    const Picture* picture = find_picture(stamp.sprite, stamp.frame);
-    const SpriteInfo* info = find_sprite(stamp.sprite);
+  for (const Sticker& sticker : stickers) {
+    const Picture* picture = find_picture(sticker.sprite, sticker.frame);
+    const SpriteInfo* info = find_sprite(sticker.sprite);
     Corner corners[4];
     if (picture == nullptr || info == nullptr) continue;
-    corners_of(*picture, *info, stamp.at, corners);
+    corners_of(*picture, *info, sticker.at, corners);
     gpu::Vertex vertices[6];
-    vertices_of(*picture, corners, stamp.at.color, stamp.at.alpha, vertices);
+    vertices_of(*picture, corners, sticker.at.color, sticker.at.alpha, vertices);
     std::vector<gpu::Vertex>& all = by_texture[picture->texture.value];
     all.insert(all.end(), vertices, vertices + 6);
   }

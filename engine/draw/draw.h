@@ -91,16 +91,16 @@ class Draw {
   void pop_clip();
 
   // Many pictures that stay where they are, uploaded once. Add, then draw as often as wanted; adding again uploads anew.
-  struct Stamp {
+  struct Sticker {
     std::int32_t sprite = -1;
     double frame = 0;
     Placement at;
     static constexpr auto fields() {
-      return std::tuple(field("sprite", &Stamp::sprite), field("frame", &Stamp::frame), field("at", &Stamp::at));
+      return std::tuple(field("sprite", &Sticker::sprite), field("frame", &Sticker::frame), field("at", &Sticker::at));
     }
   };
   class Batch;
-  std::unique_ptr<Batch> make_batch(std::span<const Stamp> stamps);
+  std::unique_ptr<Batch> make_batch(std::span<const Sticker> stickers);
   void draw_batch(const Batch& batch);
   struct Picture;  // the service's own record of one
   // Very many pictures of one kind in a row: the look-ups are done once, the vertices go to the batch in bulk.

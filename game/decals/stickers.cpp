@@ -2,35 +2,35 @@
 
 namespace game {
 namespace {
-const Variable stamps{"stamps"};
+const Variable stickers{"stickers"};
 constexpr int kDestroyed = -1;
 
 Value or_else(const Value& given, const Value& otherwise) { return is_undefined(given) ? otherwise : given; }
 }  // namespace
 }  // namespace game
 
-CONSTRUCTOR(Stickers, Value capacity) { self[stamps] = stamps_create(capacity); }
+CONSTRUCTOR(Stickers, Value capacity) { self[stickers] = stickers_create(capacity); }
 
 STATIC_METHOD(void, Stickers, Add, Value sprite, Value frame, Value at_x, Value at_y, Value xscale, Value yscale, Value angle, Value colour,
               Value opacity) {
-  if (self[stamps] == kDestroyed) return;
-  stamps_add(self[stamps], sprite, or_else(frame, 0), at_x, at_y, or_else(xscale, 1), or_else(yscale, 1), or_else(angle, 0),
-             or_else(colour, c_white), or_else(opacity, 1));
+  if (self[stickers] == kDestroyed) return;
+  stickers_add(self[stickers], sprite, or_else(frame, 0), at_x, at_y, or_else(xscale, 1), or_else(yscale, 1), or_else(angle, 0),
+               or_else(colour, c_white), or_else(opacity, 1));
 }
 
 STATIC_METHOD(void, Stickers, DrawCamera) {
-  if (self[stamps] != kDestroyed) stamps_draw(self[stamps]);
+  if (self[stickers] != kDestroyed) stickers_draw(self[stickers]);
 }
 
 STATIC_METHOD(void, Stickers, Clear) {
-  if (self[stamps] != kDestroyed) stamps_clear(self[stamps]);
+  if (self[stickers] != kDestroyed) stickers_clear(self[stickers]);
 }
 
-STATIC_METHOD(Real, Stickers, Count) { return self[stamps] == kDestroyed ? 0 : stamps_count(self[stamps]); }
-STATIC_METHOD(Value, Stickers, At, Value index) { return stamps_get(self[stamps], index); }
+STATIC_METHOD(Real, Stickers, Count) { return self[stickers] == kDestroyed ? 0 : stickers_count(self[stickers]); }
+STATIC_METHOD(Value, Stickers, At, Value index) { return stickers_get(self[stickers], index); }
 
 STATIC_METHOD(void, Stickers, Destroy) {
-  if (self[stamps] == kDestroyed) return;
-  stamps_destroy(self[stamps]);
-  self[stamps] = kDestroyed;
+  if (self[stickers] == kDestroyed) return;
+  stickers_destroy(self[stickers]);
+  self[stickers] = kDestroyed;
 }

@@ -13,8 +13,10 @@ const Variable shoot_cooldown{"shoot_cooldown"}, shoot_interval{"shoot_interval"
 const Variable copyPlayerWeapon{"copyPlayerWeapon"};
 
 constexpr int kDarkGrey = 4210752;
-constexpr Real kDeadBand = 20;      // pixels off the wanted range that do not matter
-constexpr Real kSightInRanges = 4;  // it shoots within so many times its greatest range
+constexpr Real kStrafeShortest = 2, kStrafeLongest = 8;      // s on one side of the player
+constexpr Real kDistanceShortest = 1, kDistanceLongest = 6;  // s at one range
+constexpr Real kDeadBand = 20;                               // pixels off the wanted range that do not matter
+constexpr Real kSightInRanges = 4;                           // it shoots within so many times its greatest range
 
 }  // namespace
 }  // namespace game
@@ -41,18 +43,18 @@ EVENT(oEnemyBoss, Create_0) {
   self[gun][owner] = self[id];
   self[copyPlayerWeapon] = bind(self, oEnemyBoss_copyPlayerWeapon);
   self[copyPlayerWeapon]();
-  self[strafe_direction] = 1;
-  self[strafe_timer] = 0;
-  self[strafe_interval] = 3;
-  self[target_distance] = 200;
-  self[distance_timer] = 0;
-  self[distance_interval] = 4;
-  self[strafe_speed] = 350;
-  self[approach_speed] = 300;
-  self[min_distance] = 200;
-  self[max_distance] = 400;
-  self[shoot_cooldown] = 0.1;
-  self[shoot_interval] = 0.5;
+  self[strafe_direction] = 1;   // 1 or -1
+  self[strafe_timer] = 0;       // s since it last changed sides
+  self[strafe_interval] = 3;    // s until it changes sides
+  self[target_distance] = 200;  // pixels
+  self[distance_timer] = 0;     // s since it last chose a range
+  self[distance_interval] = 4;  // s until it chooses another
+  self[strafe_speed] = 350;     // pixels/s
+  self[approach_speed] = 300;   // pixels/s
+  self[min_distance] = 200;     // pixels
+  self[max_distance] = 400;     // pixels
+  self[shoot_cooldown] = 0.1;   // s, the wind-up
+  self[shoot_interval] = 0.5;   // s
   self[shoot_timer] = self[shoot_interval];
 }
 
@@ -65,12 +67,12 @@ EVENT(oEnemyBoss, Step_0) {
   if (self[strafe_timer] >= self[strafe_interval]) {
     self[strafe_timer] = 0;
     self[strafe_direction] = -self[strafe_direction];
-    self[strafe_interval] = random_range(2, 8);
+    self[strafe_interval] = random_range(kStrafeShortest, kStrafeLongest);
   }
   if (self[distance_timer] >= self[distance_interval]) {
     self[distance_timer] = 0;
     self[target_distance] = random_range(self[min_distance], self[max_distance]);
-    self[distance_interval] = random_range(1, 6);
+    self[distance_interval] = random_range(kDistanceShortest, kDistanceLongest);
   }
 
   // Around the player, closing in or backing off

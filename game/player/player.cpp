@@ -44,8 +44,8 @@ METHOD(void, oPlayer, takeDamage, Value amount, Value source_x, Value source_y, 
   self[hp] -= amount;
 
   // Blood sprays away from the source; less of it as health runs low.
-  const Real spray = point_direction(source_x, source_y, self[x], self[y]) - 15 + random(30);
-  const Real spray_speed = random_range(1, 15);
+  const Real spray = point_direction(source_x, source_y, self[x], self[y]) - 15 + random(30);  // degrees, 15 to either side
+  const Real spray_speed = random_range(1, 15);                                                // pixels a frame
   const Real drops = droplets_of(min(amount / 2, self[hp] / 10));
   for (Real i = 0; i < drops; i += 1) {
     const Real drop_x = self[x] - 16 + irandom(32), drop_y = self[y] - 16 + irandom(32);
@@ -133,28 +133,28 @@ EVENT(oPlayer, Create_0) {
   self[hp] = 100;
   self[max_hp] = 100;
   self[invulnerable] = false;
-  self[invulnerable_timer] = 0;
-  self[invulnerable_duration] = 0.5;
+  self[invulnerable_timer] = 0;       // s left
+  self[invulnerable_duration] = 0.5;  // s
   self[faction] = kPlayerFaction;
   self[is_dead] = false;
-  self[move_speed] = 1200;
-  self[acceleration] = 5000;
-  self[friction] = 8;
+  self[move_speed] = 1200;    // pixels/s, the most
+  self[acceleration] = 5000;  // pixels/s^2
+  self[friction] = 8;         // 1/s: the share of the speed that is lost
   self[h_speed] = 0;
   self[v_speed] = 0;
   self[knockback_x] = 0;
   self[knockback_y] = 0;
-  self[knockback_friction] = 6;
-  self[dash_speed] = 900;
-  self[dash_duration] = 1.0 / 12;
-  self[dash_timer] = 0;
+  self[knockback_friction] = 6;    // 1/s
+  self[dash_speed] = 900;          // pixels/s
+  self[dash_duration] = 1.0 / 12;  // s
+  self[dash_timer] = 0;            // s left
   self[dash_dir_x] = 0;
   self[dash_dir_y] = 0;
   self[is_dashing] = false;
-  self[dash_energy] = 100;
-  self[dash_energy_max] = 100;
-  self[dash_cost] = 30;
-  self[energy_regen] = 30;
+  self[dash_energy] = 100;      // points
+  self[dash_energy_max] = 100;  // points
+  self[dash_cost] = 30;         // points
+  self[energy_regen] = 30;      // points/s
   self[gun] = noone;
   self[bob_timer] = 0;
   self[image_y_offset] = 0;

@@ -59,7 +59,7 @@ ARENA_KIND(ScriptNumber, "script", std::int32_t, Real)
 ARENA_KIND(ListNumber, "list", std::int32_t, Real)
 ARENA_KIND(MapNumber, "map", std::int32_t, Real)
 ARENA_KIND(GridNumber, "grid", std::int32_t, Real)
-ARENA_KIND(StampsNumber, "stamps", std::int32_t, Real)
+ARENA_KIND(StickersNumber, "stickers", std::int32_t, Real)
 ARENA_KIND(ParticleSystemNumber, "particle system", std::int32_t, Real)
 ARENA_KIND(ParticleTypeNumber, "particle type", std::int32_t, Real)
 // Containers by handle, which must be alive.

@@ -19,7 +19,6 @@ struct BlockPool::LargeBlock {
   LargeBlock *previous, *next;
   std::size_t bytes;
   int references;
-  bool is_handed_out;
 
   char* content() { return reinterpret_cast<char*>(this) + kCacheLine; }
   void let_go() {
@@ -81,7 +80,7 @@ void BlockPool::free_slow(void* block, std::size_t rounded) {
 
 void* BlockPool::allocate_large(std::size_t bytes) {
   static_assert(sizeof(LargeBlock) <= kCacheLine);
-  LargeBlock* const block = new (system_block(kCacheLine + bytes)) LargeBlock{nullptr, nullptr, bytes, 0, false};
+  LargeBlock* const block = new (system_block(kCacheLine + bytes)) LargeBlock{nullptr, nullptr, bytes, 0};
   link(*block);
   return block->content();
 }
@@ -93,14 +92,12 @@ void BlockPool::link(LargeBlock& block) {
   block.next = first_large_;
   if (first_large_ != nullptr) first_large_->previous = &block;
   first_large_ = &block;
-  block.is_handed_out = true;
   ++block.references;
 }
 
 void BlockPool::unlink(LargeBlock& block) {
   (block.previous != nullptr ? block.previous->next : first_large_) = block.next;
   if (block.next != nullptr) block.next->previous = block.previous;
-  block.is_handed_out = false;
   block.let_go();
 }
 

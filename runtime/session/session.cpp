@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "runtime/session/state_visitor.h"
+
 namespace arena {
 namespace {
 
@@ -40,7 +42,12 @@ Session::~Session() {
   detail::current_session = other;
 }
 
-const char* Session::part_name(std::size_t place) { return kinds()[place]->name; }
+void Session::visit(StateVisitor& visitor) {
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    visitor.group(kinds()[i]->name);
+    parts_[i]->visit(visitor);
+  }
+}
 
 void Session::restart_parts() {
   for (const std::unique_ptr<SessionPart>& part : parts_) part->restart();

@@ -120,11 +120,12 @@ class Session : public SessionValues {
   ObjectTypes* object_types = nullptr;
 
   SessionPart& part(const PartKind& kind) const { return *parts_[kind.place]; }
-  // All of them, in order of making, and what each is called.
+  // All of them, in order of making.
   std::size_t part_count() const { return parts_.size(); }
   SessionPart& part_at(std::size_t place) const { return *parts_[place]; }
-  static const char* part_name(std::size_t place);
   void restart_parts();
+  // Shows the state of all parts, each as a group of its name.
+  void visit(StateVisitor& visitor);
 
  private:
   std::vector<std::unique_ptr<SessionPart>> parts_;  // in order of making

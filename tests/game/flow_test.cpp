@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "engine/audio/audio.h"
-#include "engine/console/state_hash.h"
+#include "engine/host/state_hash.h"
 #include "runtime/input/input_state.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
@@ -343,7 +343,7 @@ TEST(Restart, LeadsToTheStateOfAFirstStart) {
     }
     // Without the input: where the pointer is, and what was pressed last, is the player's.
     static std::string described() {
-      std::string state = console::describe_state();
+      std::string state = host::describe_state();
       const std::size_t input = state.find("-- input\n");
       return state.erase(input, state.find("-- ", input + 1) - input);
     }

@@ -1,8 +1,9 @@
 // Decals: what a layer holds, what it lets go, and what drawing it costs.
+#include "engine/draw/stickers.h"
+
 #include <chrono>
 
 #include "engine/draw/draw_service.h"
-#include "engine/draw/stamps.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -14,12 +15,12 @@ TEST_F(Decals, HoldWhatWasAddedTheNewestLast) {
   check({
       {"global.d = new Stickers(100); global.d.Count()", "0"},
       {"global.d.Add(33, 5, 10, 20, 2, 0.5, 90, 255, 0.75); global.d.Add(34); 1",
-       "! stamps_add argument 4 incorrect type (undefined) expecting a Number (WBGR)"},
+       "! stickers_add argument 4 incorrect type (undefined) expecting a Number (WBGR)"},
       {"global.d.Add(34, 0, 3000, -50); [global.d.Count(), global.d.At(0).sprite, global.d.At(1).sprite]", "[2,33,34]"},
       {"global.d.At(0)", "{sprite:33,image:5,x:10,y:20,xscale:2,yscale:0.50,angle:90,color:255,alpha:0.75}"},
       {"s = global.d.At(1); [s.xscale, s.angle, s.color, s.alpha]", "[1,0,16777215,1]"},
       {"global.d.At(2)", "! index out of bounds request 2 maximum size is 2"},
-      {"global.d.Add(9999, 0, 1, 1)", "! stamps_add argument 2 invalid reference to (sprite) - requested 9999 max is 58"},
+      {"global.d.Add(9999, 0, 1, 1)", "! stickers_add argument 2 invalid reference to (sprite) - requested 9999 max is 58"},
       {"global.d.Clear(); global.d.Count()", "0"},
       {"global.d.Add(33, 0, 1, 1); global.d.Destroy(); global.d.Destroy(); global.d.Add(33, 0, 1, 1); global.d.DrawCamera(); "
        "global.d.Count()",
@@ -28,7 +29,7 @@ TEST_F(Decals, HoldWhatWasAddedTheNewestLast) {
 }
 
 TEST_F(Decals, PastTheCapacityTheOldestGo) {
-  draw::StampLayer layer(1000);
+  draw::StickerLayer layer(1000);
   for (int i = 0; i < 5000; ++i) {
     layer.add({33, 0, {static_cast<double>(i * 37 % 5000), static_cast<double>(i * 91 % 3000), 1, 1, 0, static_cast<std::uint32_t>(i), 1}});
     ASSERT_LE(layer.count(), 1000u);
@@ -42,7 +43,7 @@ TEST_F(Decals, PastTheCapacityTheOldestGo) {
 }
 
 TEST_F(Decals, AFullViewIsAFewDraws) {
-  draw::StampLayer layer(50000);
+  draw::StickerLayer layer(50000);
   for (int i = 0; i < 50000; ++i)
     layer.add({33, 0, {static_cast<double>(i * 37 % 3072), static_cast<double>(i * 91 % 3072), 1, 1, 0, 255, 1}});
   draw::Draw& on = *draw::draw_service();

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "engine/console/state_hash.h"
+#include "engine/host/state_hash.h"
 #include "game/autoplayer/autoplayer.h"
 #include "runtime/program/names.h"
 #include "tests/support/probes.h"
@@ -46,7 +46,7 @@ class PlayedGame {
     const SessionScope scope(game_->session());
     player_.play();
     game_->run_frame(16667);
-    if (++frames_ % kHashEvery == 0) hashes_.push_back(console::state_hash());
+    if (++frames_ % kHashEvery == 0) hashes_.push_back(host::state_hash());
   }
   const std::vector<std::uint64_t>& hashes() const { return hashes_; }
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <set>
 
-#include "engine/console/state_hash.h"
+#include "engine/host/state_hash.h"
 #include "game/autoplayer/autoplayer.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/frame_loop.h"
@@ -27,7 +27,7 @@ class Snapshots : public ArenaGame {
     eval("global.long = array_create(5000, \"text\"); global.made_up_just_now = string_repeat(\"long \", 1000)");
     eval("global.sparks = part_type_create(); part_type_set(global.sparks, {sprite: 1, life: 5, speed: [10, 20]})");
     eval("global.system = part_system_create(); part_emit(global.system, global.sparks, 20, 1, 0, 0, 100, 100)");
-    eval("global.stamps = stamps_create(100); stamps_add(global.stamps, 1, 0, 5, 5, 1, 1, 0, 255, 1)");
+    eval("global.stickers = stickers_create(100); stickers_add(global.stickers, 1, 0, 5, 5, 1, 1, 0, 255, 1)");
     eval("h = audio_play_sound(1, 1, true); audio_sound_gain(h, 0.5, 5000); window_set_cursor(-1); clipboard_set_text(\"mine\")");
     eval("draw_set_alpha(0.25); keyboard_string = \"typed\"; layer_create(5, \"mine\")");
   }
@@ -51,10 +51,10 @@ TEST_F(Snapshots, EveryFrameCanBeRunAgain) {
     player.play();
     game->take_snapshot(snapshot);
     game->run_frame(16667);
-    const std::uint64_t once = console::state_hash();
+    const std::uint64_t once = host::state_hash();
     game->restore(snapshot);
     game->run_frame(16667);
-    ASSERT_EQ(console::state_hash(), once) << "frame " << frame;
+    ASSERT_EQ(host::state_hash(), once) << "frame " << frame;
     ASSERT_EQ(broken_invariant(), "") << "frame " << frame;
   }
 }
@@ -71,8 +71,8 @@ TEST_F(Snapshots, ARunCanBeTakenUpAnywhere) {
       if (frame == 700) eval("game_restart()");
       if (frame == 1000) eval("with (oEnemy) { takeDamage(500, 0, 0, 50) } 1");
       game->run_frame(16667);
-      const auto [known, is_new] = hashes.emplace(frame, console::state_hash());
-      ASSERT_EQ(known->second, console::state_hash()) << "from " << from << " on, at " << frame;
+      const auto [known, is_new] = hashes.emplace(frame, host::state_hash());
+      ASSERT_EQ(known->second, host::state_hash()) << "from " << from << " on, at " << frame;
     }
   };
   for (int frame = 0; frame < 1500; frame += kEvery) {
@@ -90,9 +90,9 @@ TEST_F(Snapshots, DrawingChangesNothing) {
   for (int frame = 0; frame < 900; ++frame) {
     player.play();
     game->run_frame(16667);
-    const std::uint64_t before = console::state_hash();
+    const std::uint64_t before = host::state_hash();
     draw_frame();
-    ASSERT_EQ(console::state_hash(), before) << "frame " << frame;
+    ASSERT_EQ(host::state_hash(), before) << "frame " << frame;
   }
 }
 
@@ -145,13 +145,6 @@ class Probe final : public StateVisitor {
   std::string group_, name_;
 };
 
-void show_session_to(StateVisitor& visitor) {
-  for (std::size_t i = 0; i < session().part_count(); ++i) {
-    visitor.group(Session::part_name(i));
-    session().part_at(i).visit(visitor);
-  }
-}
-
 // Each field of each part, changed, shows in the hash of its group, and is what it was after a restore.
 TEST_F(Snapshots, NoFieldIsForgotten) {
   fill_all_parts();
@@ -159,18 +152,18 @@ TEST_F(Snapshots, NoFieldIsForgotten) {
   fill_all_parts();
   Snapshot snapshot;
   game->take_snapshot(snapshot);
-  const std::uint64_t before = console::state_hash();
+  const std::uint64_t before = host::state_hash();
   Probe all({}, false);
-  show_session_to(all);
+  session().visit(all);
   EXPECT_GT(all.scalars.size(), 150u);
   EXPECT_GT(all.lists.size(), 5u);
   const auto probe = [&](const Probe::Place& place, bool of_length) {
     Probe one(place, of_length);
-    show_session_to(one);
+    session().visit(one);
     ASSERT_TRUE(one.is_done());
-    EXPECT_NE(console::state_hash(), before) << place.first << "." << place.second << " does not show";
+    EXPECT_NE(host::state_hash(), before) << place.first << "." << place.second << " does not show";
     game->restore(snapshot);
-    EXPECT_EQ(console::state_hash(), before) << place.first << "." << place.second << " does not come back";
+    EXPECT_EQ(host::state_hash(), before) << place.first << "." << place.second << " does not come back";
   };
   for (const Probe::Place& place : all.scalars) probe(place, false);
   for (const Probe::Place& place : all.lists) probe(place, true);

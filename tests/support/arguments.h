@@ -16,7 +16,7 @@ struct ArgumentSamples {
 
 inline constexpr const char* kMakeArgumentHolders =
     "global.kept = [1, [2], {k: 3}]; global.grid = ds_grid_create(3, 3); global.list = ds_list_create(); global.map = ds_map_create(); "
-    "global.stamps = stamps_create(10); global.system = part_system_create(); global.type = part_type_create()";
+    "global.stickers = stickers_create(10); global.system = part_system_create(); global.type = part_type_create()";
 
 // By the kind's word; a new kind needs a line here.
 inline const std::map<std::string_view, ArgumentSamples> kArgumentSamples = {
@@ -40,7 +40,7 @@ inline const std::map<std::string_view, ArgumentSamples> kArgumentSamples = {
     {"list", {{"global.list"}, "\"text\""}},
     {"map", {{"global.map"}, "\"text\""}},
     {"grid", {{"global.grid"}, "\"text\""}},
-    {"stamps", {{"global.stamps", "99"}, "[]"}},
+    {"stickers", {{"global.stickers", "99"}, "[]"}},
     {"particle system", {{"global.system", "99"}, "[]"}},
     {"particle type", {{"global.type", "99"}, "[]"}},
     {"text", {{"\"\"", "\"text\"", "\"añ€\"", "\"12.5\"", "\"hp\""}, "5"}},

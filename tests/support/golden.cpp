@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "engine/audio/audio.h"
-#include "engine/console/state_hash.h"
+#include "engine/host/state_hash.h"
 
 namespace arena::test {
 namespace {
@@ -114,8 +114,8 @@ void GoldenRun::add_line() {
   for (const audio::Voice& voice : audio::audio().voices()) add(sounds_, voice);
   Line line;
   line.frame = frames_;
-  for (const console::StateFigure& figure : console::state_figures()) line.parts[figure.name] = hexadecimal(figure.hash, 2);
-  line.state = hexadecimal(console::state_hash(), 8);
+  for (const host::StateFigure& figure : host::state_figures()) line.parts[figure.name] = hexadecimal(figure.hash, 2);
+  line.state = hexadecimal(host::state_hash(), 8);
   line.drawing = hexadecimal(drawing_, 8);
   line.sounds = hexadecimal(sounds_, 8);
   drawing_ = sounds_ = 0;

@@ -1,12 +1,12 @@
 #define ARENA_DEFINES_BUILTINS
 
-#include "runtime/builtins/stamps.h"
+#include "runtime/builtins/stickers.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "engine/draw/draw_service.h"
-#include "engine/draw/stamps.h"
+#include "engine/draw/stickers.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/cameras.h"
@@ -20,42 +20,42 @@ namespace arena::draw {
 namespace {
 
 constexpr double kRegionSize = 1024;       // pixels: a full-screen view sees 6 to 9 of them
-constexpr std::size_t kLongestTail = 384;  // stamps drawn one by one before a region is baked anew
+constexpr std::size_t kLongestTail = 384;  // stickers drawn one by one before a region is baked anew
 constexpr std::size_t kDroppedAtOnce = 8;  // the share of the capacity whose age the dropped ones of a region lie within
 
-struct StampLayers {
-  std::map<std::int32_t, StampLayer> layers;
+struct StickerLayers {
+  std::map<std::int32_t, StickerLayer> layers;
   std::int32_t next_handle = 1;
   static constexpr auto fields() {
-    return std::tuple(field("layers", &StampLayers::layers), field("next_handle", &StampLayers::next_handle));
+    return std::tuple(field("layers", &StickerLayers::layers), field("next_handle", &StickerLayers::next_handle));
   }
 };
-const StatePart<StampLayers> part{PartLevel::kServices, "stamps"};
+const StatePart<StickerLayers> part{PartLevel::kServices, "stickers"};
 const RefKind stickers_refs{ref_type::kStickers, "stickers"};
 
 }  // namespace
 
-void StampLayer::add(const Draw::Stamp& stamp) {
-  if (!std::isfinite(stamp.at.x) || !std::isfinite(stamp.at.y) || capacity_ == 0) return;
+void StickerLayer::add(const Draw::Sticker& sticker) {
+  if (!std::isfinite(sticker.at.x) || !std::isfinite(sticker.at.y) || capacity_ == 0) return;
   if (count_ >= capacity_) make_room();
   const auto cell = [](double at) { return std::clamp(saturate_int32(std::floor(at / kRegionSize)), -1000000, 1000000); };
-  Region& region = regions_[{cell(stamp.at.x), cell(stamp.at.y)}];
-  const SpriteInfo* info = find_sprite(stamp.sprite);
+  Region& region = regions_[{cell(sticker.at.x), cell(sticker.at.y)}];
+  const SpriteInfo* info = find_sprite(sticker.sprite);
   const double reach =
-      info == nullptr ? 0 : (info->width + info->height) * std::max(std::fabs(stamp.at.xscale), std::fabs(stamp.at.yscale));
+      info == nullptr ? 0 : (info->width + info->height) * std::max(std::fabs(sticker.at.xscale), std::fabs(sticker.at.yscale));
   const bool is_first = region.entries.empty();
-  region.left = is_first ? stamp.at.x - reach : std::min(region.left, stamp.at.x - reach);
-  region.right = is_first ? stamp.at.x + reach : std::max(region.right, stamp.at.x + reach);
-  region.top = is_first ? stamp.at.y - reach : std::min(region.top, stamp.at.y - reach);
-  region.bottom = is_first ? stamp.at.y + reach : std::max(region.bottom, stamp.at.y + reach);
-  region.entries.push_back({next_serial_++, stamp});
+  region.left = is_first ? sticker.at.x - reach : std::min(region.left, sticker.at.x - reach);
+  region.right = is_first ? sticker.at.x + reach : std::max(region.right, sticker.at.x + reach);
+  region.top = is_first ? sticker.at.y - reach : std::min(region.top, sticker.at.y - reach);
+  region.bottom = is_first ? sticker.at.y + reach : std::max(region.bottom, sticker.at.y + reach);
+  region.entries.push_back({next_serial_++, sticker});
   region.changed_lately = true;
   ++count_;
   ordered_.clear();
 }
 
-// The region with the oldest stamp gives up those of about the same age.
-void StampLayer::make_room() {
+// The region with the oldest sticker gives up those of about the same age.
+void StickerLayer::make_room() {
   const auto oldest = std::min_element(regions_.begin(), regions_.end(), [](const auto& a, const auto& b) {
     const std::uint64_t left = a.second.entries.empty() ? UINT64_MAX : a.second.entries.front().serial;
     const std::uint64_t right = b.second.entries.empty() ? UINT64_MAX : b.second.entries.front().serial;
@@ -71,30 +71,30 @@ void StampLayer::make_room() {
   ordered_.clear();
 }
 
-void StampLayer::clear() {
+void StickerLayer::clear() {
   regions_.clear();
   ordered_.clear();
   count_ = 0;
 }
 
-const Draw::Stamp& StampLayer::at(std::size_t index) {
+const Draw::Sticker& StickerLayer::at(std::size_t index) {
   if (ordered_.empty()) {
     for (const auto& [cell, region] : regions_) {
       for (const Entry& entry : region.entries) ordered_.push_back(&entry);
     }
     std::sort(ordered_.begin(), ordered_.end(), [](const Entry* a, const Entry* b) { return a->serial < b->serial; });
   }
-  return ordered_[index]->stamp;
+  return ordered_[index]->sticker;
 }
 
-void StampLayer::bake(Draw& on, Region& region) {
+void StickerLayer::bake(Draw& on, Region& region) {
   scratch_.clear();
-  for (const Entry& entry : region.entries) scratch_.push_back(entry.stamp);
+  for (const Entry& entry : region.entries) scratch_.push_back(entry.sticker);
   region.baked.mesh = on.make_batch(scratch_);
   region.baked.count = region.entries.size();
 }
 
-void StampLayer::draw(Draw& on) {
+void StickerLayer::draw(Draw& on) {
   const auto in_view = [&](const Region& region) { return on.shows(region.left, region.top, region.right, region.bottom); };
   for (auto& [cell, region] : regions_) {
     if (region.entries.empty() || !in_view(region)) continue;
@@ -107,37 +107,37 @@ void StampLayer::draw(Draw& on) {
   for (const auto& [cell, region] : regions_) {
     if (!in_view(region)) continue;
     for (std::size_t i = region.baked.count; i < region.entries.size(); ++i) {
-      const Draw::Stamp& stamp = region.entries[i].stamp;
-      on.sprite(stamp.sprite, stamp.frame, stamp.at);
+      const Draw::Sticker& sticker = region.entries[i].sticker;
+      on.sprite(sticker.sprite, sticker.frame, sticker.at);
     }
   }
 }
 
-void StampLayer::drop_meshes() {
+void StickerLayer::drop_meshes() {
   for (auto& [cell, region] : regions_) region.baked = {};
 }
 
-StampLayer* find_stamp_layer(std::int32_t handle) {
+StickerLayer* find_sticker_layer(std::int32_t handle) {
   const auto found = part().layers.find(handle);
   return found != part().layers.end() ? &found->second : nullptr;
 }
 
 namespace {
 
-StampLayer* require_layer(std::int32_t handle) {
-  StampLayer* layer = find_stamp_layer(handle);
-  if (layer == nullptr) report_error(messages::kArgumentHandle, current_builtin_name(), 1, "stamps", handle);
+StickerLayer* require_layer(std::int32_t handle) {
+  StickerLayer* layer = find_sticker_layer(handle);
+  if (layer == nullptr) report_error(messages::kArgumentHandle, current_builtin_name(), 1, "stickers", handle);
   return layer;
 }
 
-std::int32_t stamps_create(std::int32_t capacity) {
+std::int32_t stickers_create(std::int32_t capacity) {
   part().layers.emplace(part().next_handle, static_cast<std::size_t>(std::clamp(capacity, 0, 10000000)));
   return part().next_handle++;
 }
-void stamps_destroy(std::int32_t handle) { part().layers.erase(handle); }
-void stamps_add(std::int32_t handle, std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle,
-                double colour, double alpha) {
-  StampLayer* layer = require_layer(handle);
+void stickers_destroy(std::int32_t handle) { part().layers.erase(handle); }
+void stickers_add(std::int32_t handle, std::int32_t sprite, double frame, double x, double y, double xscale, double yscale, double angle,
+                  double colour, double alpha) {
+  StickerLayer* layer = require_layer(handle);
   if (layer == nullptr) return;
   if (find_sprite(sprite) == nullptr) {
     report_invalid_resource(2, "sprite", sprite, static_cast<std::int32_t>(sprite_infos().size()));
@@ -145,47 +145,47 @@ void stamps_add(std::int32_t handle, std::int32_t sprite, double frame, double x
   }
   layer->add({sprite, frame, {x, y, xscale, yscale, angle, static_cast<std::uint32_t>(saturate_int64(colour)) & 0xFFFFFF, alpha}});
 }
-void stamps_clear(std::int32_t handle) {
-  if (StampLayer* layer = require_layer(handle)) layer->clear();
+void stickers_clear(std::int32_t handle) {
+  if (StickerLayer* layer = require_layer(handle)) layer->clear();
 }
-std::int32_t stamps_count(std::int32_t handle) {
-  const StampLayer* layer = require_layer(handle);
+std::int32_t stickers_count(std::int32_t handle) {
+  const StickerLayer* layer = require_layer(handle);
   return layer != nullptr ? static_cast<std::int32_t>(layer->count()) : 0;
 }
-RValue stamps_get(std::int32_t handle, std::int32_t index) {
-  StampLayer* layer = require_layer(handle);
+RValue stickers_get(std::int32_t handle, std::int32_t index) {
+  StickerLayer* layer = require_layer(handle);
   if (layer == nullptr) return {};
   if (index < 0 || static_cast<std::size_t>(index) >= layer->count()) {
     report_error(messages::kIndexOutOfBounds, index, static_cast<std::int32_t>(layer->count()));
     return {};
   }
-  const Draw::Stamp stamp = layer->at(static_cast<std::size_t>(index));
+  const Draw::Sticker sticker = layer->at(static_cast<std::size_t>(index));
   RValue made = make_struct();
   const auto field = [&](const char* name, double number) { store_variable(property_object(made), variable_id(name), RValue(number)); };
-  field("sprite", stamp.sprite);
-  field("image", stamp.frame);
-  field("x", stamp.at.x);
-  field("y", stamp.at.y);
-  field("xscale", stamp.at.xscale);
-  field("yscale", stamp.at.yscale);
-  field("angle", stamp.at.angle);
-  field("color", stamp.at.color);
-  field("alpha", stamp.at.alpha);
+  field("sprite", sticker.sprite);
+  field("image", sticker.frame);
+  field("x", sticker.at.x);
+  field("y", sticker.at.y);
+  field("xscale", sticker.at.xscale);
+  field("yscale", sticker.at.yscale);
+  field("angle", sticker.at.angle);
+  field("color", sticker.at.color);
+  field("alpha", sticker.at.alpha);
   return made;
 }
-void stamps_draw(std::int32_t handle) {
-  StampLayer* layer = require_layer(handle);
+void stickers_draw(std::int32_t handle) {
+  StickerLayer* layer = require_layer(handle);
   if (layer != nullptr && draw_service() != nullptr) layer->draw(*draw_service());
 }
 
 constexpr Implementation kRows[] = {
-    implement<script::stamps_create, stamps_create>, implement<script::stamps_destroy, stamps_destroy>,
-    implement<script::stamps_add, stamps_add>,       implement<script::stamps_clear, stamps_clear>,
-    implement<script::stamps_count, stamps_count>,   implement<script::stamps_get, stamps_get>,
-    implement<script::stamps_draw, stamps_draw>,
+    implement<script::stickers_create, stickers_create>, implement<script::stickers_destroy, stickers_destroy>,
+    implement<script::stickers_add, stickers_add>,       implement<script::stickers_clear, stickers_clear>,
+    implement<script::stickers_count, stickers_count>,   implement<script::stickers_get, stickers_get>,
+    implement<script::stickers_draw, stickers_draw>,
 };
-const BuiltinTable table("Stamps", "Very many small pictures that stay where they were put. Past its capacity a layer lets the oldest go.",
-                         kRows);
+const BuiltinTable table("Stickers",
+                         "Very many small pictures that stay where they were put. Past its capacity a layer lets the oldest go.", kRows);
 
 }  // namespace
 }  // namespace arena::draw

@@ -1,4 +1,4 @@
-#include "engine/console/state_hash.h"
+#include "engine/host/state_hash.h"
 
 #include <bit>
 #include <string_view>
@@ -14,17 +14,14 @@
 #include "runtime/values/number_text.h"
 #include "runtime/values/strings.h"
 
-namespace arena::console {
+namespace arena::host {
 namespace {
 
 // Follows the values of what is shown, in one order, whatever is made of it.
 class StateWalk : public StateVisitor {
  public:
   void whole_session() {
-    for (std::size_t i = 0; i < session().part_count(); ++i) {
-      group(Session::part_name(i));
-      session().part_at(i).visit(*this);
-    }
+    session().visit(*this);
     leave_group();
   }
 
@@ -197,4 +194,4 @@ std::string describe_state() {
   return describer.lines;
 }
 
-}  // namespace arena::console
+}  // namespace arena::host

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace arena::console {
+namespace arena::host {
 
 // Of a part of the session, or of the instances of one object type.
 struct StateFigure {
@@ -20,4 +20,4 @@ std::uint64_t state_hash();
 // when they began and which ids they were given have the same text, and where texts differ a comparison by lines shows what does.
 std::string describe_state();
 
-}  // namespace arena::console
+}  // namespace arena::host
