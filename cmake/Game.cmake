@@ -136,7 +136,7 @@ function(add_windows_resources NAME TITLE VERSION ASSETS)
   file(CONFIGURE OUTPUT ${FOLDER}/program.rc CONTENT
     "#define PROGRAM_NAME \"${NAME}\"\n#define PROGRAM_TITLE \"${TITLE}\"\n#define PROGRAM_VERSION_NUMBERS ${NUMBERS},0\n#define PROGRAM_VERSION_TEXT \"${VERSION}\"\n${ICON_LINE}#include \"apps/windows/program.rc\"\n")
   set_source_files_properties(${FOLDER}/program.rc PROPERTIES
-    COMPILE_OPTIONS "-I${ARENA_ROOT};-I${FOLDER}"
+    COMPILE_OPTIONS "-I${ARENA_ROOT};-I${FOLDER};--codepage=65001"
     OBJECT_DEPENDS "${ARENA_ROOT}/apps/windows/program.rc;${FOLDER}/program.manifest;${ICON}")
   set(RESOURCES ${FOLDER}/program.rc PARENT_SCOPE)
 endfunction()

@@ -21,6 +21,11 @@ def main():
     assert not others, f"not expected: {sorted(others)}"
     assert len(found) > len(EXPECTED), "no licences"
 
+    with open(os.path.join(prefix, "share/applications/arena.desktop"), encoding="utf-8") as file:
+        entry = file.read().splitlines()
+    lines = ["[Desktop Entry]", "Type=Application", "Name=Arena", "Comment=A top-down arena shooter", "Exec=arena", "Icon=arena"]
+    assert entry[:1] == lines[:1] and set(lines) <= set(entry), entry
+
     # Elsewhere, and under another user's name, so that nothing but the installation is met.
     moved = os.path.join(build, "installed elsewhere é")
     shutil.rmtree(moved, ignore_errors=True)
