@@ -83,7 +83,7 @@ class FrameMode : public Mode {
 class HeadlessMode final : public FrameMode {
  public:
   HeadlessMode(host::Game& game, const Options& options) : FrameMode(game, options.frames, options.demo), path_(options.hashes) {
-    if (!path_.empty()) hashes_.open(files::path_of(path_));
+    if (!path_.empty()) hashes_.open(files::path_of(path_), std::ios::binary);  // the same bytes on every system
   }
 
   NextTick tick() override {

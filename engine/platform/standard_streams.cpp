@@ -6,6 +6,7 @@
 #include "engine/platform/end_requests.h"
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
 #else
 #include <fcntl.h>
@@ -46,7 +47,11 @@ long read_some(char* into, std::size_t most) {
 }  // namespace
 
 #ifdef _WIN32
-void hold_standard_streams() {}
+void hold_standard_streams() {
+  for (std::FILE* const stream : {stdin, stdout}) {
+    if (_fileno(stream) >= 0) _setmode(_fileno(stream), _O_BINARY);
+  }
+}
 #else
 void hold_standard_streams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {

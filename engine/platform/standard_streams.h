@@ -5,7 +5,8 @@
 
 namespace arena::platform {
 
-// Streams that are closed at start stay so: no file that is opened later gets their place. Called first of all.
+// Streams that are closed at start stay so: no file that is opened later gets their place. Input and output pass
+// byte by byte on every system. Called first of all.
 void hold_standard_streams();
 
 class InputLines {
