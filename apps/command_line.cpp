@@ -13,13 +13,25 @@
 namespace arena::apps {
 
 #ifdef _WIN32
+namespace {
+
+bool is_missing(DWORD stream) {
+  const HANDLE handle = GetStdHandle(stream);
+  return handle == nullptr || handle == INVALID_HANDLE_VALUE;
+}
+
+// For what it shows, and for its Ctrl+C. Streams that someone else reads or writes are there already.
+void join_terminal() {
+  const bool needs_output = is_missing(STD_OUTPUT_HANDLE), needs_errors = is_missing(STD_ERROR_HANDLE);
+  if (AttachConsole(ATTACH_PARENT_PROCESS) == 0) return;
+  if (needs_output) std::freopen("CONOUT$", "w", stdout);
+  if (needs_errors) std::freopen("CONOUT$", "w", stderr);
+}
+
+}  // namespace
+
 std::vector<std::string> command_line(int, char**) {
-  // Streams that someone else reads or writes are there already.
-  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-  if ((output == nullptr || output == INVALID_HANDLE_VALUE) && AttachConsole(ATTACH_PARENT_PROCESS) != 0) {
-    std::freopen("CONOUT$", "w", stdout);
-    std::freopen("CONOUT$", "w", stderr);
-  }
+  join_terminal();
   int count = 0;
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;

@@ -2,7 +2,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <stdexcept>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 #include "apps/options.h"
 #include "apps/user_files.h"
@@ -78,12 +83,19 @@ TEST(Program, EndsWithTheStatusOfWhatHappened) {
   EXPECT_EQ(run_program("--headless --frames 3 --data " ARENA_SOURCE "/README.md"), 1);
 }
 
+// Runs that go on until they are told to end.
+constexpr struct {
+  const char *arguments, *input;
+} kEndedRuns[] = {{"--headless --demo --hashes hashes", ""},
+                  {"--headless --console", R"({"step": 1})"},
+                  {"--headless --console", "{\"step\": 1}\n{\"step\": 10000000}"}};
+
+#ifndef _WIN32
 std::string text_of_file(const std::string& path) {
   std::ifstream stream(files::path_of(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-#ifndef _WIN32
 constexpr const char* kArena = ARENA_BINARY "/arena ";
 
 int run_shell(const std::string& line) { return WEXITSTATUS(std::system(line.c_str())); }
@@ -149,14 +161,9 @@ int status_after(const std::string& signal, const std::string& arguments, const 
 }
 
 TEST(Program, EndRequestsEndEveryMode) {
-  const struct {
-    std::string arguments, input;
-  } rows[] = {{"--headless --demo --hashes hashes", ""},
-              {"--headless --console", R"({"step": 1})"},
-              {"--headless --console", "{\"step\": 1}\n{\"step\": 10000000}"}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(status_after("TERM", row.arguments, row.input), 143) << row.arguments << row.input;
-    EXPECT_EQ(status_after("INT", row.arguments, row.input), 130) << row.arguments << row.input;
+  for (const auto& run : kEndedRuns) {
+    EXPECT_EQ(status_after("TERM", run.arguments, run.input), 143) << run.arguments << run.input;
+    EXPECT_EQ(status_after("INT", run.arguments, run.input), 130) << run.arguments << run.input;
   }
 }
 
@@ -182,6 +189,67 @@ TEST(Program, APictureOfAHeadlessRunCostsOneFrame) {
   EXPECT_EQ(run_shell("ulimit -f 8; " + std::string(kArena) + "--headless --frames 1 --screenshot " + picture + " 2>/dev/null"), 1);
   EXPECT_FALSE(std::filesystem::exists(picture));
   EXPECT_FALSE(std::filesystem::exists(picture + ".new"));
+}
+#else
+// The program, its input held open, gets a Ctrl+C from the console once it has begun.
+int status_after_control_c(const std::string& arguments, const std::string& input) {
+  const std::filesystem::path folder = files::path_of(temporary_path("interrupted"));
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+  HANDLE there = nullptr, here = nullptr;
+  if (CreatePipe(&there, &here, &inherited, 0) == 0) return -1;
+  SetHandleInformation(here, HANDLE_FLAG_INHERIT, 0);
+  DWORD written = 0;
+  WriteFile(here, (input + "\n").data(), static_cast<DWORD>(input.size() + 1), &written, nullptr);
+  STARTUPINFOW how = {};
+  how.cb = sizeof how;
+  how.dwFlags = STARTF_USESTDHANDLES;
+  how.hStdInput = there;
+  how.hStdOutput = how.hStdError =
+      CreateFileW((folder / "output").c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
+  PROCESS_INFORMATION program = {};
+  std::wstring line = files::path_of("\"" ARENA_BINARY "/arena.exe\" " + arguments).wstring();
+  const BOOL is_started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &how, &program);
+  CloseHandle(there);
+  CloseHandle(how.hStdOutput);
+  const auto has_begun = [&] {
+    std::error_code ignored;
+    for (const char* name : {"output", "hashes"}) {
+      if (std::filesystem::exists(folder / name, ignored) && std::filesystem::file_size(folder / name, ignored) > 0) return true;
+    }
+    return false;
+  };
+  DWORD status = 0;
+  if (is_started != 0) {
+    for (int round = 0; round < 600 && !has_begun(); ++round) Sleep(50);
+    Sleep(100);
+    GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+    if (WaitForSingleObject(program.hProcess, 3000) != WAIT_OBJECT_0) TerminateProcess(program.hProcess, 99);
+    GetExitCodeProcess(program.hProcess, &status);
+    CloseHandle(program.hProcess);
+    CloseHandle(program.hThread);
+  }
+  CloseHandle(here);
+  return static_cast<int>(status);
+}
+
+// In a process with a console of its own, for the events meet all who share one.
+[[noreturn]] void interrupt_every_mode() {
+  FreeConsole();
+  int wrong = AllocConsole() == 0;
+  SetConsoleCtrlHandler([](DWORD) { return TRUE; }, TRUE);
+  for (const auto& run : kEndedRuns) {
+    const int status = status_after_control_c(run.arguments, run.input);
+    std::cerr << run.arguments << run.input << " ended with " << status << "\n";
+    wrong += status != 130;
+  }
+  std::exit(wrong);
+}
+
+TEST(ProgramDeathTest, EndRequestsEndEveryMode) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(interrupt_every_mode(), ::testing::ExitedWithCode(0), "");
 }
 #endif
 
