@@ -59,14 +59,17 @@ TEST(DataFile, EveryKindOfDamageHasItsLine) {
   EXPECT_EQ(problem, temporary_path(".") + ": the data file cannot be read: this is a folder");
   EXPECT_EQ(data::open_data_file("a\nb", problem), nullptr);
   EXPECT_EQ(problem, "a?b: the data file cannot be opened");
-  const std::string sparse = temporary_path("sparse.dat");  // a header that promises more than any memory holds
+  const std::string large = temporary_path("large.dat");  // two gigabytes, nearly all of them a hole
   std::vector<std::uint8_t> header = data::header_for(good.data(), 0);
-  header[21] = 1;
-  std::ofstream(sparse, std::ios::binary).write(reinterpret_cast<const char*>(header.data()), data::kHeaderBytes);
-  std::filesystem::resize_file(sparse, data::kHeaderBytes + (std::uintmax_t{1} << 40));
-  EXPECT_EQ(data::open_data_file(sparse, problem), nullptr);
-  EXPECT_EQ(problem, sparse + ": this is not a data file of this game: it is too large");
-  std::filesystem::remove(sparse);
+  header[21] = 1;  // it promises even more
+  constexpr std::streamoff end = data::kHeaderBytes + (std::streamoff{1} << 31);
+  std::ofstream stream(large, std::ios::binary);
+  stream.write(reinterpret_cast<const char*>(header.data()), data::kHeaderBytes).seekp(end).put(0);
+  stream.close();
+  ASSERT_EQ(std::filesystem::file_size(large), std::uintmax_t{end + 1});
+  EXPECT_EQ(data::open_data_file(large, problem), nullptr);
+  EXPECT_EQ(problem, large + ": this is not a data file of this game: it is too large");
+  std::filesystem::remove(large);
 }
 
 TEST(DataFile, HostileBytesNeverCrash) {
