@@ -143,8 +143,8 @@ const BuiltinVariable mouse_x{"mouse_x", false, [](CInstance*, std::int32_t) { r
 const BuiltinVariable mouse_y{"mouse_y", false, [](CInstance*, std::int32_t) { return RValue(pointer_in_room().y); }};
 const BuiltinVariable room{"room", false, [](CInstance*, std::int32_t) { return RValue(static_cast<double>(world().room)); },
                            [](CInstance*, std::int32_t, const RValue& value) {
-                             const std::int32_t wanted = to_int32(value);
-                             if (require_room(wanted)) world().room_wanted = wanted;
+                             const std::int32_t wanted = to_int32(value);  // an assignment is a room_goto, whoever makes it
+                             if (require_room(wanted, "room_goto")) world().room_wanted = wanted;
                            }};
 const BuiltinVariable room_width{"room_width", false, [](CInstance*, std::int32_t) { return RValue(world().room_width); }};
 const BuiltinVariable room_height{"room_height", false, [](CInstance*, std::int32_t) { return RValue(world().room_height); }};

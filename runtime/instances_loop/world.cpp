@@ -299,9 +299,9 @@ void World::carry_out_requests() {
   if (ended) run_for_all({EventKind::kOther, kOtherGameEnd});
 }
 
-bool require_room(std::int32_t room) {
+bool require_room(std::int32_t room, std::string_view function) {
   if (world().has_room(room)) return true;
-  report_invalid_resource(1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
+  report_error(messages::kArgumentResource, function, 1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
   return false;
 }
 

@@ -155,8 +155,8 @@ class World : public WorldState {
 
 inline World& world() { return *session().world; }
 
-// Whether there is such a room; reports when not.
-bool require_room(std::int32_t room);
+// Whether there is such a room; reports it as the first argument of the function when not.
+bool require_room(std::int32_t room, std::string_view function);
 // Depths order what is drawn: what is no number counts as 0.
 inline double orderly_depth(double depth) { return std::isnan(depth) ? 0 : depth; }
 

@@ -138,9 +138,8 @@ TEST_F(World, RoomsTimeAndCounts) {
   check({{"instance_exists(oProbe)", "false"}, {"room_get_name(room)", "rTest"}});
   eval("room = 1");
   step();
-  check({{"room == 1", "true"},
-         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 3"},
-         {"room", "1"}});
+  check(
+      {{"room == 1", "true"}, {"room = 99", "! room_goto argument 1 invalid reference to (room) - requested 99 max is 3"}, {"room", "1"}});
 }
 
 TEST_F(World, WhoLosesTheFocusLetsGoOfEverything) {

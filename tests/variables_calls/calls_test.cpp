@@ -221,12 +221,24 @@ TEST_F(Calls, IndicesOfBuiltInArraysAreChecked) {
   }
   EXPECT_EQ(eval("view_camera[9]"), out_of_range(global_object(), "view_camera", 9, 8));
   EXPECT_EQ(eval("view_camera[-3] = 1"), out_of_range(global_object(), "view_camera", -3, 8));
-  check({{"oProbe.alarm[11] = 4; oProbe.alarm[11]", "4"},
-         {"view_camera[7]", "-1"},
-         {"room = 99", "! Unknown Function argument 1 invalid reference to (room) - requested 99 max is 3"}});
-  EXPECT_EQ(eval("room = -1").find("! Unknown Function argument 1 invalid reference to (room) - requested -1 max is "), 0u);
+  check({{"oProbe.alarm[11] = 4; oProbe.alarm[11]", "4"}, {"view_camera[7]", "-1"}});
   RValue out;
   EXPECT_THROW(builtin_var_get(resolve_instance(probe), find_builtin_variable("x"), 0, out), WBKSLException) << "x is no array";
+}
+
+// An assignment to `room` is a room_goto: it reports in the same words, whoever makes it.
+TEST_F(Calls, ARoomThatIsNotThereIsReportedAlikeByEveryWayThere) {
+  const int probe = static_cast<int>(number("global.seen = []; global.hooks = {}; instance_create_depth(0, 0, 0, oProbe)"));
+  for (const char* const room : {"99", "-1", "3", "2147483647"}) {
+    const std::string wanted = room, expected = eval("room_goto(" + wanted + ")");
+    EXPECT_EQ(expected, "! room_goto argument 1 invalid reference to (room) - requested " + wanted + " max is 3");
+    for (const std::string& way : {"room = " + wanted, "with (oProbe) { room = " + wanted + " }",
+                                   "variable_instance_set(" + std::to_string(probe) + ", \"room\", " + wanted + ")"}) {
+      EXPECT_EQ(eval(way), expected) << way;
+    }
+  }
+  step();
+  EXPECT_EQ(eval("room_get_name(room)"), "rTest");
 }
 
 // A script that calls itself for ever ends in a report, by whichever way it does, and the game goes on.
