@@ -130,6 +130,25 @@ TEST(Program, WhatCannotBeReadOrWrittenIsOneLine) {
   std::filesystem::remove_all(folder);
 }
 
+// However little memory there is, from what the start needs upwards: it is enough, or one line says that it is not.
+TEST(Program, MemoryThatRunsOutIsOneLine) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers take memory of their own";
+#endif
+  const std::string errors = temporary_path("errors");
+  int too_little = 0;
+  for (int kilobytes = 90000; kilobytes > 10000; kilobytes -= 2500) {
+    const int status = run_shell("ulimit -c 0; ulimit -v " + std::to_string(kilobytes) + "; timeout 60 " + kArena +
+                                 "--headless --demo --frames 30 2>" + errors);
+    const std::string told = text_of_file(errors);
+    if (status == 127 || told.find("shared librar") != std::string::npos) break;  // the system cannot load the program
+    EXPECT_EQ(told, status == 0 ? "" : "arena: the memory has run out\n") << kilobytes;
+    EXPECT_LE(status, 1) << kilobytes;
+    too_little += status == 1;
+  }
+  EXPECT_GT(too_little, 0);
+}
+
 // As one who may not read it, and from a disk that fails in the middle of it.
 TEST(Program, AnUnreadableDataFileIsOneLine) {
   const std::string folder = temporary_path("unreadable"), data = folder + "/arena.dat", errors = temporary_path("errors");

@@ -265,13 +265,15 @@ TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
   EXPECT_EQ(text.string->count, 1);
 }
 
-// What stands in for a missing array is nothing that could be collected.
+// What stands in for a missing array is nothing that could be collected: no object at all.
 TEST_F(Collector, SuppressedArgumentErrorsLeaveNothingBehind) {
   const ErrorSuppression quiet;
   RValue argument(5.0), result;
+  const std::size_t alive = live_objects();
   for (int i = 0; i < 3; ++i) {
     call_builtin_in_place(nullptr, nullptr, result, 1, find_builtin("array_pop"), &argument);
     EXPECT_TRUE(result.is_undefined());
+    EXPECT_EQ(live_objects(), alive);
     collect_everything();
   }
 }

@@ -1,9 +1,11 @@
 // The console takes any line, and the game goes on.
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 
 #include "runtime/instances_loop/random.h"
 #include "runtime/reports/log.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -114,6 +116,20 @@ TEST_F(Console, DrawsAreThoseOfTheLastFrame) {
   eval("variable_struct_set(global.hooks, \"Step_0\", game_end)");
   EXPECT_EQ(ask({{"step", 50}})["ended"], true);
   EXPECT_EQ(texts(), last) << "of the frame that ended the game, although more were wanted";
+}
+
+// Of the frames of one step nobody can ask about any but the last: the others make no list of their drawing calls.
+TEST_F(Console, OnlyAFrameThatIsAskedAboutListsItsDraws) {
+  if (!can_fail_allocations()) GTEST_SKIP() << "allocations cannot be counted here";
+  for (int i = 0; i < 50; ++i) eval("instance_create_depth(0, 0, 0, oExplosion).lifetime = 1000");
+  const auto allocations = [&](int frames, int steps) {
+    const FailingMemory counting(std::numeric_limits<int>::max());
+    for (int i = 0; i < steps; ++i) ask({{"step", frames}});
+    return counting.asked();
+  };
+  allocations(1, 20);  // lists grow to their size
+  const int listed = allocations(1, 20), unlisted = allocations(20, 1);
+  EXPECT_LT(unlisted * 4, listed);
 }
 
 // Every handler of 300 instances fails in every frame: what is said about it stays small, and is still told.

@@ -139,12 +139,14 @@ TEST_F(DeviceLoss, WhatIsAliveIsFoundHoweverManyCameBefore) {
     mesh = on.create_mesh(vertices, 3);
     last_texture = texture(9);
     if (made == 0) first_mesh = mesh, first_texture = last_texture;
+    ASSERT_EQ(drawn(last_texture), 9) << made;
     if (made == 299999) break;
     on.destroy_mesh(mesh);
     on.destroy_texture(last_texture);
   }
-  EXPECT_EQ(drawn(last_texture), 9);
   EXPECT_EQ(drawn(first_texture), -1);
+  EXPECT_EQ(card.textures.size(), 1u) << "whoever is not found is not freed either";
+  EXPECT_EQ(card.meshes.size(), 1u);
   card.drawn_meshes.clear();
   on.begin_frame(8, 8, 0);
   on.draw_mesh({last_texture, gpu::Blend::kNormal, 1, {}}, mesh, {});

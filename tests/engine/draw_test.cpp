@@ -261,9 +261,17 @@ TEST_F(Drawing, HandlersPutBackWhatTheyChange) {
     EXPECT_EQ(eval("gpu_get_blendmode()"), "3") << object;
     eval("instance_destroy(global.i)");
   }
-  eval("instance_create_layer(0, 0, \"layMobs\", oExplosion); gpu_set_blendmode(2)");
+  // The explosion is light.
+  const auto kinds = [&](gpu::Blend blend) {
+    return std::count_if(recorder->draws.begin(), recorder->draws.end(), [&](const auto& draw) { return draw.state.blend == blend; });
+  };
+  eval("gpu_set_blendmode(2)");
   step();
+  EXPECT_EQ(kinds(gpu::Blend::kAdd), 0);
+  eval("instance_create_layer(0, 0, \"layMobs\", oExplosion); gpu_set_blendmode(2)");
+  step(2);
   EXPECT_EQ(eval("gpu_get_blendmode()"), "2");
+  EXPECT_GT(kinds(gpu::Blend::kAdd), 0);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "runtime/input/input_state.h"
+#include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -132,6 +133,32 @@ TEST_F(Support, DrawingHelpersDrawAndReportNothing) {
       {"draw_healthbar_circular(50, 50, 30, 6, 0.4, 255, 0); draw_healthbar_circular(50, 50, 30, 30, 7, 255, 0); 1", "1"},
       {"draw_sprite_radial(30, 0, 50, 50, 0.3, 16777215, 1); draw_sprite_radial(30, 0, 50, 50, -2, 16777215, 1); 1", "1"},
   });
+}
+
+// Draw events run in every frame; of those that nobody sees only the one that is kept costs the graphics card anything.
+TEST(HiddenFrames, OnlyTheOneThatIsKeptReachesTheCard) {
+  std::string problem;
+  host::GameOptions options;
+  options.data = data::open_data_file(data_file_path(), problem);
+  ASSERT_NE(options.data, nullptr) << problem;
+  auto backend = std::make_unique<gpu::Recorder>();
+  const gpu::Recorder& card = *backend;
+  options.backend = std::move(backend);
+  options.extra_objects = probe_objects();
+  options.shows_frames = false;
+  const host::Started started = host::Game::start(std::move(options));
+  ASSERT_NE(started.game, nullptr) << started.problem;
+  console::Console console(*started.game);
+  EXPECT_EQ(console.answer(R"({"step": 5})").find("error"), std::string::npos);
+  EXPECT_EQ(card.draws.size(), 0U);
+  EXPECT_NE(console.answer(R"({"draws": true})").find("draw_text"), std::string::npos);
+  const std::string picture = temporary_path("hidden.png");
+  ASSERT_TRUE(started.game->save_screenshot(picture));
+  const std::size_t drawn = card.draws.size();
+  EXPECT_GT(drawn, 0U);
+  console.answer(R"({"step": 5})");
+  EXPECT_EQ(card.draws.size(), drawn) << "closed again";
+  std::filesystem::remove(picture);
 }
 
 TEST_F(Support, ScreenshotsNeverReplaceAFile) {

@@ -8,16 +8,19 @@ namespace {
 
 thread_local int left = -1;  // allocations until one fails; -1: none does
 thread_local bool failed = false;
+thread_local int counted = 0;
 
 }  // namespace
 
 FailingMemory::FailingMemory(int allowed) {
   left = allowed;
   failed = false;
+  counted = 0;
 }
 FailingMemory::~FailingMemory() { stop(); }
 void FailingMemory::stop() { left = -1; }
 bool FailingMemory::has_failed() const { return failed; }
+int FailingMemory::asked() const { return counted; }
 
 #ifdef _WIN32
 bool can_fail_allocations() { return false; }
@@ -27,9 +30,12 @@ bool can_fail_allocations() { return true; }
 namespace {
 
 void* allocate(std::size_t bytes, std::size_t alignment) {
-  if (left >= 0 && left-- == 0) {
-    failed = true;
-    return nullptr;
+  if (left >= 0) {
+    ++counted;
+    if (left-- == 0) {
+      failed = true;
+      return nullptr;
+    }
   }
   return std::aligned_alloc(alignment, (bytes + alignment) / alignment * alignment);
 }

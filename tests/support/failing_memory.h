@@ -13,6 +13,7 @@ class FailingMemory {
   FailingMemory& operator=(const FailingMemory&) = delete;
   void stop();  // from here on nothing fails
   bool has_failed() const;
+  int asked() const;  // how many allocations there were, up to the one that failed
 };
 
 }  // namespace arena::test
