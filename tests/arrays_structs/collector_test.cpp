@@ -2,6 +2,7 @@
 #include "runtime/arrays_structs/collector.h"
 
 #include <functional>
+#include <latch>
 #include <thread>
 
 #include "runtime/arrays_structs/array.h"
@@ -248,12 +249,15 @@ TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
   EXPECT_TRUE(take_log().empty()) << "the main thread may";
   {
     const WorkerRegistration registered;
+    std::latch begun(2);
     std::thread worker([&, &own = session()] {
       const SessionScope scope(own);
+      begun.arrive_and_wait();
       store_variable(property_object(holder), id("from_thread"), list);
-      for (int i = 0; i < 1000; ++i) const RValue copy(text), mine = make_string("worker's");
+      for (int i = 0; i < 100000; ++i) const RValue copy(text), mine = make_string("worker's");
     });
-    for (int i = 0; i < 1000; ++i) const RValue copy(text), own = make_string("main's own");
+    begun.arrive_and_wait();
+    for (int i = 0; i < 100000; ++i) const RValue copy(text), own = make_string("main's own");
     worker.join();
   }
   EXPECT_EQ(take_log(),

@@ -104,6 +104,12 @@ TEST(DataFile, MeaningIsChecked) {
       {"first room", [](data::FileT& file) { file.first_room = 77; }, "the first room does not exist"},
       {"frame", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(100000); }, "sprite 'sprPlayer' has a frame outside its page"},
       {"mask", [](data::FileT& file) { file.sprites[0]->right = 1e9f; }, "sprite 'sprPlayer' has a mask outside itself"},
+      {"mask without an edge",
+       [](data::FileT& file) {
+         file.sprites[0]->right = NAN;
+         file.sprites[0]->mask = data::Mask_Precise;
+       },
+       "sprite 'sprPlayer' has a mask outside itself"},
       {"double index", [](data::FileT& file) { file.sprites[1]->index = file.sprites[0]->index; },
        "sprite 'sprEnemy' has the index of another sprite"},
       {"frame far out", [](data::FileT& file) { file.sprites[0]->frames[0].mutate_x(2147483647); },

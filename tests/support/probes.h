@@ -1,5 +1,6 @@
 #pragma once
 // Object types of the tests: a probe writes down every event it gets in global.seen.
+#include <string>
 #include <vector>
 
 #include ARENA_ASSETS  // of the game that is tested
@@ -11,5 +12,8 @@ namespace arena::test {
 inline constexpr int kProbe = game::kObjectCount, kProbeChild = kProbe + 1;
 
 std::vector<ObjectDefinition> probe_objects();
+
+// What the script draw_the_statement runs, as the hook of a probe's Draw event.
+extern std::string statement_to_draw;
 
 }  // namespace arena::test

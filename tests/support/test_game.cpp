@@ -14,9 +14,7 @@
 #include "tests/support/probes.h"
 
 namespace arena::test {
-namespace {
 std::string statement_to_draw;
-}
 }  // namespace arena::test
 namespace game {
 extern const Script<Value()> draw_the_statement;
