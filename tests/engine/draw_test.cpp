@@ -253,20 +253,23 @@ TEST_F(Drawing, LongTextsAreBrokenInOneGo) {
 
 // What was current before a handler that needs a look of its own is current after it, for whoever draws next in the same frame.
 TEST_F(Drawing, HandlersPutBackWhatTheyChange) {
-  eval("global.seen = []; global.hooks = {Draw_64: method(undefined, draw_the_statement)}; instance_create_depth(0, 0, -1000000, oProbe)");
+  eval("global.seen = []; global.hooks = {Draw_64: method(undefined, draw_the_statement)}");
   statement_to_draw =
       "global.then = [draw_get_colour(), draw_get_alpha(), draw_get_font(), draw_get_halign(), draw_get_valign(), gpu_get_blendmode()]";
+  eval("global.statistics = {kills: 3}");
   const auto kinds = [&](gpu::Blend blend) {
     return std::count_if(recorder->draws.begin(), recorder->draws.end(), [&](const auto& draw) { return draw.state.blend == blend; });
   };
   for (const char* object : {"oDeathScreen", "oPrepare1", "oExplosion"}) {
     eval(std::string("global.i = instance_create_layer(0, 0, \"layMobs\", ") + object + ", {start_timer_on: true})");
+    ASSERT_EQ(eval("instance_exists(global.i)"), "true") << object;
+    eval("global.asks = instance_create_depth(0, 0, -1000000, oProbe)");  // younger: its Draw events come later
     eval("draw_set_colour(77); draw_set_alpha(0.25); draw_set_font(3); draw_set_halign(2); draw_set_valign(1); gpu_set_blendmode(3)");
     step(2);
     const bool is_light = std::string(object) == "oExplosion";
     EXPECT_EQ(eval(is_light ? "global.then[5]" : "global.then"), is_light ? "3" : "[77,0.25,3,2,1,3]") << object;
     EXPECT_EQ(kinds(gpu::Blend::kAdd) > 0, is_light) << object;
-    eval("instance_destroy(global.i)");
+    eval("instance_destroy(global.i); instance_destroy(global.asks)");
   }
 }
 
