@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "runtime/checks/assert.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/elementary.h"
 
@@ -56,6 +57,7 @@ double Audio::loudness(const Voice& voice) const {
 }
 
 std::int32_t Audio::play(const Voice& voice) {
+  ARENA_ASSERT(playing.empty() || playing.back().handle < next_handle);  // sorted by handle
   playing.push_back(voice);
   Voice& made = playing.back();
   made.pitch = std::max(made.pitch, kLowestPitch);
@@ -142,6 +144,7 @@ void Audio::advance(double seconds) {
   });
   for (Voice& voice : playing) {
     if (voice.is_paused) continue;
+    ARENA_ASSERT(voice.sound >= 0 && static_cast<std::size_t>(voice.sound) < clips.size());
     voice.offset += seconds * voice.pitch;
     const double length = clips[static_cast<std::size_t>(voice.sound)].seconds();
     if (voice.loop && length > 0) voice.offset = std::fmod(voice.offset, length);

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "engine/draw/pictures.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/values/elementary.h"
 
@@ -44,6 +45,7 @@ std::unique_ptr<Draw::Batch> Draw::make_batch(std::span<const Sticker> stickers)
 }
 
 void Draw::draw_batch(const Batch& batch) {
+  ARENA_ASSERT(&batch.gpu == &gpu_);
   gpu::Transform to;
   to.a = static_cast<float>(a_);
   to.b = static_cast<float>(b_);

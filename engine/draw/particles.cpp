@@ -11,6 +11,7 @@
 #include "engine/draw/particles.h"
 #include "runtime/arrays_structs/array.h"
 #include "runtime/builtins/implement.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
@@ -128,6 +129,7 @@ void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) cons
   const gpu::Blend before = on.state.blend;
   Draw::QuadStream stream(on);
   for (const Particle& each : particles_) {
+    ARENA_ASSERT(each.type >= 0 && static_cast<std::size_t>(each.type) < types.size());
     const ParticleType& type = types[static_cast<std::size_t>(each.type)];
     const float share = each.age / each.life, half = share < 0.5f ? share * 2 : share * 2 - 1;
     const std::size_t from = share < 0.5f ? 0 : 1;

@@ -9,6 +9,7 @@
 #include "engine/draw/stickers.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/builtins/implement.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/program/names.h"
@@ -52,6 +53,7 @@ void StickerLayer::add(const Draw::Sticker& sticker) {
   region.changed_lately = true;
   ++count_;
   ordered_.clear();
+  ARENA_ASSERT(count_ <= capacity_);
 }
 
 // The region with the oldest sticker gives up those of about the same age.
@@ -61,6 +63,7 @@ void StickerLayer::make_room() {
     const std::uint64_t right = b.second.entries.empty() ? UINT64_MAX : b.second.entries.front().serial;
     return left < right;
   });
+  ARENA_ASSERT(oldest != regions_.end() && !oldest->second.entries.empty());
   Region& region = oldest->second;
   const std::uint64_t until = region.entries.front().serial + std::max<std::size_t>(1, capacity_ / kDroppedAtOnce);
   while (!region.entries.empty() && region.entries.front().serial < until) {
@@ -84,6 +87,7 @@ const Draw::Sticker& StickerLayer::at(std::size_t index) {
     }
     std::sort(ordered_.begin(), ordered_.end(), [](const Entry* a, const Entry* b) { return a->serial < b->serial; });
   }
+  ARENA_ASSERT(ordered_.size() == count_ && index < count_);
   return ordered_[index]->sticker;
 }
 
@@ -98,6 +102,7 @@ void StickerLayer::draw(Draw& on) {
   const auto in_view = [&](const Region& region) { return on.shows(region.left, region.top, region.right, region.bottom); };
   for (auto& [cell, region] : regions_) {
     if (region.entries.empty() || !in_view(region)) continue;
+    ARENA_ASSERT(region.baked.count <= region.entries.size());
     const std::size_t tail = region.entries.size() - region.baked.count;
     // A region that nothing was added to since the last frame has no reason to keep a tail.
     if (tail > kLongestTail || (tail > 0 && !region.changed_lately)) bake(on, region);

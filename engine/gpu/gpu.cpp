@@ -1,6 +1,7 @@
 #include "engine/gpu/gpu.h"
 
 #include "engine/gpu/backend.h"
+#include "runtime/checks/assert.h"
 
 namespace arena::gpu {
 namespace {
@@ -28,6 +29,7 @@ Gpu::Slot& Gpu::take_slot(std::vector<Slot>& slots) {
 // 0 when the backend could not make what stands there: the place is free again. While the device is lost nothing can be made, yet the id
 // is good: restoring makes it.
 std::uint64_t Gpu::id_of(std::vector<Slot>& slots, Slot& slot) {
+  ARENA_ASSERT(slot.serial % 2 == 1 && &slot >= slots.data() && &slot < slots.data() + slots.size());
   if (slot.backend_id == 0 && !backend_->is_lost()) {
     ++slot.serial;
     return 0;
@@ -42,6 +44,7 @@ Gpu::Slot* Gpu::find_slot(std::vector<Slot>& slots, std::uint64_t id) {
 }
 
 TextureId Gpu::create_texture(int width, int height, const std::uint8_t* pixels) {
+  ARENA_ASSERT(width >= 0 && height >= 0);
   Slot& slot = take_slot(textures_);
   slot.backend_id = backend_->create_texture(width, height, pixels);
   if (backend_->can_be_lost()) {
@@ -66,6 +69,7 @@ std::uint32_t Gpu::backend_texture(TextureId texture) {
 }
 
 MeshId Gpu::create_mesh(const Vertex* vertices, std::size_t count) {
+  ARENA_ASSERT(count % 3 == 0);
   Slot& slot = take_slot(meshes_);
   slot.backend_id = backend_->create_mesh(vertices, count);
   if (backend_->can_be_lost()) slot.vertices.assign(vertices, vertices + count);
@@ -97,6 +101,7 @@ void Gpu::begin_frame(int width, int height, std::uint32_t clear_color) {
 }
 
 void Gpu::draw(const State& state, const Vertex* vertices, std::size_t count) {
+  ARENA_ASSERT(count % 3 == 0);
   // Shapes without a picture join whatever batch is open.
   const bool fits_any_texture = state.texture.value == 0;
   State wanted = state;

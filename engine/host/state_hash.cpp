@@ -6,6 +6,7 @@
 
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/method.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/instance.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/program/names.h"
@@ -36,6 +37,7 @@ class StateWalk : public StateVisitor {
     if (object != nullptr) enter(object);
   }
   void variables(WBObjectBase& of) override {
+    ARENA_ASSERT(of.object_kind != ObjectKind::kArray);
     PropertyObject& object = static_cast<PropertyObject&>(of);
     for (const std::int32_t id : object.variable_ids()) {
       text(variable_name(id));
@@ -132,6 +134,7 @@ class Hasher final : public StateWalk {
     if (is_empty_) figures.pop_back();
   }
   void add(std::uint64_t bits) {
+    ARENA_ASSERT(!figures.empty());  // a group was begun
     is_empty_ = false;
     std::uint64_t& hash = figures.back().hash;
     hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;

@@ -8,6 +8,7 @@
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/slots.h"
+#include "runtime/checks/assert.h"
 #include "runtime/reports/report.h"
 #include "runtime/session/state.h"
 
@@ -34,6 +35,7 @@ void free_elements(ArrayRecord& array) {
 }
 
 void move_elements(ArrayRecord& array, std::int32_t capacity) {
+  ARENA_ASSERT(capacity >= array.length);
   RValue* moved = static_cast<RValue*>(allocate_block(static_cast<std::size_t>(capacity) * sizeof(RValue)));
   if (array.elements != nullptr) {
     std::memcpy(static_cast<void*>(moved), static_cast<const void*>(array.elements),
@@ -46,6 +48,7 @@ void move_elements(ArrayRecord& array, std::int32_t capacity) {
 
 // Sets the length after making room by the growth rule: half as much again when geometric, exactly enough otherwise.
 void extend(ArrayRecord& array, std::int32_t length) {
+  ARENA_ASSERT(length >= array.length && array.length <= array.capacity);
   if (length > array.capacity || (kStressBuild && array.capacity > 0)) {
     std::int32_t capacity = array.capacity;
     if (length > capacity) {
@@ -62,6 +65,7 @@ GCArrayThing* new_thing(std::int64_t token) {
   std::vector<GCArrayThing*>& reusable = put_aside().arrays;
   if (reusable.empty() || WorkerLock::registered_workers.load(std::memory_order_relaxed) != 0) return new GCArrayThing(token);
   GCArrayThing* const thing = reusable.back();
+  ARENA_ASSERT(thing->record.count == 0 && thing->generation == 0);  // nobody took it up again
   reusable.pop_back();
   thing->become_new(token);
   return thing;
@@ -208,6 +212,7 @@ const RValue* array_element(const RValue& value, std::int32_t index, bool inline
 }
 
 void array_store(ArrayRecord& array, std::int32_t at, const RValue& element) {
+  ARENA_ASSERT(at >= 0 && at < array.length);
   RValue& slot = array.elements[at];
   if (element.is_plain() && slot.is_plain()) {
     slot.i64 = element.i64;
@@ -235,6 +240,7 @@ void array_append_slow(ArrayRecord& array, const RValue& element) {
 
 void array_copy_range(ArrayRecord& target, std::int32_t to, const ArrayRecord& source, std::int32_t from, std::int32_t count) {
   if (count == 0) return;
+  ARENA_ASSERT(from >= 0 && count > 0 && from <= source.length - count && to >= 0);
   if (to + count > target.capacity && to == target.length) move_elements(target, std::max(roomier(target.capacity), to + count));
   const bool are_plain = !source.owner->holds_heap_values && !target.owner->holds_heap_values;
   const std::int32_t old_length = target.length;
@@ -250,6 +256,7 @@ void array_copy_range(ArrayRecord& target, std::int32_t to, const ArrayRecord& s
 }
 
 void array_set_length(ArrayRecord& array, std::int32_t length) {
+  ARENA_ASSERT(length >= 0);
   if (length > array.length) {
     extend(array, length);
     return;
@@ -263,6 +270,7 @@ void clear_owner_token(const RValue& value) {
 }
 
 RValue array_copy(const ArrayRecord& source, std::int32_t first, std::int32_t count) {
+  ARENA_ASSERT(first >= 0 && count >= 0 && first <= source.length - count);
   RValue copy = make_array(count);
   for (std::int32_t i = 0; i < count; ++i) array_store(*copy.array, i, source.elements[first + i]);
   return copy;

@@ -11,6 +11,7 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/weak_ref.h"
+#include "runtime/checks/assert.h"
 #include "runtime/program/messages.h"
 #include "runtime/reports/log.h"
 #include "runtime/session/state.h"
@@ -27,11 +28,6 @@ constexpr std::size_t kDroppedLimit = 20000;                  // dropped referen
 constexpr int kOlderEvery = 8;                                // collections of generation 0 between two of generation 1
 constexpr std::size_t kMemoryWarning = std::size_t{1} << 30;  // bytes
 constexpr int kOldest = kGenerations - 1;
-#ifdef ARENA_CHECKS
-constexpr bool kChecksThread = true;
-#else
-constexpr bool kChecksThread = false;
-#endif
 
 enum class Phase { kIdle, kMarking, kSweeping };
 
@@ -73,12 +69,12 @@ class Collector : public CollectorBooks {
  public:
   Collector() { session().collector = this; }
   ~Collector();
-  bool checks_thread = kChecksThread;
+  bool checks_thread = kChecksBuild;
   std::size_t warns_above = kMemoryWarning;  // bytes in use
   std::thread::id main_thread = std::this_thread::get_id();
 
   using State = CollectorBooks;
-  void save(State& into) const { into = *this; }
+  void save(State& into) const { into = static_cast<const State&>(*this); }
   void load(const State& from) { static_cast<CollectorBooks&>(*this) = from; }
   void restart() {}
 };
@@ -114,6 +110,7 @@ class Marker final : public ValueVisitor {
     if (WBObjectBase* object = object_of(value)) mark(object);
   }
   void mark(WBObjectBase* object) {
+    ARENA_ASSERT(object->generation < kGenerations);  // an object at all
     if (object->is_marked || object->generation > oldest_) return;
     object->is_marked = true;
     if (!is_leaf(object)) stack_.push_back(object);
@@ -237,7 +234,9 @@ void sweep(int generation, std::vector<WBObjectBase*>& promoted) {
   for (std::size_t i = 0; i < list.size(); ++i) {
     if (i + 8 < list.size()) __builtin_prefetch(list[i + 8]);
     WBObjectBase* object = list[i];
+    ARENA_ASSERT(object->generation == generation);
     if (!object->is_marked) {
+      ARENA_ASSERT(!object->is_root && object->remembered_in == 0);
       destroy(object);
       continue;
     }
@@ -255,6 +254,7 @@ void sweep(int generation, std::vector<WBObjectBase*>& promoted) {
 void promote(const std::vector<WBObjectBase*>& promoted) {
   Collector& c = collector();
   for (WBObjectBase* object : promoted) {
+    ARENA_ASSERT(object->generation < kOldest && !object->is_marked);
     ++object->generation;
     object->has_survived = false;
     object->is_referenced_from_older = false;
@@ -310,6 +310,7 @@ void mark_old_roots(OldMarker& marker) {
 
 void start_old_cycle() {
   Collector& c = collector();
+  ARENA_ASSERT(c.phase == Phase::kIdle && c.old_stack.empty());
   c.phase = Phase::kMarking;
   ++session().collector_mark;
   c.dropped_at_last_cycle = c.dropped;
@@ -335,10 +336,12 @@ void sweep_old(std::size_t budget) {
   std::vector<WBObjectBase*>& list = c.objects[kOldest];
   for (; budget > 0 && c.sweep_read < list.size(); --budget) {
     WBObjectBase* object = list[c.sweep_read++];
+    ARENA_ASSERT(c.sweep_write < c.sweep_read && object->generation == kOldest);
     if (object->is_marked) {
       object->is_marked = false;
       list[c.sweep_write++] = object;
     } else {
+      ARENA_ASSERT(!object->is_root && object->remembered_in == 0);
       destroy(object);
     }
   }
@@ -469,6 +472,7 @@ void request_collection() { collector().whole_requested = true; }
 void set_collector_thread_check(bool on) { collector().checks_thread = on; }
 
 void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite site) {
+  ARENA_ASSERT(container->generation < kGenerations && object->generation < kGenerations);
   Collector& c = collector();
   if (c.checks_thread && std::this_thread::get_id() != c.main_thread) log_warning(messages::kStoreOnThread.format);
   if ((session().disabled_barriers >> static_cast<unsigned>(site) & 1) != 0) return;
@@ -489,6 +493,7 @@ void write_barrier(WBObjectBase* container, WBObjectBase* object, BarrierSite si
 }
 
 void note_heap_value_stored(WBObjectBase* container, const RValue& value) {
+  ARENA_ASSERT(value.owns_heap());
   container->holds_heap_values = true;
   if (container->holds_counted_values || value.is_object()) return;
   const WorkerLock lock(WorkerLock::kNursery);
@@ -501,9 +506,13 @@ void reference_dropped(WBObjectBase* container, WBObjectBase* object) {
   ++collector().dropped;
 }
 
-bool is_remembered(const WBObjectBase* container, int generation) { return (container->remembered_in >> generation & 1) != 0; }
+bool is_remembered(const WBObjectBase* container, int generation) {
+  ARENA_ASSERT(generation >= 0 && generation < kGenerations);
+  return (container->remembered_in >> generation & 1) != 0;
+}
 
 void collect_everything() {
+  ARENA_ASSERT(session().is_at_rest());  // native locals are no roots
   Collector& c = collector();
   c.whole_requested = false;
   while (c.phase != Phase::kIdle) advance_old_cycle(SIZE_MAX, SIZE_MAX);
@@ -514,6 +523,7 @@ void collect_everything() {
 void set_memory_warning(std::size_t bytes) { collector().warns_above = bytes; }
 
 void collect_at_safe_point() {
+  ARENA_ASSERT(session().is_at_rest());
   Collector& c = collector();
   if (allocated_bytes() > c.warns_above) {
     log_warning("the scripts' memory has grown to " + std::to_string(allocated_bytes() >> 20) + " MB");
@@ -546,10 +556,16 @@ void make_room_for_weak_reference() {
   std::vector<CWeakRef*>& list = collector().weak_references;
   if (list.size() == list.capacity()) list.reserve(std::max<std::size_t>(16, list.size() * 2));
 }
-void register_weak_reference(CWeakRef* reference) { collector().weak_references.push_back(reference); }
+void register_weak_reference(CWeakRef* reference) {
+  std::vector<CWeakRef*>& list = collector().weak_references;
+  ARENA_ASSERT(list.size() < list.capacity());  // room was made
+  list.push_back(reference);
+}
 void forget_weak_reference(CWeakRef* reference) {
   std::vector<CWeakRef*>& list = collector().weak_references;
-  list.erase(std::remove(list.begin(), list.end(), reference), list.end());
+  const auto place = std::find(list.begin(), list.end(), reference);
+  ARENA_ASSERT(place != list.end());
+  list.erase(place);
 }
 
 }  // namespace arena

@@ -1,6 +1,7 @@
 #pragma once
 // Names the object into which the current store writes, for the collector's write barrier.
 #include "runtime/arrays_structs/object.h"
+#include "runtime/checks/assert.h"
 #include "runtime/session/session.h"
 
 namespace arena {
@@ -22,13 +23,20 @@ WBObjectBase* current_container();
 // Restores a depth remembered before, after an exception.
 inline void restore_container_depth(int depth) {
   ContainerStack& stack = session().containers;
+  ARENA_ASSERT(depth >= 0 && stack.count >= depth);  // nobody took away what an outer scope put there
   if (stack.count > depth) stack.count = depth;
 }
 
 class ContainerScope {
  public:
-  explicit ContainerScope(WBObjectBase* container) { push_container(container); }
-  ~ContainerScope() { pop_container(); }
+  explicit ContainerScope(WBObjectBase* container) {
+    ARENA_ASSERT(container != nullptr);
+    push_container(container);
+  }
+  ~ContainerScope() {
+    ARENA_ASSERT(container_depth() > 0);
+    pop_container();
+  }
   ContainerScope(const ContainerScope&) = delete;
   ContainerScope& operator=(const ContainerScope&) = delete;
 };

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/holder.h"
+#include "runtime/checks/assert.h"
 #include "runtime/session/pooled.h"
 #include "runtime/session/state.h"
 #include "runtime/values/compare.h"
@@ -76,6 +77,7 @@ class DsGrid final : public Holder {
  private:
   static constexpr std::size_t kMostRemembered = 4096;
   std::size_t place(std::int32_t column, std::int32_t row) const {
+    ARENA_ASSERT(has(column, row));
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column);
   }
   PooledVector<RValue> cells_;           // row by row
@@ -99,7 +101,11 @@ class ContainerTable {
   Structure* find(std::int32_t handle) const {
     return handle >= 0 && static_cast<std::size_t>(handle) < all_.size() ? all_[static_cast<std::size_t>(handle)].get() : nullptr;
   }
-  void destroy(std::int32_t handle) { all_[static_cast<std::size_t>(handle)].reset(); }
+  // There must be one.
+  void destroy(std::int32_t handle) {
+    ARENA_ASSERT(find(handle) != nullptr);
+    all_[static_cast<std::size_t>(handle)].reset();
+  }
   void restart() { all_.clear(); }
 
   // The structures themselves stand among the session's blocks.

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <vector>
 
+#include "runtime/checks/assert.h"
 #include "runtime/session/state.h"
 
 namespace arena {
@@ -23,7 +24,9 @@ Holder::Holder(Keeps keeps) : keeps_(keeps) { holders().all.push_back(this); }
 // The youngest die first, mostly.
 Holder::~Holder() {
   std::vector<Holder*>& all = holders().all;
-  all.erase(std::find(all.rbegin(), all.rend(), this).base() - 1);
+  const auto place = std::find(all.rbegin(), all.rend(), this);
+  ARENA_ASSERT(place != all.rend());
+  all.erase(place.base() - 1);
 }
 
 void* Holder::operator new(std::size_t bytes) { return allocate_block(bytes); }

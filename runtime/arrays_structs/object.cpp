@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "runtime/arrays_structs/collector.h"
+#include "runtime/checks/assert.h"
 #include "runtime/memory/worker_lock.h"
 #include "runtime/program/names.h"
 #include "runtime/session/pooled.h"
@@ -20,7 +21,10 @@ WBObjectBase::WBObjectBase(ObjectKind kind) : object_kind(kind) {
   serial = session().next_serial++;
   ++session().live_objects;
 }
-WBObjectBase::~WBObjectBase() { --session().live_objects; }
+WBObjectBase::~WBObjectBase() {
+  ARENA_ASSERT(session().live_objects > 0);
+  --session().live_objects;
+}
 void WBObjectBase::renew_serial() { serial = session().next_serial++; }
 const RValue* WBObjectBase::find_variable(std::int32_t) { return nullptr; }
 RValue* WBObjectBase::get_variable_ref(std::int32_t) { return nullptr; }
@@ -52,6 +56,7 @@ struct PropertyObject::Dictionary {
     return &values.back();
   }
   void remove(std::int32_t id) {
+    ARENA_ASSERT(places.contains(id));
     const std::size_t place = places[id];
     ids.erase(ids.begin() + static_cast<std::ptrdiff_t>(place));
     values.erase(values.begin() + static_cast<std::ptrdiff_t>(place));
@@ -101,6 +106,7 @@ RValue* PropertyObject::get_variable_ref(std::int32_t id) {
     if (const Shape* longer = shape_with(shape, id)) {
       const std::size_t place = shape->ids.size();
       if (place == row_capacity_ || kStressBuild) reserve_row(row_capacity_ < 4 ? 4 : place == row_capacity_ ? place * 2 : row_capacity_);
+      ARENA_ASSERT(place < row_capacity_ && longer->ids.size() == place + 1);
       shape = longer;
       return new (row + place) RValue(RValue::unset());
     }
@@ -121,6 +127,7 @@ void PropertyObject::reserve_row(std::size_t capacity) {
 }
 
 void PropertyObject::become_dictionary() {
+  ARENA_ASSERT(dictionary_ == nullptr);
   std::unique_ptr<Dictionary> dictionary(new Dictionary);
   for (const std::int32_t id : shape->ids) dictionary->add(id);
   for (std::size_t i = 0; i < shape->ids.size(); ++i) dictionary->values[i].swap(row[i]);

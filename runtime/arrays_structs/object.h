@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/shape.h"
+#include "runtime/checks/assert.h"
 #include "runtime/values/object_base.h"
 
 namespace arena {
@@ -27,6 +28,7 @@ class PropertyObject : public WBObjectBase {
 
   // The hot reading path: `id` must come from a name slot filled at start-up. Null when absent.
   RValue* find_in_row(std::int32_t id) const {
+    ARENA_ASSERT(id >= 0);  // the slot was filled
     const std::uint8_t position = shape->positions[id];
     return position == kNoPosition ? nullptr : row + position;
   }
@@ -60,6 +62,7 @@ int live_objects();
 
 // The object behind a kind-6 value as one with variables; null for every other value. Arrays never stand behind kind 6.
 inline PropertyObject* property_object(const RValue& value) {
+  ARENA_ASSERT(!value.is_object() || value.object->object_kind != ObjectKind::kArray);
   return value.is_object() ? static_cast<PropertyObject*>(value.object) : nullptr;
 }
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 
+#include "runtime/checks/assert.h"
 #include "runtime/program/names.h"
 #include "runtime/session/session.h"
 
@@ -18,6 +19,7 @@ class Shapes {
 
   const Shape* add(const Shape* shape, std::int32_t id) {
     std::uint8_t* const positions = new_table(shape->positions);
+    ARENA_ASSERT(positions[id] == kNoPosition);
     positions[id] = static_cast<std::uint8_t>(shape->ids.size());
     Shape& longer = *shapes_.emplace_back(std::make_unique<Shape>());
     longer.positions = positions;

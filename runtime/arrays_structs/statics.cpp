@@ -7,6 +7,7 @@
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/checks/assert.h"
 #include "runtime/program/names.h"
 #include "runtime/session/state.h"
 
@@ -35,6 +36,7 @@ const StatePart<Statics> statics_part{PartLevel::kScripts, "statics"};
 }  // namespace
 
 PropertyObject* statics_of(CompiledFunction& function) {
+  ARENA_ASSERT(function.index >= 0 && function.index < script_count());  // a script, and the look-up was done
   PropertyObject*& made = statics_part().made[static_cast<std::size_t>(function.index)];
   if (made != nullptr) return made;
   PropertyObject* const statics = new PropertyObject(ObjectKind::kStruct);

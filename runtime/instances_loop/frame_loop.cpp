@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "runtime/arrays_structs/collector.h"
+#include "runtime/checks/assert.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
@@ -250,6 +251,7 @@ void restart_if_wanted() {
 }  // namespace
 
 void run_frame(std::int64_t microseconds) {
+  ARENA_ASSERT(session().is_at_rest());
   if (world().ended) return;
   begin_stage_times();
   double collection = 0;

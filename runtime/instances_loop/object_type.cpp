@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "runtime/checks/assert.h"
+
 namespace arena {
 namespace {
 
@@ -27,6 +29,7 @@ void ObjectTypes::save(State& into) const {
 
 // Types point at the lists of their events: those stay where they are.
 void ObjectTypes::load(const State& from) {
+  ARENA_ASSERT(from.populations.size() == types_.size());
   for (std::size_t i = 0; i < types_.size(); ++i) static_cast<Population&>(*types_[i]) = from.populations[i];
   for (auto& [key, list] : lists_) {
     const auto saved = from.lists.find(key);

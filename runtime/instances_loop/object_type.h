@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/arrays_structs/shape.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/events.h"
 #include "runtime/program/functions.h"
 #include "runtime/session/state.h"
@@ -66,7 +67,10 @@ class ObjectTypes {
   std::vector<std::string> define(std::vector<ObjectDefinition> definitions);
   std::int32_t count() const { return static_cast<std::int32_t>(types_.size()); }
   bool has(std::int32_t index) const { return index >= 0 && index < count(); }
-  ObjectType& at(std::int32_t index) { return *types_[static_cast<std::size_t>(index)]; }
+  ObjectType& at(std::int32_t index) {
+    ARENA_ASSERT(has(index));
+    return *types_[static_cast<std::size_t>(index)];
+  }
   std::int32_t find(std::string_view name) const;  // -1: none
   // The list of an event's participants; made on demand.
   EventList& list(EventKey key) { return lists_[key]; }

@@ -1,5 +1,6 @@
 // Running one handler: what reports say is running, who inherits from whom, and what an error does.
 #include "runtime/arrays_structs/container_stack.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/reports/frame.h"
@@ -37,6 +38,7 @@ class HandlerScope : RunningEvent {
     session().running_event = this;
   }
   ~HandlerScope() {
+    ARENA_ASSERT(session().running_event == this);
     session().running_event = previous;
     restore_container_depth(container_depth_);
   }

@@ -6,6 +6,7 @@
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/arrays_structs/struct.h"
+#include "runtime/checks/assert.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
@@ -116,6 +117,7 @@ void World::list(CInstance& instance) {
   if (place / kPageSlots >= pages.size()) pages.resize(place / kPageSlots + 1);
   Page& page = pages[place / kPageSlots];
   if (page.slots.empty()) page.slots.resize(kPageSlots);
+  ARENA_ASSERT(!instance.is_alive && page.slots[place % kPageSlots] == nullptr);
   make_room(instances);
   for (const std::int32_t ancestor : instance.type->lineage) make_room(object_types().at(ancestor).instances);
   for (const EventSubscription& subscription : instance.type->subscriptions) make_room(*subscription.list);
@@ -137,11 +139,15 @@ void World::list(CInstance& instance) {
 }
 
 void World::unlist(CInstance& instance) {
+  ARENA_ASSERT(instance.is_alive && alive > 0 && find(instance.id) == &instance);
   instance.is_alive = false;
   instance.is_root = false;
   has_dead = true;
   --alive;
-  for (const std::int32_t ancestor : instance.type->lineage) --object_types().at(ancestor).live_count;
+  for (const std::int32_t ancestor : instance.type->lineage) {
+    ARENA_ASSERT(object_types().at(ancestor).live_count > 0);
+    --object_types().at(ancestor).live_count;
+  }
   const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
   Page& page = pages[place / kPageSlots];
   page.slots[place % kPageSlots] = nullptr;
@@ -175,13 +181,16 @@ std::int32_t World::add_layer(const Layer& layer) {
 
 void World::depth_changed(CInstance& instance, double old_depth) {
   std::vector<CInstance*>& from = depth_order[old_depth];
-  from.erase(std::remove(from.begin(), from.end(), &instance), from.end());
+  const auto place = std::find(from.begin(), from.end(), &instance);
+  ARENA_ASSERT(place != from.end());
+  from.erase(place);
   std::vector<CInstance*>& to = depth_order[instance.depth];
   const auto by_id = [](const CInstance* left, const CInstance* right) { return left->id < right->id; };
   to.insert(std::upper_bound(to.begin(), to.end(), &instance, by_id), &instance);
 }
 
 void World::forget_dead() {
+  ARENA_ASSERT(session().running_event == nullptr);  // handlers walk over the lists
   if (!has_dead) return;
   has_dead = false;
   drop_dead(instances);
@@ -223,6 +232,7 @@ void World::leave_room() {
 }
 
 void World::enter_room(std::int32_t next) {
+  ARENA_ASSERT(next >= 0 && static_cast<std::size_t>(next) < rooms.size());
   if (room >= 0) leave_room();
   const RoomDefinition& definition = rooms[static_cast<std::size_t>(next)];
   const bool is_first = room < 0;

@@ -3,10 +3,12 @@
 #include <cstring>
 #include <new>
 
+#include "runtime/checks/assert.h"
+
 namespace arena {
 namespace {
 
-constexpr std::size_t kSlabBytes = 256 * 1024;
+constexpr std::size_t kSlabBytes = std::size_t{256} * 1024;
 constexpr std::size_t kCacheLine = 64;
 
 void* system_block(std::size_t bytes) { return ::operator new(bytes, std::align_val_t(kCacheLine)); }
@@ -32,6 +34,7 @@ BlockPool::~BlockPool() {
 }
 
 void* BlockPool::carve(std::size_t bytes) {
+  ARENA_ASSERT(bytes <= kLargestPooled && books_.slab_left <= kSlabBytes && books_.slabs <= slabs_.size());
   const auto at_now = [&] { return kSlabBytes - books_.slab_left; };
   if (bytes % kCacheLine == 0) {
     const std::size_t skip = at_now() % kCacheLine, gap = skip == 0 ? 0 : kCacheLine - skip;
@@ -58,8 +61,12 @@ void* BlockPool::allocate_slow(std::size_t rounded) {
     block = allocate_large(rounded);
   } else if (head == nullptr) {
     block = carve(rounded == 0 ? kGranule : rounded);
+#ifdef ARENA_CHECKS
+    static_cast<FreeBlock*>(block)->seal = 0;  // whatever stood there once
+#endif
   } else {
     head = head->next;
+    open(static_cast<FreeBlock*>(block));
   }
   books_.in_use += rounded;
   return block;
@@ -67,13 +74,16 @@ void* BlockPool::allocate_slow(std::size_t rounded) {
 
 void BlockPool::free_slow(void* block, std::size_t rounded) {
   const WorkerLock lock(WorkerLock::kNursery);
+  ARENA_ASSERT(rounded <= books_.in_use);
   books_.in_use -= rounded;
-  if (kStressBuild) std::memset(block, 0xDD, rounded);
   if (rounded > kLargestPooled) {
-    free_large(block);
+    if (kStressBuild) std::memset(block, 0xDD, rounded);
+    free_large(block, rounded);
     return;
   }
   FreeBlock* freed = static_cast<FreeBlock*>(block);
+  close(freed);
+  if (kStressBuild && rounded > sizeof(FreeBlock)) std::memset(freed + 1, 0xDD, rounded - sizeof(FreeBlock));
   freed->next = books_.free_lists[rounded / kGranule];
   books_.free_lists[rounded / kGranule] = freed;
 }
@@ -85,7 +95,11 @@ void* BlockPool::allocate_large(std::size_t bytes) {
   return block->content();
 }
 
-void BlockPool::free_large(void* block) { unlink(*reinterpret_cast<LargeBlock*>(static_cast<char*>(block) - kCacheLine)); }
+void BlockPool::free_large(void* block, [[maybe_unused]] std::size_t bytes) {
+  LargeBlock& freed = *reinterpret_cast<LargeBlock*>(static_cast<char*>(block) - kCacheLine);
+  ARENA_ASSERT(freed.bytes == bytes);
+  unlink(freed);
+}
 
 void BlockPool::link(LargeBlock& block) {
   block.previous = nullptr;
@@ -96,6 +110,7 @@ void BlockPool::link(LargeBlock& block) {
 }
 
 void BlockPool::unlink(LargeBlock& block) {
+  ARENA_ASSERT(block.references > 0 && (block.previous != nullptr ? block.previous->next : first_large_) == &block);
   (block.previous != nullptr ? block.previous->next : first_large_) = block.next;
   if (block.next != nullptr) block.next->previous = block.previous;
   block.let_go();
@@ -116,6 +131,7 @@ void BlockPool::save(Image& image) const {
 }
 
 void BlockPool::load(const Image& image) {
+  ARENA_ASSERT(image.books_.slabs <= slabs_.size() && image.books_.slabs <= image.slabs_.size());  // this pool's
   books_ = image.books_;
   for (std::size_t i = 0; i < books_.slabs; ++i) {
     std::memcpy(slabs_[i], image.slabs_[i].get(), i + 1 == books_.slabs ? kSlabBytes - books_.slab_left : kSlabBytes);

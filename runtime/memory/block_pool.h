@@ -2,9 +2,11 @@
 // Memory for rows, array elements, strings and heap objects: blocks in classes of 16 bytes, recycled through free lists.
 // Addresses are stable. Freed blocks are filled with 0xDD in the stress build, so that whoever still reads them is found out.
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "runtime/checks/assert.h"
 #include "runtime/memory/worker_lock.h"
 
 namespace arena {
@@ -38,6 +40,7 @@ class BlockPool {
         books_.in_use += rounded;
         FreeBlock* block = head;
         head = block->next;
+        open(block);
         return block;
       }
     }
@@ -48,8 +51,10 @@ class BlockPool {
     if (block == nullptr) return;
     const std::size_t rounded = (bytes + kGranule - 1) / kGranule * kGranule;
     if (!kStressBuild && rounded <= kLargestPooled && WorkerLock::registered_workers.load(std::memory_order_relaxed) == 0) [[likely]] {
+      ARENA_ASSERT(rounded <= books_.in_use);
       books_.in_use -= rounded;
       FreeBlock* freed = static_cast<FreeBlock*>(block);
+      close(freed);
       freed->next = books_.free_lists[rounded / kGranule];
       books_.free_lists[rounded / kGranule] = freed;
       return;
@@ -66,7 +71,11 @@ class BlockPool {
  private:
   struct FreeBlock {
     FreeBlock* next;
+#ifdef ARENA_CHECKS
+    std::uintptr_t seal;
+#endif
   };
+  static_assert(sizeof(FreeBlock) <= kGranule);
   struct LargeBlock;
   // What is handed out, and from where: part of an image.
   struct Books {
@@ -75,11 +84,25 @@ class BlockPool {
     std::size_t slabs = 0;      // those in use; the rest of the pool's are as good as new
     std::size_t slab_left = 0;  // bytes of the newest one
   };
+  // Where asserts are on a free block bears a seal: a second free, or whoever still writes into it, is found out.
+  static void close([[maybe_unused]] FreeBlock* freed) {
+#ifdef ARENA_CHECKS
+    ARENA_ASSERT(freed->seal != seal_of(freed));  // not free already
+    freed->seal = seal_of(freed);
+#endif
+  }
+  static void open([[maybe_unused]] FreeBlock* taken) {
+#ifdef ARENA_CHECKS
+    ARENA_ASSERT(taken->seal == seal_of(taken));  // nobody wrote into it
+    taken->seal = 0;
+#endif
+  }
+  static std::uintptr_t seal_of(const FreeBlock* block) { return reinterpret_cast<std::uintptr_t>(block) ^ 0x5EA1ED5Eu; }
   void* allocate_slow(std::size_t rounded);
   void free_slow(void* block, std::size_t rounded);
   void* carve(std::size_t bytes);
   void* allocate_large(std::size_t bytes);
-  void free_large(void* block);
+  void free_large(void* block, std::size_t bytes);
   void link(LargeBlock& block);
   void unlink(LargeBlock& block);
 

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <mutex>
 
+#include "runtime/checks/assert.h"
+
 namespace arena {
 
 class WorkerLock {
@@ -32,7 +34,10 @@ class WorkerLock {
 class WorkerRegistration {
  public:
   WorkerRegistration() { WorkerLock::registered_workers.fetch_add(1); }
-  ~WorkerRegistration() { WorkerLock::registered_workers.fetch_sub(1); }
+  ~WorkerRegistration() {
+    [[maybe_unused]] const int before = WorkerLock::registered_workers.fetch_sub(1);
+    ARENA_ASSERT(before > 0);
+  }
   WorkerRegistration(const WorkerRegistration&) = delete;
   WorkerRegistration& operator=(const WorkerRegistration&) = delete;
 };

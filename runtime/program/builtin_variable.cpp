@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "runtime/checks/assert.h"
+
 namespace arena {
 namespace {
 
@@ -18,7 +20,10 @@ BuiltinVariable::BuiltinVariable(const char* variable, bool of_instance, Get get
 }
 
 std::int32_t builtin_variable_count() { return static_cast<std::int32_t>(table().size()); }
-const BuiltinVariable& builtin_variable_at(std::int32_t index) { return *table()[static_cast<std::size_t>(index)]; }
+const BuiltinVariable& builtin_variable_at(std::int32_t index) {
+  ARENA_ASSERT(index >= 0 && index < builtin_variable_count());
+  return *table()[static_cast<std::size_t>(index)];
+}
 std::int32_t find_builtin_variable(std::string_view name) { return find_variable_id_builtin(find_variable_id(name)); }
 
 std::int32_t find_variable_id_builtin(std::int32_t variable) {

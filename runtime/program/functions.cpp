@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "runtime/checks/assert.h"
 #include "runtime/program/builtin_row.h"
 #include "runtime/program/names.h"
 
@@ -84,7 +85,10 @@ int build_function_tables(std::vector<std::string>& problems) {
 }
 
 std::int32_t builtin_count() { return static_cast<std::int32_t>(builtins.size()); }
-const BuiltinEntry& builtin_at(std::int32_t index) { return builtins[static_cast<std::size_t>(index)]; }
+const BuiltinEntry& builtin_at(std::int32_t index) {
+  ARENA_ASSERT(index >= 0 && index < builtin_count());
+  return builtins[static_cast<std::size_t>(index)];
+}
 
 std::int32_t find_builtin(std::string_view name) {
   const auto place = std::lower_bound(builtins.begin(), builtins.end(), name,
@@ -93,7 +97,10 @@ std::int32_t find_builtin(std::string_view name) {
 }
 
 std::int32_t script_count() { return static_cast<std::int32_t>(scripts.size()); }
-CompiledFunction& script_at(std::int32_t index) { return *scripts[static_cast<std::size_t>(index)]; }
+CompiledFunction& script_at(std::int32_t index) {
+  ARENA_ASSERT(index >= 0 && index < script_count());
+  return *scripts[static_cast<std::size_t>(index)];
+}
 
 std::int32_t find_script(std::string_view name) {
   const CompiledFunction* found =

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <map>
 
+#include "runtime/checks/assert.h"
 #include "runtime/program/builtin_row.h"
 #include "runtime/program/functions.h"
 #include "runtime/program/messages.h"
@@ -29,7 +30,10 @@ class NameTable {
     const auto found = ids_.find(name);
     return found == ids_.end() ? -1 : found->second;
   }
-  const std::string& at(std::int32_t id) const { return *names_[static_cast<std::size_t>(id - first)]; }
+  const std::string& at(std::int32_t id) const {
+    ARENA_ASSERT(id >= first && id < end());
+    return *names_[static_cast<std::size_t>(id - first)];
+  }
   std::int32_t end() const { return first + static_cast<std::int32_t>(names_.size()); }
 
  private:

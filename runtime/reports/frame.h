@@ -3,6 +3,7 @@
 // Always true: `innermost_frame()` designates the frame of the function that is running, also after an exception passed through.
 #include <cstdint>
 
+#include "runtime/checks/assert.h"
 #include "runtime/session/session.h"
 
 namespace arena {
@@ -37,7 +38,10 @@ class CallDepthScope {
       report_too_deep();
     ++session().call_depth;
   }
-  ~CallDepthScope() { --session().call_depth; }
+  ~CallDepthScope() {
+    ARENA_ASSERT(session().call_depth > 0);
+    --session().call_depth;
+  }
   CallDepthScope(const CallDepthScope&) = delete;
   CallDepthScope& operator=(const CallDepthScope&) = delete;
 };
@@ -49,7 +53,10 @@ class FrameScope : CallDepthScope, public ScriptFrame {
       : ScriptFrame{{session().innermost_frame, name, 0}, for_self, for_other, --session().last_frame_token} {
     session().innermost_frame = this;
   }
-  ~FrameScope() { session().innermost_frame = static_cast<ScriptFrame*>(previous); }
+  ~FrameScope() {
+    ARENA_ASSERT(session().innermost_frame == this);
+    session().innermost_frame = static_cast<ScriptFrame*>(previous);
+  }
   FrameScope(const FrameScope&) = delete;
   FrameScope& operator=(const FrameScope&) = delete;
 };

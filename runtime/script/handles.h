@@ -2,6 +2,7 @@
 // What scripts hold: `self` and `other` in a body, `global`, an object's first instance by its name, any instance by reference, and
 // the loop over instances. Each access notes its line in the frame before anything can fail.
 #include "runtime/arrays_structs/container_stack.h"
+#include "runtime/checks/assert.h"
 #include "runtime/instances_loop/object_type.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/script/instance_variables.h"
@@ -100,7 +101,10 @@ class With {
   class Iterator {
    public:
     Iterator(With& over, std::size_t at) : over_(over), at_(at) {}
-    Instance operator*() const { return Instance(over_.list_[at_]); }
+    Instance operator*() const {
+      ARENA_ASSERT(at_ < over_.list_.size());
+      return Instance(over_.list_[at_]);
+    }
     Iterator& operator++() { return at_ = over_.enter(at_ + 1), *this; }
     bool operator!=(const Iterator& other) const { return at_ != other.at_; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "runtime/checks/assert.h"
 #include "runtime/session/state_visitor.h"
 
 namespace arena {
@@ -37,6 +38,7 @@ Session::Session() {
 Session::~Session() {
   Session* const other = detail::current_session != this ? detail::current_session : nullptr;
   detail::current_session = this;
+  ARENA_ASSERT(is_at_rest());
   while (!parts_.empty()) parts_.pop_back();
   delete[] containers.entries;
   detail::current_session = other;

@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "runtime/checks/assert.h"
 #include "runtime/memory/block_pool.h"
 
 namespace arena {
@@ -119,10 +120,21 @@ class Session : public SessionValues {
   World* world = nullptr;
   ObjectTypes* object_types = nullptr;
 
-  SessionPart& part(const PartKind& kind) const { return *parts_[kind.place]; }
+  // Whether no script runs in it and nobody holds a scope open: what lies between two frames.
+  bool is_at_rest() const {
+    return innermost_frame == nullptr && call_depth == 0 && containers.count == 0 && current_builtin == nullptr && running_event == nullptr;
+  }
+
+  SessionPart& part(const PartKind& kind) const {
+    ARENA_ASSERT(kind.place < parts_.size());  // made already, and not ended yet
+    return *parts_[kind.place];
+  }
   // All of them, in order of making.
   std::size_t part_count() const { return parts_.size(); }
-  SessionPart& part_at(std::size_t place) const { return *parts_[place]; }
+  SessionPart& part_at(std::size_t place) const {
+    ARENA_ASSERT(place < parts_.size());
+    return *parts_[place];
+  }
   void restart_parts();
   // Shows the state of all parts, each as a group of its name.
   void visit(StateVisitor& visitor);

@@ -2,6 +2,7 @@
 // What an array value refers to, and how its references are counted.
 #include <cstdint>
 
+#include "runtime/checks/assert.h"
 #include "runtime/session/session.h"
 #include "runtime/values/object_base.h"
 #include "runtime/values/value.h"
@@ -29,6 +30,7 @@ inline void count_array_reference(ArrayRecord* array) {
 inline void discount_array_reference(ArrayRecord* array) {
   if (array == nullptr || !session().array_counting_is_on) return;
   if (array->release_mark == 0) array->release_mark = session().collector_mark & 0xFFFFFF;
+  ARENA_ASSERT(array->count > 0 || !session().arrays_are_reused);  // once counting was off the counts say nothing
   if (--array->count == 0 && session().arrays_are_reused) array->owner->when_unreferenced();
 }
 inline RValue RValue::of_array(ArrayRecord* array) {

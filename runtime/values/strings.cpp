@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "runtime/checks/assert.h"
 #include "runtime/memory/worker_lock.h"
 #include "runtime/reports/report.h"
 #include "runtime/session/session.h"
@@ -74,6 +75,7 @@ void release_string(StringRecord* record) {
   if (record == nullptr) return;
   {
     const WorkerLock lock(WorkerLock::kStringCounts);
+    ARENA_ASSERT(record->count > 0 && session().live_strings > 0);
     if (--record->count > 0) return;
     --session().live_strings;
   }

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/checks/assert.h"
 #include "runtime/memory/worker_lock.h"
 #include "runtime/values/value.h"
 
@@ -26,6 +27,7 @@ std::string_view text_of(const RValue& value);
 inline void add_string_reference(StringRecord* record) {
   if (record == nullptr) return;
   const WorkerLock lock(WorkerLock::kStringCounts);
+  ARENA_ASSERT(record->count > 0);
   ++record->count;
 }
 void release_string(StringRecord* record);

@@ -3,6 +3,7 @@
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/arrays_structs/method.h"
+#include "runtime/checks/assert.h"
 #include "runtime/values/number_text.h"
 #include "runtime/variables_calls/extension_functions.h"
 #include "runtime/variables_calls/resolve.h"
@@ -30,6 +31,7 @@ std::string_view current_builtin_name() {
 
 const RValue& argument_at(const CallContext& call, int at) {
   static const RValue missing;
+  ARENA_ASSERT(at >= 0);
   return at < call.argc ? call.args[at] : missing;
 }
 

@@ -4,6 +4,7 @@
 
 #include "runtime/arrays_structs/method.h"
 #include "runtime/arrays_structs/statics.h"
+#include "runtime/checks/assert.h"
 #include "runtime/reports/frame.h"
 #include "runtime/reports/report.h"
 #include "runtime/session/session.h"
@@ -43,6 +44,7 @@ bool names_number(const RValue& callee) {
 }  // namespace
 
 ArgumentVector::ArgumentVector(std::int32_t argc, std::int32_t wanted, const RValue** args) : count_(std::max(argc, wanted)) {
+  ARENA_ASSERT(argc >= 0 && (argc == 0 || args != nullptr));
   if (count_ > kInline) {
     more_values_.resize(static_cast<std::size_t>(count_));
     more_pointers_.resize(static_cast<std::size_t>(count_));
@@ -55,6 +57,7 @@ ArgumentVector::ArgumentVector(std::int32_t argc, std::int32_t wanted, const RVa
 
 RValue& call_builtin_in_place(WBObjectBase* self, WBObjectBase* other, RValue& result, std::int32_t argc, std::int32_t index,
                               RValue* args) {
+  ARENA_ASSERT(argc >= 0 && (argc == 0 || args != nullptr));
   result = RValue();
   const BuiltinEntry& entry = builtin_at(index);
   const CallDepthScope depth;
@@ -98,6 +101,7 @@ RValue& call_method(WBObjectBase* self, WBObjectBase* other, RValue& result, std
 }
 
 RValue construct(WBObjectBase* other, CompiledFunction& function, std::int32_t argc, const RValue** args) {
+  ARENA_ASSERT(function.is_constructor);
   RValue made = RValue::of_object(new PropertyObject(ObjectKind::kStruct));
   static_cast<PropertyObject*>(made.object)->prototype = statics_of(function);
   RValue ignored;

@@ -11,7 +11,7 @@ from collections import defaultdict
 
 # From the ground up. The folders of one line see nothing of each other, only what stands below; "." is the floor's own folder.
 HOUSE = [
-    ("runtime", ["memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
+    ("runtime", ["checks", "memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
                  "script", "builtins", "."]),
     ("engine", ["files gpu audio", "data gpu/gl33 gpu/d3d11 gpu/recorder audio/openal", "draw platform", "host", "console"]),
     ("toolkit", [".", "support ui/layout", "ui"]),
