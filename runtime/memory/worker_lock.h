@@ -19,6 +19,8 @@ class WorkerLock {
   ~WorkerLock() {
     if (locked_ != nullptr) locked_->unlock();
   }
+  // Whether others wait for it: only while a worker is registered.
+  bool is_taken() const { return locked_ != nullptr; }
   WorkerLock(const WorkerLock&) = delete;
   WorkerLock& operator=(const WorkerLock&) = delete;
 

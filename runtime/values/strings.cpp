@@ -55,6 +55,7 @@ RValue make_constant_string(const char* text) {
   record->text = text;
   record->count = 1;
   record->size = -static_cast<std::int32_t>(std::strlen(text)) - 1;
+  const WorkerLock lock(WorkerLock::kStringCounts);
   ++session().live_strings;
   return value_of(record);
 }

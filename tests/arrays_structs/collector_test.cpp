@@ -1,8 +1,11 @@
 // The collector keeps what can be reached and frees what cannot; each write barrier is needed.
 #include "runtime/arrays_structs/collector.h"
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <latch>
+#include <optional>
 #include <thread>
 
 #include "runtime/arrays_structs/array.h"
@@ -241,14 +244,18 @@ TEST_F(Collector, TheMarkingBarrierIsNeeded) {
   }
 }
 
-// The check is on in this build: a store on another thread warns, and is done all the same.
+// A store on another thread warns, and is done all the same. What both threads do to one text's count adds up; how often they meet in it is
+// the machine's affair, and that they wait for each other the next test's.
 TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
+  if (!kChecksBuild) set_collector_thread_check(true);  // elsewhere it is on from the start
   RValue holder = make_struct(), list = make_array(1), text = make_string("shared");
+  const int strings = live_strings();
   take_log();
   store_variable(property_object(holder), id("own"), list);
   EXPECT_TRUE(take_log().empty()) << "the main thread may";
   {
     const WorkerRegistration registered;
+    ASSERT_TRUE(WorkerLock(WorkerLock::kStringCounts).is_taken() && WorkerLock(WorkerLock::kNursery).is_taken());
     std::latch begun(2);
     std::thread worker([&, &own = session()] {
       const SessionScope scope(own);
@@ -267,6 +274,55 @@ TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {
   EXPECT_EQ(stored->array, list.array);
   EXPECT_EQ(list.array->count, 3);
   EXPECT_EQ(text.string->count, 1);
+  EXPECT_EQ(live_strings(), strings);
+}
+
+// What a worker does to texts or to the memory waits while this thread holds the lock for it, and waits for nobody once no worker is
+// registered.
+TEST_F(Collector, WorkersOnOtherThreadsWaitForTheirLocks) {
+  struct Deed {
+    const char* label;
+    WorkerLock::Which lock;
+    std::function<void()> run;
+  };
+  RValue text = make_string("shared"), kept;
+  PropertyObject* const container = old_struct("container");
+  const RValue young = make_struct();
+  void* const block = allocate_block(48);
+  const std::vector<Deed> deeds = {
+      {"copy a text", WorkerLock::kStringCounts, [&] { kept = text; }},
+      {"let go of a text", WorkerLock::kStringCounts, [&] { kept = RValue(); }},
+      {"make a text", WorkerLock::kStringCounts, [&] { kept = make_string("new"); }},
+      {"make a constant text", WorkerLock::kStringCounts, [&] { kept = make_constant_string("constant"); }},
+      {"take a block", WorkerLock::kNursery, [] { free_block(allocate_block(64), 64); }},
+      {"give a block back", WorkerLock::kNursery, [&] { free_block(block, 48); }},
+      {"make an object", WorkerLock::kNursery, [] { make_struct(); }},
+      {"refer to a younger object", WorkerLock::kNursery, [&] { write_barrier(container, young.object, BarrierSite::kAssignObject); }},
+      {"hold a text", WorkerLock::kNursery, [&] { note_heap_value_stored(container, text); }},
+  };
+  set_collector_thread_check(false);
+  for (const Deed& deed : deeds) {
+    const WorkerRegistration registered;
+    std::latch begun(2);
+    std::atomic<bool> is_free = false, has_waited = false;
+    std::optional<WorkerLock> held(std::in_place, deed.lock);
+    ASSERT_TRUE(held->is_taken());
+    std::thread worker([&, &own = session()] {
+      const SessionScope scope(own);
+      begun.arrive_and_wait();
+      deed.run();
+      has_waited = is_free.load();
+    });
+    begun.arrive_and_wait();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // long enough for one that does not wait
+    is_free = true;
+    held.reset();
+    worker.join();
+    EXPECT_TRUE(has_waited) << deed.label;
+  }
+  EXPECT_EQ(WorkerLock::registered_workers, 0);
+  const WorkerLock alone(WorkerLock::kStringCounts), again(WorkerLock::kStringCounts);
+  EXPECT_FALSE(alone.is_taken() || again.is_taken());
 }
 
 // What stands in for a missing array is nothing that could be collected: no object at all.
