@@ -5,6 +5,7 @@
 #include <random>
 
 #include "runtime/arrays_structs/collector.h"
+#include "tests/support/long_runs.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -19,7 +20,7 @@ class Models : public TestGame {
     for (const int value : values) text += (text.size() > 1 ? "," : "") + std::to_string(value);
     return text + "]";
   }
-  std::mt19937 random_{20240607};
+  std::mt19937 random_{static_cast<std::uint32_t>(from_environment("ARENA_SEED", 20240607))};
 };
 
 // A variable holds an array together with others until one of them writes. Functions that work in place change what they are given, and
@@ -34,7 +35,7 @@ TEST_F(Models, ArraysAreSharedUntilSomebodyWrites) {
   const auto own = [&](int v) {
     if (held[v].use_count() > 1) held[v] = std::make_shared<std::vector<int>>(*held[v]);
   };
-  for (int round = 0; round < 2500; ++round) {
+  for (int round = 0; round < 2500 * longer(); ++round) {
     const int v = pick(kVariables), other = pick(kVariables), value = pick(1000), size = static_cast<int>(held[v]->size());
     std::string statement;
     switch (pick(9)) {
@@ -90,7 +91,7 @@ TEST_F(Models, ArraysAreSharedUntilSomebodyWrites) {
 TEST_F(Models, ListsKeepTheirOrder) {
   std::vector<int> model;
   eval("l = ds_list_create()");
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < 1500 * longer(); ++round) {
     const int value = pick(40), size = static_cast<int>(model.size());
     const std::string shown = std::to_string(value);
     switch (pick(6)) {
@@ -137,7 +138,7 @@ TEST_F(Models, ListsKeepTheirOrder) {
 TEST_F(Models, MapsAnswerForEveryKey) {
   std::map<std::string, int> model;
   eval("m = ds_map_create()");
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < 1500 * longer(); ++round) {
     const std::string key = "\"k" + std::to_string(pick(60)) + "\"";
     const int value = pick(1000);
     const int action = pick(4);
@@ -169,7 +170,7 @@ TEST_F(Models, GridsAreClearedWhatever) {
   eval("g = ds_grid_create(90, 70)");
   const auto cell = [&](int column, int row) -> std::string& { return model[static_cast<std::size_t>(row * kWidth + column)]; };
   const char* const values[] = {"0", "-4", "\"text\"", "[1,2]", "5"};
-  for (int round = 0; round < 40; ++round) {
+  for (int round = 0; round < 40 * longer(); ++round) {
     const int writes = round % 8 == 7 ? 5000 : pick(30);  // sometimes more than a grid remembers
     for (int i = 0; i < writes; ++i) {
       const int column = pick(kWidth), row = pick(kHeight), which = pick(5);

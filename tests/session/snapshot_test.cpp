@@ -2,7 +2,6 @@
 #include "runtime/session/snapshot.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <set>
 
@@ -11,6 +10,7 @@
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/session/state_visitor.h"
+#include "tests/support/long_runs.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -44,7 +44,7 @@ void press_something(int frame) {
 
 // Frame by frame the fight goes on from its copy as it goes on by itself, and as it goes where nobody makes copies.
 TEST_F(Snapshots, EveryFrameCanBeRunAgain) {
-  const int frames = std::getenv("ARENA_ROUNDS") != nullptr ? 20000 : 2000;
+  const int frames = std::min(2000 * longer(), 20000);
   autoplayer::ArenaPlayer player;
   Snapshot snapshot;
   for (int frame = 0; frame < frames; ++frame) {

@@ -1,9 +1,9 @@
 // Random operations on a tree of widgets, with clicks in between. Whatever scripts do to it, no error leaves the toolkit, and the tree
 // stays a tree.
-#include <cstdlib>
 #include <random>
 
 #include "runtime/reports/log.h"
+#include "tests/support/long_runs.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -114,7 +114,7 @@ TEST_F(RandomWidgets, HoldAnythingInAnyField) {
                                 "Approach",
                                 "oPlayer",
                                 "[[1], {passed: []}]"};
-  const bool tries_all = std::getenv("ARENA_ROUNDS") != nullptr;  // for a longer search
+  const bool tries_all = longer() > 1;
   for (const char* kind : kinds) {
     const bool is_style = std::string(kind) == "TuiStyle", is_root = std::string(kind) == "TuiMain";
     // root > holder > own > child: own lies under the pointer, has the keyboard, a style, a tooltip and a tween.

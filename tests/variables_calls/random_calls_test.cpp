@@ -1,12 +1,12 @@
 // Every built-in function and every script, called with anything: whatever comes in, the answer is a value or an error, and the game
 // goes on.
-#include <cstdlib>
 #include <random>
 #include <set>
 
 #include "runtime/instances_loop/world.h"
 #include "runtime/program/functions.h"
 #include "tests/support/arguments.h"
+#include "tests/support/long_runs.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -95,11 +95,7 @@ class RandomCalls : public ArenaGame {
                                             "global.grid",
                                             "global.list",
                                             "global.map"};
-  static unsigned long from_environment(const char* name, unsigned long otherwise) {
-    const char* const text = std::getenv(name);
-    return text != nullptr ? std::strtoul(text, nullptr, 10) : otherwise;
-  }
-  const int rounds_ = static_cast<int>(from_environment("ARENA_ROUNDS", 25));  // for a longer search
+  const int rounds_ = 25 * longer();
   std::mt19937_64 random_{from_environment("ARENA_SEED", 2024)};
 };
 
