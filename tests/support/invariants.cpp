@@ -98,6 +98,8 @@ std::string broken_layers() {
 
 std::string broken_invariant() {
   if (innermost_frame() != nullptr) return "a frame was left open";
+  if (session().call_depth != 0) return "a call was left open";
+  if (session().running_event != nullptr) return "an event was left open";
   if (container_depth() != 0) return "the container stack is not empty";
   if (session().current_builtin != nullptr) return "a built-in is still current";
   for (const auto check : {broken_list_of_all, broken_depth_order, broken_populations, broken_layers, broken_collector_invariant}) {
