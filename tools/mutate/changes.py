@@ -21,14 +21,14 @@ WORDS = {
 }
 NUMBER = re.compile(r"(?<![\w.'])(\d[\d']*(?:\.\d+)?|\.\d+|0x[0-9a-fA-F]+)([fFuUlL]*)(?![\w.'])")
 # The formatter sets operators of two operands between spaces, template brackets and references never: ` < ` compares.
-BINARY = re.compile(r"(?<= )(\+|-|\*|/|%|<=?|>=?|==|!=|&&?|\|\|?|\^|<<|>>|[-+*/|&]=)(?= |$)")
+BINARY = re.compile(r"(?<= )(?!&& (?:\{|=|;|const|noexcept))(\+|-|\*|/|%|<=?|>=?|==|!=|&&?|\|\|?|\^|<<|>>|[-+*/|&]=)(?= |$)")
 STEP = re.compile(r"\+\+|--")
 UNARY = re.compile(r"(?<=[(\s,!])[!-](?=[\w(])|(?<=^)[!-](?=[\w(])")
 STATEMENT = re.compile(r"^(?P<before>\s*(?:(?:\} )?else )?(?:if \((?P<condition>.*?)\) |else )?)(?P<statement>[A-Za-z_*(][^;{}]*;)$")
 CALL = re.compile(r"^[\w:.\[\]]+(?:->[\w:.\[\]]+)*(?:<[\w:, ]+>)?\(.*\);$")
 ASSIGNMENT = re.compile(r"^\*?[\w:.\[\]()]+(?:->[\w:.\[\]()]+)* (?:[-+*/%|&^]|<<|>>)?= .*;$")
 LEFT_ALONE = re.compile(
-    r"^\s*(#|using |namespace |template |static_assert|assert\(|ASSERT|friend |extern |class |enum |return messages::)|\b(static_assert|assert|log_\w+|message_\w+)\("
+    r"^\s*(#|using |virtual |namespace |template |static_assert|assert\(|ASSERT|friend |extern |class |enum |return messages::)|\b(static_assert|assert|log_\w+|message_\w+)\("
 )
 
 
@@ -81,7 +81,7 @@ def changes_of_line(line, code):
         if found.group() in WORDS:
             places.append((found.start(), found.end(), WORDS[found.group()]))
     found = STATEMENT.match(code)
-    if found and closed(found["statement"]) and not re.match(r"(return|throw|delete|else|if|for|while|case)\b", found["statement"]):
+    if found and code[0] == " " and closed(found["statement"]) and not re.match(r"(return|throw|delete|else|if|for|while|case)\b", found["statement"]):
         if CALL.match(found["statement"]) or ASSIGNMENT.match(found["statement"]):
             places.append((found.start("statement"), found.end("statement"), "{}"))
     return [line[:start] + by + line[end:] for start, end, by in places]
