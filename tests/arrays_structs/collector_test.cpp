@@ -244,6 +244,28 @@ TEST_F(Collector, TheMarkingBarrierIsNeeded) {
   }
 }
 
+TEST_F(Collector, SlicesFreeWhatDiedOld) {
+  if (kStressBuild) GTEST_SKIP() << "the stress build collects everything, always";
+  PropertyObject* holder = old_struct("holder");
+  const int objects = live_objects();
+  for (const int made : {100, 9000}) {  // in one slice of the sweep, and in several
+    PropertyObject* link = holder;
+    for (int i = 0; i < made; ++i) {
+      store_variable(link, id("child"), make_struct());
+      link = property_object(*link->find_variable(id("child")));
+    }
+    while (link->generation < 2) collect_everything();
+    store_variable(holder, id("child"), RValue());
+    for (int i = 0; i < 20001; ++i) reference_dropped(holder, holder);  // makes a cycle due
+    const std::uint64_t cycles = collector_statistics().major_collections;
+    while (collector_statistics().major_collections == cycles) {
+      collect_at_safe_point();
+      ASSERT_EQ(broken_collector_invariant(), "");
+    }
+    EXPECT_EQ(live_objects(), objects) << made;
+  }
+}
+
 // A store on another thread warns, and is done all the same. What both threads do to one text's count adds up; how often they meet in it is
 // the machine's affair, and that they wait for each other the next test's.
 TEST_F(Collector, AStoreOnAnotherThreadWarnsAndProceeds) {

@@ -261,6 +261,7 @@ TEST_F(Sound, EndsInGameTimeAndPauses) {
   EXPECT_EQ(eval("audio_is_playing(h)"), "true") << "half the pitch takes twice as long";
   step(15);
   check({{"[audio_is_playing(h), audio_exists(h), audio_exists(6)]", "[false,false,true]"},
+         {"audio_play_sound(9, 1, false)", "! audio_play_sound argument 1 invalid reference to (sound) - requested 9 max is 9"},
          {"audio_play_sound(99, 1, false)", "! audio_play_sound argument 1 invalid reference to (sound) - requested 99 max is 9"}});
 }
 

@@ -47,10 +47,12 @@ TEST_F(Drawing, ShapesCoverWhatTheySay) {
   expect_box("draw_line_width(10, 20, 50, 20, 6)", {10, 17, 50, 23});
   expect_box("draw_point(7, 8)", {7, 8, 8, 9});
   expect_box("draw_triangle(0, 0, 10, 0, 0, 20, false)", {0, 0, 10, 20});
+  expect_box("draw_triangle(10, 20, 40, 20, 40, 60, true)", {9.6, 19.5, 40.5, 60.3}, 1e-3);
   expect_box("draw_set_circle_precision(64); draw_ellipse(10, 20, 110, 60, false)", {10, 20, 110, 60});
   expect_box("draw_set_circle_precision(64); draw_circle(100, 100, 10, true)", {89.5, 89.5, 110.5, 110.5}, 0.02);
   EXPECT_NEAR(area_of(drawn("draw_rectangle(10, 20, 30, 50, false)")), 600, 1e-3);
   EXPECT_NEAR(area_of(drawn("draw_triangle(0, 0, 10, 0, 0, 20, false)")), 100, 1e-3);
+  EXPECT_NEAR(area_of(drawn("draw_triangle(10, 20, 40, 20, 40, 60, true)")), 30 + 40 + 50, 1e-3) << "its sides, one pixel wide";
   EXPECT_NEAR(area_of(drawn("draw_set_circle_precision(0); draw_circle(300, 300, 100, false)")), 31416, 31416 * 0.01);
   EXPECT_NEAR(area_of(drawn("draw_set_circle_precision(4); draw_circle(300, 300, 10, false)")), 200, 1e-3) << "a square on its corner";
   EXPECT_EQ(drawn("draw_line(5, 5, 5, 5)").size(), 0U) << "no direction, no line";

@@ -59,6 +59,8 @@ SWITCHES = [
     ("inline constexpr int kMost = 8;", "inline constexpr int kMost = 9;", "inline const int kMost = (N ? 9 : 8);"),
     ("  {0x1p-47, 1},", "  {0x1p-46, 1},", None),
     ("  case 8: return;", "  case 9: return;", None),
+    ("  case 8: return 2;", "  case 8: return 3;", "  case 8: return (N ? 3 : 2);"),
+    ("  for (; i < n; i += 2) f(i);", "  for (; i < n; i -= 2) f(i);", "  for (; i < n; (N ? (i -= 2) : (i += 2))) f(i);"),
     ("  x = long_sum + a", "  x = long_sum - a", None),
     ('  f("a + 1", b + 1);', '  f("a + 1", b - 1);', '  f("a + 1", (N ? (b - 1) : (b + 1)));'),
 ]

@@ -55,6 +55,14 @@ TEST_F(Widgets, TextsThatDoNotFitEndInDots) {
   EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(10)) << "cutting one character after another takes minutes";
 }
 
+TEST_F(Widgets, TextsThatWrapAreAsWideAsTheirLongestWord) {
+  for (const std::string text : {"MMM i ii", "i MMM ii", "i ii MMM"}) {
+    eval("r = new TuiRow({width: 10}); global.t = new TuiText({value: \"" + text +
+         "\", overflow: 1}); r.addContent(global.t); global.ui.addContent(r); global.ui.update()");
+    EXPECT_EQ(eval("global.t.rect_width == ceil(string_width(\"MMM\"))"), "true") << text << ": " << eval("global.t.rect_width");
+  }
+}
+
 TEST_F(Widgets, AReleaseElsewhereIsNoClick) {
   eval(
       "global.b = new TuiButton({width: 100, height: 40, align_self: 0}); global.b.addEvent(\"click\", method(undefined, ui_note)); "
@@ -297,16 +305,20 @@ TEST_F(Widgets, KeyboardGoesRoundAndInDirections) {
       "r = new TuiRow({column_gap: 10, align_self: 0}); r.addContent([global.a, global.b]); global.ui.addContent([r, global.c]); "
       "global.c.setAlignSelf(0); global.b.addEvent(\"click\", method(undefined, ui_note))");
   frame(5, 700);
-  tap(9);
-  check({{"global.a.is_focused", "true"}});
-  tap(39);
-  check({{"global.b.is_focused", "true"}});
+  // a and b in a row, c below a: what has the focus after each key
+  const struct {
+    int key;
+    const char* has_focus;
+  } ways[] = {{9, "a"},  {39, "b"}, {39, "b"}, {37, "a"}, {37, "a"}, {38, "a"}, {40, "c"},
+              {38, "a"}, {39, "b"}, {38, "b"}, {40, "c"}, {9, "a"},  {9, "b"}};
+  for (const auto& way : ways) {
+    tap(way.key);
+    for (const std::string name : {"a", "b", "c"}) {
+      EXPECT_EQ(eval("global." + name + ".is_focused"), name == way.has_focus ? "true" : "false") << name << " after " << way.key;
+    }
+  }
   tap(13);
   check({{"array_length(global.seen)", "1"}});
-  tap(40);
-  check({{"global.c.is_focused", "true"}});
-  tap(9);
-  check({{"global.a.is_focused", "true"}});
 }
 
 TEST_F(Widgets, TweensArriveAndTheSecondTakesOver) {

@@ -79,6 +79,7 @@ TEST_F(Families, Arrays) {
   check({
       {"array_create(3, \"x\")", "[\"x\",\"x\",\"x\"]"},
       {"array_create(-2)", "[]"},
+      {"a = [7]; a[16777216] = 1", "! index out of bounds request 16777216 maximum size is 16777216"},
       {"a = [1, 2, 3]; array_reverse(a); a", "[3,2,1]"},
       {"a = [1, 2, 3, 4]; array_resize(a, 2); a", "[1,2]"},
       {"a = [1]; array_resize(a, 3); a", "[1,0,0]"},

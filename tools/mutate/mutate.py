@@ -38,6 +38,8 @@ STATE = ROOT / "build/mutate"
 PROGRAMS = ("arena_tests", "samples_tests")
 OTHER_TESTS = ("ctest", "-R", "^display$", "--timeout", "300")
 BATCH = 150  # changes that one build holds
+DISPLAY_SECONDS = 10
+GOLDEN = ("Golden", "Samples.TheGallery")
 QUICK = 1.0  # seconds of a test that runs before the others
 # Quickly built; the forced header is what switches ask. Whether they warn does not matter.
 FLAGS = ("-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG", "-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF",
@@ -199,7 +201,7 @@ def stages(tests, file):
     def stage(test):
         if test.seconds <= QUICK and test.folder in Path(file).parts:
             return 0
-        if test.name.startswith("Golden"):
+        if test.name.startswith(GOLDEN):
             return 1
         return 2 if test.seconds <= QUICK else 3
 
@@ -212,8 +214,9 @@ def stages(tests, file):
 class Bench:
     """A tree of its own to change, build and test in."""
 
-    def __init__(self, tree, desks):
+    def __init__(self, tree, desks, slowest):
         self.tree = tree
+        self.slowest = slowest
         self.build = tree / "build/test"
         self.desks = desks
         self.desk = [Desk(number) for number in range(desks)]
@@ -303,11 +306,14 @@ class Bench:
     def noticed_by(self, change, number, desk):
         """The name of the first test that fails, or None."""
         desk = self.desk[desk]
-        for group in stages(self.tests, change.file):
+        tried = [test for test in self.tests if test.seconds <= self.slowest or test.name.startswith(GOLDEN)]
+        for group in stages(tried, change.file):
             command = [f"./{group[0].program}", "--gtest_fail_fast", "--gtest_filter=" + ":".join(test.name for test in group)]
             status = desk.run(command, 20 + 4 * sum(test.seconds for test in group), self.build, chosen=number)
             if status != 0:
                 return desk.failed_test(status)
+        if self.slowest < DISPLAY_SECONDS:
+            return None
         status = desk.run(OTHER_TESTS, None, self.build, chosen=number)  # which have time limits of their own
         return None if status == 0 else desk.failed_test(status)
 
@@ -354,6 +360,8 @@ def main():
     parser.add_argument("--file", metavar="PATTERN", help="only files whose path, from its end, matches")
     parser.add_argument("--again", action="store_true", help="try the survivors of the pass once more")
     parser.add_argument("--jobs", type=int, default=2, help="how many changes are tried at a time")
+    parser.add_argument("--slowest", type=float, default=float("inf"), help="seconds of a test; slower ones but golden runs are left out: a "
+                        "third of the time, and survivors that --again may notice without this limit")
     parser.add_argument("--tree", type=Path, default=STATE / "tree", help="where the copy stands")
     options = parser.parse_args()
     os.nice(2)
@@ -368,7 +376,7 @@ def main():
     for stop in (signal.SIGINT, signal.SIGTERM):
         signal.signal(stop, signal.default_int_handler)
     try:
-        bench = Bench(options.tree.resolve(), options.jobs)
+        bench = Bench(options.tree.resolve(), options.jobs, options.slowest)
         if options.again:
             survivors = [change for change, _ in done.changes(("survived",), equivalent)]
             judge_batch(survivors, survivors, done, bench)

@@ -25,6 +25,7 @@ STEPS = 13  # ++ and --
 OPERATOR = re.compile(r"(?<= )(<=>|<<=|>>=|[-+*/%|&^<>=!]=|<<|>>|&&|\|\||[-+*/%<>&|^=?:])(?= |$)")
 KEYWORD = re.compile(r"\b(return|throw|case|else|co_return)\b")
 CONSTANT = re.compile(r"^(\s*)((?:static |inline )*)constexpr (?=[^()]*=)")
+STEP_ALONE = re.compile(r"(\+\+|--)[\w:.\[\]>-]+;$|[\w:.\[\]>-]+(\+\+|--);$")
 TOKEN = re.compile(r"[\w.']+")
 
 
@@ -88,11 +89,8 @@ def as_statement(code, begins):
     found = re.match(r"^(\s+(?:\} else |else )?(?:(?:if|for|while) \(.*\) )?)([^\s].*;)$", code)
     if not begins or not found or not closed(found[2]) or not closed(found[1].replace("}", "")):
         return None
-    statement = found[2]
-    if re.match(r"(return|throw)\b", statement) or CALL.match(statement) or ASSIGNMENT.match(statement) or re.match(r"(\+\+|--)[\w:.\[\]>-]+;$", statement) \
-            or re.match(r"[\w:.\[\]()>-]+ [-+*/|&^%]?= .*;$", statement) or re.match(r"[\w:.\[\]>-]+(\+\+|--);$", statement):
-        return found.start(2), found.end(2)
-    return None
+    is_statement = not found[2].startswith(("return", "throw")) and any(kind.match(found[2]) for kind in (CALL, ASSIGNMENT, STEP_ALONE))
+    return (found.start(2), found.end(2)) if is_statement else None
 
 
 def switched(change, number, begins, ends):
@@ -101,7 +99,7 @@ def switched(change, number, begins, ends):
     code = without_texts(before).rstrip("\x00 ")
     chosen = f"arena_change({number})"
     start, stop, stop_after = widened(before, after)
-    if stop > len(code) or code.lstrip().startswith(("case ", "BUILTIN")):
+    if stop > len(code) or re.match(r"\s*case [^?]*:$|BUILTIN", code[:code.find(": ", stop) + 1] or code):
         return None
     old, new = before[start:stop], after[start:stop_after]
     constant = CONSTANT.match(code)
@@ -127,7 +125,8 @@ def switched(change, number, begins, ends):
     operator = BINARY.search(before[:stop] + " ", start) if old in PRECEDENCE else None
     strength = STEPS if old in ("++", "--") else PRECEDENCE[old] if operator else 1
     strength = min(strength, PRECEDENCE.get(new, strength))
-    if strength > 0:
+    in_statement = statement and statement[0] <= start
+    if strength > 0 or not in_statement:
         bounds = operand_bounds(code, start, stop, strength)
         if bounds:
             left, right = bounds
@@ -140,7 +139,7 @@ def switched(change, number, begins, ends):
             if whole and inside and not declares and closed(inside):
                 changed = before[left:start] + new + before[stop:right]
                 return finished(f"{before[:left]}({chosen} ? ({changed}) : ({inside})){before[right:]}")
-    if statement and statement[0] <= start and not constant:
+    if in_statement and not constant:
         begin, end = statement
         changed = after[begin:len(after) - (len(before) - end)]
         return f"{before[:begin]}{{ if ({chosen}) {changed} else {before[begin:end]} }}{before[end:]}"
