@@ -1,6 +1,7 @@
 // What scripts ask of the world: measures of instances, overlaps, layers, rooms, time, views and the keyboard's state.
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/reports/report.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -226,7 +227,15 @@ TEST_F(World, ViewsShowWhatTheirCameraSees) {
        "view_set_visible(0, true); view_camera[0] == c",
        "true"},
       {"[camera_get_view_x(c), camera_get_view_y(c), camera_get_view_width(c), camera_get_view_height(c)]", "[100,200,640,360]"},
+      {"view_set_visible(1000000000, true); view_set_visible(-1000000000, true); view_set_camera(1000000000, c); "
+       "[view_get_camera(1000000000), view_get_camera(-1), view_get_camera(8)]",
+       "[-1,-1,-1]"},  // no such views
+      {"camera_get_view_width(99)", "! camera_get_view_width argument 1 invalid reference to (camera) - requested 99"},
   });
+  {
+    const ErrorSuppression quiet;
+    check({{"[camera_get_view_x(99), camera_get_view_width(99)]", "[0,0]"}});
+  }
   // The middle of a window of twice the size shows the middle of the view; turned a half, left is right.
   ask({{"mouse", {640, 360}}, {"gui", true}});
   step();

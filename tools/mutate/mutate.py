@@ -90,6 +90,15 @@ class Pass:
         return [(change, record) for change, record in found if change.key() not in equivalent]
 
 
+def run_again(drawn, done, equivalent, bench):
+    """Judges the survivors once more, each in the batch that it was in."""
+    for first in range(0, len(drawn), BATCH):
+        batch = drawn[first : first + BATCH]
+        again = [change for change, _ in done.changes(("survived",), equivalent) if change in batch]
+        if again:
+            judge_batch(batch, again, done, bench)
+
+
 def run_pass(drawn, done, count, equivalent, bench):
     """Judges whole batches until `count` changes of the pass count; those of earlier runs are not repeated. A batch is what one build holds:
     always the same part of the order, so that a pass that goes on finds its batch built."""
@@ -377,11 +386,11 @@ def main():
         signal.signal(stop, signal.default_int_handler)
     try:
         bench = Bench(options.tree.resolve(), options.jobs, options.slowest)
+        drawn = draw(ROOT, options.seed, options.file)
         if options.again:
-            survivors = [change for change, _ in done.changes(("survived",), equivalent)]
-            judge_batch(survivors, survivors, done, bench)
+            run_again(drawn, done, equivalent, bench)
         else:
-            run_pass(draw(ROOT, options.seed, options.file), done, options.count, equivalent, bench)
+            run_pass(drawn, done, options.count, equivalent, bench)
     except KeyboardInterrupt:
         pass
     summary(done, equivalent)

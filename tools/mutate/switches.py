@@ -26,6 +26,7 @@ OPERATOR = re.compile(r"(?<= )(<=>|<<=|>>=|[-+*/%|&^<>=!]=|<<|>>|&&|\|\||[-+*/%<
 KEYWORD = re.compile(r"\b(return|throw|case|else|co_return)\b")
 CONSTANT = re.compile(r"^(\s*)((?:static |inline )*)constexpr (?=[^()]*=)")
 STEP_ALONE = re.compile(r"(\+\+|--)[\w:.\[\]>-]+;$|[\w:.\[\]>-]+(\+\+|--);$")
+LENGTH = re.compile(r"[\w>&*] \w+\[$")  # what stands before the length of an array
 TOKEN = re.compile(r"[\w.']+")
 
 
@@ -115,6 +116,8 @@ def switched(change, number, begins, ends):
     if TOKEN.fullmatch(old) and (re.match(r"[\d.]", old) or old in ("true", "false")):
         if re.search(r"p[-+]$", before[:start]):
             return None  # the exponent of a hexadecimal number
+        if LENGTH.search(code[:start]) and not KEYWORD.search(code[:start]):
+            return None
         return finished(f"{before[:start]}({chosen} ? {new} : {old}){before[stop:]}")
     statement = as_statement(code, begins)
     if after[differing(before, after)[0]:].startswith("{}"):
