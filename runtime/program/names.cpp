@@ -81,7 +81,7 @@ void fill_variable_slots(LookupResult& result) {
   for (NameSlot* name = first_name; name != nullptr; name = name->next) {
     if (name->type == NameSlot::Type::kVariable) name->slot = names_of_code.find(name->text);
   }
-  result.variables = names_of_code.end();
+  result.variables = detail::code_names = names_of_code.end();
 }
 
 LookupResult run_lookup() {
@@ -109,6 +109,8 @@ std::int32_t search_variable_id(std::string_view name) {
 
 }  // namespace
 
+std::int32_t detail::code_names = 0;
+
 NameSlot::NameSlot(Type of, const char* name) : text(name), type(of), next(first_name) { first_name = this; }
 
 std::int32_t variable_id(std::string_view name) {
@@ -130,7 +132,6 @@ std::string_view variable_name(std::int32_t id) {
   return name_at(id);
 }
 
-std::int32_t code_name_count() { return names_of_code.end(); }
 std::int32_t variable_id_count() { return session_names().made.end(); }
 
 std::string LookupResult::report() const {

@@ -26,7 +26,10 @@ std::int32_t find_variable_id(std::string_view name);  // -1: nobody ever used t
 std::string_view variable_name(std::int32_t id);       // "<unknown>" for an id that does not exist
 std::int32_t variable_id_count();
 // Those that code holds, 0 to count - 1: the ids that the tables of shapes cover.
-std::int32_t code_name_count();
+namespace detail {
+extern std::int32_t code_names;
+}
+inline std::int32_t code_name_count() { return detail::code_names; }
 
 struct LookupResult {
   double total_ms, functions_ms, variables_ms, check_ms;

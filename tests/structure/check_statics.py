@@ -22,6 +22,7 @@ ALLOWED = {
     "arena::(anonymous namespace)::builtins": "function table, ordered by the start-up lookup",
     "arena::(anonymous namespace)::static_methods": "function table, ordered by the start-up lookup",
     "arena::(anonymous namespace)::names_of_code": "names, complete after the start-up lookup",
+    "arena::detail::code_names": "names, complete after the start-up lookup",
     "arena::(anonymous namespace)::table()::variables": "built-in variables, registered by static construction",
     "arena::(anonymous namespace)::describe_event": "set once by static construction",
     "arena::(anonymous namespace)::first": "chain of registered objects",
