@@ -15,6 +15,8 @@
 #include "engine/platform/end_requests.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
+#include "engine/recording/recorder.h"
+#include "engine/recording/replay.h"
 #include "runtime/builtins/describe.h"
 #include "runtime/reports/log.h"
 #include "runtime/reports/report.h"
@@ -22,7 +24,7 @@
 namespace arena::apps {
 namespace {
 
-enum ExitStatus { kFine = 0, kFailed = 1, kBadOption = 2, kScriptError = 3 };
+enum ExitStatus { kFine = 0, kFailed = 1, kBadOption = 2, kScriptError = 3, kAnotherRun = 5 };
 
 // Beside the program, or where an installation puts it: PREFIX/bin/arena and PREFIX/share/arena/arena.dat.
 std::string data_path(const Options& options) {
@@ -52,9 +54,11 @@ std::string unwritable_picture(const Options& options) {
   return files::on_one_line(options.screenshot) + ": the picture cannot be written";
 }
 
-int run_mode(host::Game& game, platform::Window* window, const Options& options) {
+int run_mode(host::Game& game, platform::Window* window, recording::Replay* replay, const Options& options) {
   std::unique_ptr<Mode> mode;
-  if (options.console) {
+  if (replay != nullptr) {
+    mode = replay_mode(game, platform::has_display() ? window : nullptr, *replay, options);
+  } else if (options.console) {
     mode = console_mode(game, options);
   } else if (options.headless) {
     mode = headless_mode(game, options);
@@ -64,9 +68,20 @@ int run_mode(host::Game& game, platform::Window* window, const Options& options)
     mode = show_mode(game, options);
   }
   platform::run_main_loop([&] { return mode->tick(); });
-  if (!mode->problem().empty() && platform::end_request() == 0) return fail(mode->problem(), false, kFailed);
+  if (!mode->problem().empty() && platform::end_request() == 0)
+    return fail(mode->problem(), false, replay != nullptr ? kAnotherRun : kFailed);
   if (!options.screenshot.empty() && !game.save_screenshot(options.screenshot)) return fail(unwritable_picture(options), false, kFailed);
   return kFine;
+}
+
+recording::Beginning beginning_of(const Options& options, const data::DataFile& data) {
+  return {game_description().name, game_description().version, data.hash(), options.room, options.has_seed, options.seed};
+}
+
+// A recording that ends early is verified up to there, and says so.
+int tell_verdict(const recording::Replay& replay, const recording::Recording& recorded) {
+  std::cout << "the same run: " << replay.frame() << " frames, " << replay.checkpoints_passed() << " hashes" << std::endl;
+  return recorded.damage.empty() ? kFine : fail(recorded.damage, false, kFailed);
 }
 
 int run(const Options& options) {
@@ -110,10 +125,30 @@ int run(const Options& options) {
     if (game_options.audio_device == nullptr) log_message(no_sound);
   }
 
+  // Both outlive the game.
+  recording::Recording recorded;
+  std::unique_ptr<recording::Replay> replay;
+  std::unique_ptr<recording::Recorder> recorder;
+  const recording::Beginning beginning = beginning_of(options, *game_options.data);
+  if (!options.replay.empty()) {
+    if (!recording::open_recording(options.replay, recorded, problem)) return fail(problem, wants_window, kFailed);
+    problem = recording::misfit(recorded.beginning, beginning);
+    if (!problem.empty()) return fail(files::on_one_line(options.replay + ": " + problem), wants_window, kFailed);
+    replay = std::make_unique<recording::Replay>(recorded);
+    replay->prepare(game_options);
+  } else if (!options.record.empty() || (!options.headless && !options.console)) {
+    const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
+    if (!file.empty()) recorder = std::make_unique<recording::Recorder>(file, beginning);
+    game_options.listener = recorder.get();
+  }
+
   host::Started started = host::Game::start(std::move(game_options));
   if (started.game == nullptr)
     return fail(started.problem, wants_window, started.failure == host::Started::Failure::kUnknownRoom ? kBadOption : kFailed);
-  return run_mode(*started.game, window.get(), options);
+  const int status = run_mode(*started.game, window.get(), replay.get(), options);
+  if (recorder != nullptr) recorder->end();
+  if (replay != nullptr && status == kFine && options.verify) return tell_verdict(*replay, recorded);
+  return status;
 }
 
 int tell(const std::string& text) { return (std::cout << text << std::flush) ? kFine : fail("the text cannot be written", false, kFailed); }

@@ -13,6 +13,7 @@
 #include "engine/platform/end_requests.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
+#include "engine/recording/replay.h"
 #include "runtime/instances_loop/world.h"
 
 namespace arena::apps {
@@ -139,12 +140,49 @@ class ShowMode final : public FrameMode {
   const std::string folder_ = screenshot_folder();
 };
 
+class ReplayMode final : public Mode {
+ public:
+  ReplayMode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options)
+      : game_(game), window_(options.verify ? nullptr : window), replay_(replay), frames_(options.frames), verifies_(options.verify) {}
+
+  NextTick tick() override {
+    if (must_end() || replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_)) return NextTick::kNever;
+    if (window_ != nullptr) {
+      if (!window_->poll()) return NextTick::kNever;
+      int width = 0, height = 0;
+      window_->drawable_size(width, height);
+      game_.set_target_size(width, height);
+    }
+    replay_.step(game_);
+    if (verifies_) {
+      if (const std::vector<std::string> parts = replay_.differences(); !parts.empty()) return fail(another_run(parts));
+    }
+    return window_ != nullptr ? NextTick::kWithScreen : NextTick::kAtOnce;
+  }
+
+ private:
+  std::string another_run(const std::vector<std::string>& parts) const {
+    std::string sentence = "the run is another one from second " + std::to_string(replay_.checkpoints_passed()) + " on (by frame " +
+                           std::to_string(replay_.frame()) + "), in ";
+    for (std::size_t i = 0; i < parts.size(); ++i) sentence += (i > 0 ? ", " : "") + parts[i];
+    return sentence;
+  }
+  host::Game& game_;
+  platform::Window* window_;
+  recording::Replay& replay_;
+  std::int64_t frames_;
+  bool verifies_;
+};
+
 }  // namespace
 
 std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options) { return std::make_unique<ConsoleMode>(game, options); }
 std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options) { return std::make_unique<HeadlessMode>(game, options); }
 std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options) {
   return std::make_unique<WindowMode>(game, window, options);
+}
+std::unique_ptr<Mode> replay_mode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options) {
+  return std::make_unique<ReplayMode>(game, window, replay, options);
 }
 std::unique_ptr<Mode> show_mode(host::Game& game, const Options& options) { return std::make_unique<ShowMode>(game, options); }
 

@@ -14,6 +14,9 @@ class Game;
 namespace platform {
 class Window;
 }
+namespace recording {
+class Replay;
+}
 
 namespace apps {
 
@@ -35,7 +38,9 @@ class Mode {
   std::string problem_;
 };
 
-// Game, window and options outlive the mode.
+// Plays a recording at its own pace, or with --verify as fast as it goes; then says in problem() where the run is another one.
+std::unique_ptr<Mode> replay_mode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options);
+// Game, window, replay and options outlive the mode.
 std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options);

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "apps/game_description.h"
 #include "engine/files/paths.h"
@@ -32,12 +33,15 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
                                                                  {"--headless", [&] { options.headless = true; }},
                                                                  {"--console", [&] { options.console = true; }},
                                                                  {"--demo", [&] { options.demo = true; }},
+                                                                 {"--verify", [&] { options.verify = true; }},
                                                                  {"--builtins", [&] { options.shows_builtins = true; }},
                                                                  {"--help", [&] { options.shows_help = true; }},
                                                                  {"--version", [&] { options.shows_version = true; }}};
   const std::map<std::string, std::function<bool(const std::string&)>> settings = {
       {"--data", [&](const std::string& value) { return take_text(value, options.data); }},
       {"--room", [&](const std::string& value) { return take_text(value, options.room); }},
+      {"--record", [&](const std::string& value) { return take_text(value, options.record); }},
+      {"--replay", [&](const std::string& value) { return take_text(value, options.replay); }},
       {"--hashes", [&](const std::string& value) { return take_text(value, options.hashes); }},
       {"--screenshot", [&](const std::string& value) { return take_text(value, options.screenshot); }},
       {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
@@ -66,6 +70,24 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
     problem = std::string(options.console ? "--console" : "--hashes") + " goes with --headless";
     return false;
   }
+  if (options.verify && options.replay.empty()) {
+    problem = "--verify goes with --replay";
+    return false;
+  }
+  if (!options.replay.empty()) {
+    // The recording says how the run began and what was pressed.
+    const std::pair<bool, const char*> others[] = {{!options.record.empty(), "--record"},
+                                                   {options.demo, "--demo"},
+                                                   {options.console, "--console"},
+                                                   {options.has_seed, "--seed"},
+                                                   {!options.room.empty(), "--room"}};
+    for (const auto& [is_given, name] : others) {
+      if (!is_given) continue;
+      problem = std::string(name) + " does not go with --replay";
+      return false;
+    }
+    options.headless = options.headless || options.verify;
+  }
   if (options.demo && game_description().make_autoplayer == nullptr) {
     problem = "this game cannot play itself";
     return false;
@@ -90,6 +112,9 @@ std::string help_text() {
          "  --console          with --headless: JSON requests on standard input, replies on standard output\n" +
          (plays_itself ? "  --demo             the game plays itself\n" : "") +
          "  --frames N         ends after N frames\n"
+         "  --record FILE      records the run there; without it a run that somebody sees is kept among the last twenty\n"
+         "  --replay FILE      plays a recording\n"
+         "  --verify           with --replay: as fast as it goes, without window; status 5 when it is not the same run\n"
          "  --screenshot FILE  writes a PNG at the end\n"
          "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"
          "  --builtins         writes docs/builtins.md to standard output\n"

@@ -11,10 +11,12 @@ struct Options {
   std::string room;
   std::string screenshot;  // written when the program ends
   std::string hashes;      // gets a line every 600 frames
+  std::string record;      // where the run is recorded; "": among the last runs, where somebody plays
+  std::string replay;      // a recording to play
   bool has_seed = false;
   std::uint64_t seed = 0;
   std::int64_t frames = -1;  // ends after so many; -1: never
-  bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false;
+  bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false, verify = false;
   bool shows_help = false, shows_version = false, shows_builtins = false;
 };
 

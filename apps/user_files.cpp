@@ -1,8 +1,12 @@
 #include "apps/user_files.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "apps/game_description.h"
 #include "engine/files/paths.h"
@@ -63,6 +67,28 @@ std::string write_crash_report(const std::string& report) {
   std::ofstream stream(path);
   stream << report << std::flush;
   return stream ? files::utf8_of(path) : std::string();
+}
+
+std::filesystem::path new_recording_file() {
+  constexpr std::size_t kKept = 20;  // runs, the new one included
+  std::filesystem::path folder = files::user_data_folder(game_description().name);
+  if (folder.empty()) return folder;
+  folder /= "recordings";
+  std::error_code ignored;
+  std::filesystem::create_directories(folder, ignored);
+  // Names are numbers that go on: the order of the runs, whatever the clock says.
+  std::vector<std::pair<std::uint64_t, std::filesystem::path>> runs;
+  for (const auto& each : std::filesystem::directory_iterator(folder, ignored)) {
+    const std::string name = files::utf8_of(each.path().filename());
+    unsigned long long number = 0;
+    int end = 0;
+    if (std::sscanf(name.c_str(), "run-%llu.rec%n", &number, &end) == 1 && static_cast<std::size_t>(end) == name.size())
+      runs.emplace_back(number, each.path());
+  }
+  std::sort(runs.begin(), runs.end());
+  const std::uint64_t next = runs.empty() ? 1 : runs.back().first + 1;
+  for (std::size_t i = 0; i + kKept <= runs.size(); ++i) std::filesystem::remove(runs[i].second, ignored);
+  return folder / ("run-" + std::to_string(next) + ".rec");
 }
 
 std::string screenshot_folder() {

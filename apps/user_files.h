@@ -17,5 +17,7 @@ std::string write_crash_report(const std::string& report);
 // Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; a folder
 // named after the game in the user's pictures when nothing can be written there.
 std::string screenshot_folder();
+// Where the run that begins is recorded; the oldest of the last twenty makes room. Empty when there is no such place.
+std::filesystem::path new_recording_file();
 
 }  // namespace arena::apps

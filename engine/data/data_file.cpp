@@ -224,6 +224,8 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
   return file;
 }
 
+std::uint32_t DataFile::hash() const { return get<std::uint32_t>(&bytes[12]); }
+
 std::unique_ptr<DataFile> open_data_file(const std::string& path, std::string& problem) {
   const auto fail = [&](const char* what) {
     problem = files::on_one_line(path + ": " + what);

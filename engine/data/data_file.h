@@ -24,6 +24,8 @@ inline constexpr std::size_t kHeaderBytes = 24;
 struct DataFile {
   std::vector<std::uint8_t> bytes;
   const File* content = nullptr;
+  // Of its payload: the checksum in the header, which was verified.
+  std::uint32_t hash() const;
 };
 
 // Opens and verifies. On failure the result is empty and `problem` one sentence that names the file and what is wrong with it.

@@ -132,7 +132,13 @@ Started Game::start(GameOptions options) {
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);
   platform::use_window(options.window);
-  if (options.window != nullptr) options.window->announce();
+  if (options.first_input != nullptr) {
+    replace_queued_input(*options.first_input);
+  } else if (options.window != nullptr) {
+    options.window->announce();
+  }
+  game->listener_ = options.listener;
+  if (game->listener_ != nullptr) game->listener_->before_start();
   begin_input_frame();
   world().start_game(room);
   return {std::move(game), Started::Failure::kNone, ""};
@@ -143,10 +149,12 @@ Game::~Game() = default;
 void Game::run_frame(std::int64_t microseconds) {
   const SessionScope scope(session_);
   screen().run_began = false;
+  if (listener_ != nullptr) listener_->before_frame(microseconds);
   arena::run_frame(microseconds);
   // What a new run plays from its start is heard from its first frame on, as after a first start.
   if (!screen().run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
   if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
+  if (listener_ != nullptr) listener_->after_frame();
   if (!screen().picture.empty()) save_numbered(std::exchange(screen().picture, {}));
 }
 

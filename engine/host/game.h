@@ -10,6 +10,7 @@
 #include "engine/data/data_file.h"
 #include "engine/draw/draw.h"
 #include "engine/gpu/backend.h"
+#include "runtime/input/input_state.h"
 #include "runtime/instances_loop/object_type.h"
 #include "runtime/session/snapshot.h"
 
@@ -18,6 +19,17 @@ class Window;
 }
 
 namespace arena::host {
+
+// Stands beside every frame; the game's session is the current one.
+class FrameListener {
+ public:
+  virtual ~FrameListener() = default;
+  // The session is there, what enters at the start is in the queue, and nothing of the game has run.
+  virtual void before_start() {}
+  virtual void before_frame(std::int64_t /*microseconds*/) {}
+  // Not called for a frame that a script error ended.
+  virtual void after_frame() {}
+};
 
 struct GameOptions {
   std::unique_ptr<data::DataFile> data;
@@ -28,6 +40,9 @@ struct GameOptions {
   std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
   std::uint64_t seed = 0;
+  // In place of what the window announces: of a replay.
+  const std::vector<InputEvent>* first_input = nullptr;
+  FrameListener* listener = nullptr;  // not owned
   // False: nobody sees the frames; they are drawn all the same, but only those of which a picture is taken go to the graphics card.
   bool shows_frames = true;
   // Where numbered screenshots go, asked when one is taken; none: Screenshots in the current folder.
@@ -76,6 +91,7 @@ class Game {
   std::unique_ptr<draw::Draw> draw_;
   std::unique_ptr<audio::Device> audio_device_;
   std::function<std::string()> screenshot_folder_;
+  FrameListener* listener_ = nullptr;
   Session session_;  // ends before the services that its parts use
 };
 

@@ -182,14 +182,16 @@ std::vector<StateFigure> state_figures() {
   return std::move(hasher.figures);
 }
 
-std::uint64_t state_hash() {
+std::uint64_t hash_of(const std::vector<StateFigure>& figures) {
   std::uint64_t hash = 0xCBF29CE484222325u;
-  for (const StateFigure& figure : state_figures()) {
+  for (const StateFigure& figure : figures) {
     hash = (hash ^ figure.hash) * 0x9E3779B97F4A7C15u;
     hash ^= hash >> 29;
   }
   return hash;
 }
+
+std::uint64_t state_hash() { return hash_of(state_figures()); }
 
 std::string describe_state() {
   Describer describer;

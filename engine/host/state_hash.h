@@ -15,6 +15,7 @@ struct StateFigure {
 // In a fixed order. What several lead to counts for the first.
 std::vector<StateFigure> state_figures();
 // All of them in one.
+std::uint64_t hash_of(const std::vector<StateFigure>& figures);
 std::uint64_t state_hash();
 // What the hash sees, a value a line, with the clock left out and instances numbered by their order: two runs that differ in nothing but
 // when they began and which ids they were given have the same text, and where texts differ a comparison by lines shows what does.

@@ -6,6 +6,7 @@
 #include "engine/platform/window.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/builtins/window.h"
+#include "runtime/input/outside.h"
 #include "runtime/session/state.h"
 
 namespace arena::platform {
@@ -44,10 +45,14 @@ void clipboard_set_text(std::string_view text) {
   part().own_clipboard = text;
   if (window() != nullptr) window()->set_clipboard(part().own_clipboard);
 }
-std::string clipboard_get_text() { return window() != nullptr ? window()->clipboard() : part().own_clipboard; }
+std::string clipboard_get_text() {
+  return answer_from_outside([] { return window() != nullptr ? window()->clipboard() : part().own_clipboard; });
+}
 bool clipboard_has_text() { return !clipboard_get_text().empty(); }
 
-bool get_fullscreen() { return window() != nullptr && window()->is_fullscreen(); }
+bool get_fullscreen() {
+  return answer_from_outside([] { return window() != nullptr && window()->is_fullscreen() ? "1" : ""; }) == "1";
+}
 void set_fullscreen(bool wanted) {
   if (window() != nullptr && window()->is_fullscreen() != wanted) window()->toggle_fullscreen();
 }

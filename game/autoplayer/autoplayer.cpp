@@ -127,7 +127,7 @@ void ArenaPlayer::move_pointer(PointerSpace space, double x, double y) {
   space_ = space;
   pointer_.x += (x - pointer_.x) * kHandSpeed;
   pointer_.y += (y - pointer_.y) * kHandSpeed;
-  push_pointer(space, pointer_.x, pointer_.y);
+  push_pointer(space, std::floor(pointer_.x + 0.5), std::floor(pointer_.y + 0.5));  // a mouse points at whole pixels
 }
 
 double ArenaPlayer::danger_at(Point place, const CInstance* goal) const {

@@ -1,6 +1,7 @@
 #include "runtime/input/input_state.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "runtime/session/session.h"
 
@@ -133,6 +134,8 @@ void begin_input_frame() {
   for (const InputEvent& event : input.applied) apply(input.state, event);
 }
 
+const std::vector<InputEvent>& queued_input() { return part().queue; }
+void replace_queued_input(std::vector<InputEvent> events) { part().queue = std::move(events); }
 const std::vector<InputEvent>& applied_input() { return part().applied; }
 
 void reset_input() { part().restart(); }

@@ -65,9 +65,12 @@ void push_input(const InputEvent& event);
 void push_key(int code, bool down);
 void push_button(int button, bool down);
 void push_pointer(PointerSpace space, double x, double y);
+// What the next frame begins with.
+const std::vector<InputEvent>& queued_input();
+void replace_queued_input(std::vector<InputEvent> events);
 // Applies the queue; edges last for this frame.
 void begin_input_frame();
-// The events that begin_input_frame applied last: what a recorder writes.
+// The events that begin_input_frame applied last.
 const std::vector<InputEvent>& applied_input();
 // Forgets edges, keys held, typed text and queued events, as a restart does.
 void reset_input();

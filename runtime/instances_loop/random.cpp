@@ -2,9 +2,12 @@
 
 #include <bit>
 #include <chrono>
+#include <cstdlib>
 #include <optional>
+#include <string>
 #include <utility>
 
+#include "runtime/input/outside.h"
 #include "runtime/session/session.h"
 
 namespace arena {
@@ -73,9 +76,8 @@ void fix_random_seed(std::uint64_t seed) {
 }
 
 std::uint64_t randomize_game() {
-  const std::uint64_t seed = part().fixed_seed
-                                 ? *part().fixed_seed
-                                 : static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()) & 0xFFFFFFFFu;
+  const auto clock = [] { return std::to_string(std::chrono::system_clock::now().time_since_epoch().count() & 0xFFFFFFFF); };
+  const std::uint64_t seed = part().fixed_seed ? *part().fixed_seed : std::strtoull(answer_from_outside(clock).c_str(), nullptr, 10);
   game_random().reseed(seed);
   return seed;
 }

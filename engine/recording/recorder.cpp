@@ -1,0 +1,51 @@
+#include "engine/recording/recorder.h"
+
+#include <utility>
+
+#include "engine/files/paths.h"
+#include "runtime/input/outside.h"
+#include "runtime/reports/log.h"
+
+namespace arena::recording {
+
+Recorder::Recorder(const std::filesystem::path& file, Beginning beginning)
+    : name_(files::utf8_of(file)), beginning_(std::move(beginning)), stream_(file, std::ios::binary) {}
+
+void Recorder::before_start() {
+  has_begun_ = true;
+  hear_answers([this](const std::string& answer) { write(writer_.answer(answer)); });
+  write(writer_.beginning(beginning_));
+  write(writer_.start(queued_input()));
+}
+
+void Recorder::before_frame(std::int64_t microseconds) {
+  since_checkpoint_ += microseconds;
+  if (is_recording_) write(writer_.frame(microseconds, queued_input()));
+}
+
+void Recorder::after_frame() {
+  ++frames_;
+  if (is_recording_ && since_checkpoint_ >= kCheckpointEvery) write_checkpoint();
+}
+
+void Recorder::end() {
+  if (is_recording_ && has_begun_) write_checkpoint();
+  is_recording_ = false;
+  stream_.close();
+}
+
+void Recorder::write_checkpoint() {
+  since_checkpoint_ = 0;
+  write(writer_.checkpoint(checkpoint_of(frames_, host::state_figures())));
+}
+
+// Each piece reaches the system at once: it survives the end of the program, however that comes.
+void Recorder::write(const std::string& bytes) {
+  if (!is_recording_) return;
+  stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();
+  if (stream_) return;
+  is_recording_ = false;
+  log_warning(files::on_one_line(name_) + ": the recording cannot be written");
+}
+
+}  // namespace arena::recording

@@ -1,0 +1,364 @@
+#include "engine/recording/recording.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "engine/files/paths.h"
+#include "engine/recording/bytes.h"
+
+namespace arena::recording {
+namespace {
+
+constexpr std::string_view kMagic = "RECORD\x1A\x01";   // the last byte is the version of the format
+constexpr std::uint64_t kLongestFrame = 3'600'000'000;  // microseconds
+
+// The lowest two bits of an entry's first number.
+enum Tag : std::uint64_t { kQuietFrame = 0, kFrame = 1, kEntry = 2 };
+// What an entry that is no frame holds.
+enum Entry : std::uint64_t { kStart = 0, kAnswer = 1, kCheckpoint = 2 };
+
+constexpr std::uint8_t kTypeBits = 15, kIsDown = 16, kIsExact = 64;
+constexpr int kSpaceShift = 4;
+
+std::uint32_t crc(std::uint32_t before, std::string_view bytes) {
+  return static_cast<std::uint32_t>(crc32_z(before, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+}
+
+// The whole pixels from one place to the other; false where they do not lead there exactly.
+bool steps_between(double from, double to, std::int64_t& steps) {
+  const double difference = to - from;
+  if (!(std::fabs(difference) < 1e9) || difference != std::floor(difference)) return false;
+  steps = static_cast<std::int64_t>(difference);
+  return std::bit_cast<std::uint64_t>(from + static_cast<double>(steps)) == std::bit_cast<std::uint64_t>(to);
+}
+
+class Decoder {
+ public:
+  Decoder(std::string_view bytes, Recording& into) : bytes_(bytes), in_(bytes), to_(into) {}
+
+  bool beginning(std::string& problem) {
+    problem = "the recording is cut off inside its beginning";
+    if (bytes_.size() < kMagic.size() && kMagic.starts_with(bytes_) && !bytes_.empty()) return false;
+    if (!bytes_.starts_with(kMagic.substr(0, kMagic.size() - 1))) return problem = "this is no recording", false;
+    if (bytes_[kMagic.size() - 1] != kMagic.back()) return problem = "the recording is of another version of the format", false;
+    for (std::size_t i = 0; i < kMagic.size(); ++i) in_.byte();
+    Beginning& read = to_.beginning;
+    read.game = in_.text();
+    read.version = in_.text();
+    read.data_hash = static_cast<std::uint32_t>(in_.fixed(4));
+    read.room = in_.text();
+    read.has_seed = in_.byte() != 0;
+    read.seed = in_.fixed(8);
+    const std::uint32_t expected = crc(0, bytes_.substr(0, in_.position()));
+    const std::uint64_t found = in_.fixed(4);
+    if (!in_.is_good()) return false;
+    problem = found == expected ? "" : "the recording is damaged at its beginning";
+    checked_ = in_.position();
+    return problem.empty();
+  }
+
+  void entries() {
+    while (!in_.is_at_end()) {
+      if (entry()) continue;
+      // What ends early was being written; what is wrong in the middle is damage.
+      if (!in_.has_run_out()) note_damage();
+      break;
+    }
+  }
+
+ private:
+  // Takes nothing over of an entry that is not whole.
+  bool entry() {
+    const std::uint64_t head = in_.number();
+    switch (head & 3) {
+      case kQuietFrame:
+      case kFrame: return frame(unfold(head >> 2), (head & 3) == kFrame);
+      case kEntry: break;
+      default: return false;
+    }
+    switch (head >> 2) {
+      case kStart: return to_.frames.empty() && events(to_.start.input);
+      case kAnswer: return answer();
+      case kCheckpoint: return checkpoint();
+      default: return false;
+    }
+  }
+
+  bool frame(std::int64_t longer, bool has_input) {
+    Frame read;
+    if (longer > static_cast<std::int64_t>(kLongestFrame) || longer < -static_cast<std::int64_t>(kLongestFrame)) return false;
+    read.microseconds = microseconds_ + longer;
+    if (read.microseconds < 0 || read.microseconds > static_cast<std::int64_t>(kLongestFrame)) return false;
+    if (has_input && !events(read.input)) return false;
+    if (!in_.is_good()) return false;
+    microseconds_ = read.microseconds;
+    to_.frames.push_back(std::move(read));
+    return true;
+  }
+
+  bool events(std::vector<InputEvent>& into) {
+    const std::uint64_t count = in_.number();
+    std::vector<InputEvent> read;
+    for (std::uint64_t i = 0; i < count && in_.is_good(); ++i) {
+      read.emplace_back();
+      if (!event(read.back())) return false;
+    }
+    if (!in_.is_good()) return false;
+    into = std::move(read);
+    return true;
+  }
+
+  bool event(InputEvent& read) {
+    using Type = InputEvent::Type;
+    const std::uint8_t head = in_.byte();
+    if ((head & kTypeBits) > static_cast<int>(Type::kKeyLabel)) return false;
+    read.type = static_cast<Type>(head & kTypeBits);
+    switch (read.type) {
+      case Type::kKey:
+      case Type::kButton:
+      case Type::kFocus:
+        read.value = (head & kIsDown) != 0 ? 1 : 0;
+        if (read.type != Type::kFocus) read.code = in_.whole();
+        break;
+      case Type::kPointer:
+        if ((head >> kSpaceShift & 3) > static_cast<int>(PointerSpace::kGui)) return false;
+        read.space = static_cast<PointerSpace>(head >> kSpaceShift & 3);
+        if ((head & kIsExact) != 0) {
+          read.x = in_.real();
+          read.y = in_.real();
+        } else {
+          read.x = pointer_x_ + in_.whole();
+          read.y = pointer_y_ + in_.whole();
+        }
+        pointer_x_ = read.x;
+        pointer_y_ = read.y;
+        break;
+      case Type::kText: read.text = in_.text(); break;
+      case Type::kKeyLabel:
+        read.code = in_.whole();
+        read.text = in_.text();
+        break;
+      case Type::kWindowSize:
+        read.code = in_.whole();
+        read.value = in_.whole();
+        break;
+      case Type::kWheel: read.code = in_.whole(); break;
+    }
+    return in_.is_good();
+  }
+
+  bool answer() {
+    std::string text = in_.text();
+    if (!in_.is_good()) return false;
+    (to_.frames.empty() ? to_.start : to_.frames.back()).answers.push_back(std::move(text));
+    return true;
+  }
+
+  bool checkpoint() {
+    Checkpoint read;
+    read.frames = to_.frames.size();
+    read.hash = in_.fixed(8);
+    std::vector<Checkpoint::Figure> parts = parts_;
+    for (std::uint64_t left = in_.number(); left > 0 && in_.is_good(); --left) {
+      const std::uint64_t place = in_.number();
+      if (place > parts.size()) return false;
+      if (place == parts.size()) parts.push_back({in_.text(), 0});
+      parts[static_cast<std::size_t>(place)].hash = static_cast<std::uint16_t>(in_.fixed(2));
+    }
+    const std::size_t end = in_.position();
+    const std::uint64_t found = in_.fixed(4);
+    if (!in_.is_good()) return false;
+    if (found != crc(0, bytes_.substr(checked_, end - checked_))) return false;
+    checked_ = in_.position();
+    parts_ = std::move(parts);
+    for (const Checkpoint::Figure& part : parts_) {
+      if (part.hash != 0) read.figures.push_back(part);
+    }
+    to_.checkpoints.push_back(std::move(read));
+    return true;
+  }
+
+  // Nothing since the last checkpoint can be trusted.
+  void note_damage() {
+    const std::size_t trusted = to_.checkpoints.empty() ? 0 : to_.checkpoints.back().frames;
+    to_.frames.resize(trusted);
+    to_.damage =
+        "the recording is damaged in second " + std::to_string(to_.checkpoints.size() + 1) + ", behind frame " + std::to_string(trusted);
+  }
+
+  std::string_view bytes_;
+  Reader in_;
+  Recording& to_;
+  std::int64_t microseconds_ = 0;
+  double pointer_x_ = 0, pointer_y_ = 0;
+  std::size_t checked_ = 0;  // where the bytes begin that the next checkpoint vouches for
+  std::vector<Checkpoint::Figure> parts_;
+};
+
+}  // namespace
+
+Checkpoint checkpoint_of(std::size_t frames, const std::vector<host::StateFigure>& figures) {
+  Checkpoint made;
+  made.frames = frames;
+  made.hash = host::hash_of(figures);
+  for (const host::StateFigure& figure : figures) {
+    const std::uint16_t low = static_cast<std::uint16_t>(figure.hash);
+    made.figures.push_back({figure.name, low == 0 ? std::uint16_t{1} : low});  // 0: the part shows nothing
+  }
+  return made;
+}
+
+std::string Writer::passed(std::string piece) {
+  checksum_ = crc(checksum_, piece);
+  return piece;
+}
+
+std::string Writer::beginning(const Beginning& of) {
+  std::string out(kMagic);
+  put_text(out, of.game);
+  put_text(out, of.version);
+  put_fixed(out, of.data_hash, 4);
+  put_text(out, of.room);
+  out += static_cast<char>(of.has_seed ? 1 : 0);
+  put_fixed(out, of.seed, 8);
+  put_fixed(out, crc(0, out), 4);
+  return out;
+}
+
+std::string Writer::start(const std::vector<InputEvent>& input) {
+  std::string out;
+  put_number(out, kStart << 2 | kEntry);
+  put_number(out, input.size());
+  for (const InputEvent& each : input) event(out, each);
+  return passed(std::move(out));
+}
+
+std::string Writer::frame(std::int64_t microseconds, const std::vector<InputEvent>& input) {
+  std::string out;
+  put_number(out, fold(microseconds - microseconds_) << 2 | (input.empty() ? kQuietFrame : kFrame));
+  microseconds_ = microseconds;
+  if (!input.empty()) put_number(out, input.size());
+  for (const InputEvent& each : input) event(out, each);
+  return passed(std::move(out));
+}
+
+void Writer::event(std::string& out, const InputEvent& input) {
+  using Type = InputEvent::Type;
+  std::uint8_t head = static_cast<std::uint8_t>(input.type);
+  switch (input.type) {
+    case Type::kKey:
+    case Type::kButton:
+    case Type::kFocus:
+      out += static_cast<char>(input.value != 0 ? head | kIsDown : head);
+      if (input.type != Type::kFocus) put_signed(out, input.code);
+      break;
+    case Type::kPointer: {
+      std::int64_t right = 0, down = 0;
+      const bool is_near = steps_between(pointer_x_, input.x, right) && steps_between(pointer_y_, input.y, down);
+      head = static_cast<std::uint8_t>(head | static_cast<int>(input.space) << kSpaceShift | (is_near ? 0 : kIsExact));
+      out += static_cast<char>(head);
+      if (is_near) {
+        put_signed(out, right);
+        put_signed(out, down);
+      } else {
+        put_fixed(out, std::bit_cast<std::uint64_t>(input.x), 8);
+        put_fixed(out, std::bit_cast<std::uint64_t>(input.y), 8);
+      }
+      pointer_x_ = input.x;
+      pointer_y_ = input.y;
+      break;
+    }
+    case Type::kText:
+      out += static_cast<char>(head);
+      put_text(out, input.text);
+      break;
+    case Type::kKeyLabel:
+      out += static_cast<char>(head);
+      put_signed(out, input.code);
+      put_text(out, input.text);
+      break;
+    case Type::kWindowSize:
+      out += static_cast<char>(head);
+      put_signed(out, input.code);
+      put_signed(out, input.value);
+      break;
+    case Type::kWheel:
+      out += static_cast<char>(head);
+      put_signed(out, input.code);
+      break;
+  }
+}
+
+std::string Writer::answer(const std::string& text) {
+  std::string out;
+  put_number(out, kAnswer << 2 | kEntry);
+  put_text(out, text);
+  return passed(std::move(out));
+}
+
+std::string Writer::checkpoint(const Checkpoint& of) {
+  std::string changes;
+  std::uint64_t changed = 0;
+  std::vector<bool> is_there(parts_.size(), false);
+  const auto write = [&](std::size_t place, std::uint16_t hash) {
+    ++changed;
+    put_number(changes, place);
+    if (place == parts_.size() - 1 && place >= is_there.size()) put_text(changes, parts_[place].part);
+    put_fixed(changes, hash, 2);
+    parts_[place].hash = hash;
+  };
+  for (const Checkpoint::Figure& figure : of.figures) {
+    const auto found = std::find_if(parts_.begin(), parts_.end(), [&](const Checkpoint::Figure& part) { return part.part == figure.part; });
+    const std::size_t place = static_cast<std::size_t>(found - parts_.begin());
+    if (found == parts_.end()) {
+      parts_.push_back({figure.part, 0});
+      write(place, figure.hash);
+    } else {
+      if (place < is_there.size()) is_there[place] = true;
+      if (found->hash != figure.hash) write(place, figure.hash);
+    }
+  }
+  for (std::size_t place = 0; place < is_there.size(); ++place) {
+    if (!is_there[place] && parts_[place].hash != 0) write(place, 0);
+  }
+  std::string out;
+  put_number(out, kCheckpoint << 2 | kEntry);
+  put_fixed(out, of.hash, 8);
+  put_number(out, changed);
+  out += changes;
+  out = passed(std::move(out));
+  put_fixed(out, checksum_, 4);
+  checksum_ = 0;
+  return out;
+}
+
+bool read_recording(std::string_view bytes, Recording& into, std::string& problem) {
+  into = {};
+  Decoder decoder(bytes, into);
+  if (!decoder.beginning(problem)) return false;
+  decoder.entries();
+  return true;
+}
+
+bool open_recording(const std::string& path, Recording& into, std::string& problem) {
+  const auto fail = [&](const std::string& what) {
+    problem = files::on_one_line(path + ": " + what);
+    return false;
+  };
+  const std::filesystem::path file = files::path_of(path);
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(file, failure)) return fail("the recording cannot be read");
+  if (std::filesystem::file_size(file, failure) > kLargestFile || failure) return fail("the recording is too large");
+  std::ifstream stream(file, std::ios::binary);
+  const std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  if (!stream) return fail("the recording cannot be read");
+  return read_recording(bytes, into, problem) || fail(problem);
+}
+
+}  // namespace arena::recording

@@ -1,0 +1,80 @@
+#pragma once
+// A run as a file: how it began, and frame by frame how long it took and all that entered. Played again it is the same run to the last
+// bit; hashes of the state, one a second, prove it. docs/recording.md describes the bytes.
+//
+// Always true: a file that ends anywhere is a recording of the run up to there, and one whose bytes were changed says so.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/host/state_hash.h"
+#include "runtime/input/input_state.h"
+
+namespace arena::recording {
+
+inline constexpr std::int64_t kCheckpointEvery = 1'000'000;  // microseconds of the run from one hash to the next
+inline constexpr std::size_t kLargestFile = 64u << 20;       // bytes that a reader takes; 1 MB are half an hour
+
+// What a replay starts from, and what must be the same for it to make sense.
+struct Beginning {
+  std::string game, version;    // the program's name and version: "arena", "1.0.0"
+  std::uint32_t data_hash = 0;  // of the data file
+  std::string room;             // "": the first one
+  bool has_seed = false;
+  std::uint64_t seed = 0;
+};
+
+// The state after a frame. Figures of parts are cut to 16 bits: they say where two runs differ, the whole hash says whether.
+struct Checkpoint {
+  struct Figure {
+    std::string part;
+    std::uint16_t hash;
+    friend bool operator==(const Figure&, const Figure&) = default;
+  };
+  std::size_t frames = 0;  // that had run
+  std::uint64_t hash = 0;
+  std::vector<Figure> figures;
+};
+Checkpoint checkpoint_of(std::size_t frames, const std::vector<host::StateFigure>& figures);
+
+struct Frame {
+  std::int64_t microseconds = 0;
+  std::vector<InputEvent> input;
+  std::vector<std::string> answers;  // from outside, in the order in which scripts asked
+};
+
+struct Recording {
+  Beginning beginning;
+  Frame start;  // what entered before the first frame
+  std::vector<Frame> frames;
+  std::vector<Checkpoint> checkpoints;
+  std::string damage;  // a sentence about what could not be read behind the last frame; "": nothing, or a file that just ends
+};
+
+// Makes the bytes of a recording, piece by piece: the beginning, the start, then frame after frame, each with the answers given in it.
+class Writer {
+ public:
+  std::string beginning(const Beginning& of);
+  std::string start(const std::vector<InputEvent>& input);
+  std::string frame(std::int64_t microseconds, const std::vector<InputEvent>& input);
+  std::string answer(const std::string& text);
+  std::string checkpoint(const Checkpoint& of);
+
+ private:
+  void event(std::string& out, const InputEvent& input);
+  std::string passed(std::string piece);
+  std::int64_t microseconds_ = 0;  // of the last frame
+  double pointer_x_ = 0, pointer_y_ = 0;
+  std::uint32_t checksum_ = 0;             // of the bytes since the last checkpoint
+  std::vector<Checkpoint::Figure> parts_;  // as last written
+};
+
+// False with one sentence in `problem` for bytes that are no recording or whose beginning is damaged or incomplete. Damage further on cuts
+// the recording there.
+bool read_recording(std::string_view bytes, Recording& into, std::string& problem);
+// The same from a file.
+bool open_recording(const std::string& path, Recording& into, std::string& problem);
+
+}  // namespace arena::recording

@@ -1,0 +1,17 @@
+#pragma once
+// What scripts ask of the machine in the middle of a frame: the clock's seed, the text on the clipboard, whether the window fills the
+// screen. Every answer passes through here, so that a recording has it and a replay gives the same one.
+#include <functional>
+#include <string>
+
+namespace arena {
+
+// The machine's answer; in a replay, the one that was recorded.
+std::string answer_from_outside(const std::function<std::string()>& ask_machine);
+
+// Hears of every answer that a script gets; empty: nobody does.
+void hear_answers(std::function<void(const std::string& answer)> listener);
+// From now on answers come from here and the machine is not asked; empty: from the machine.
+void give_answers(std::function<std::string()> source);
+
+}  // namespace arena

@@ -1,0 +1,291 @@
+// Recordings: what is written is read again, a cut or changed file never passes for another run, and a replay is the same run.
+#include "engine/recording/recording.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "engine/recording/recorder.h"
+#include "engine/recording/replay.h"
+#include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/world.h"
+#include "tests/support/test_game.h"
+
+namespace arena::test {
+namespace {
+
+using recording::Recording;
+
+InputEvent event(InputEvent::Type type, std::int32_t code, std::int32_t value, const std::string& text = "") {
+  InputEvent made;
+  made.type = type;
+  made.code = code;
+  made.value = value;
+  made.text = text;
+  return made;
+}
+
+InputEvent pointer(PointerSpace space, double x, double y) {
+  InputEvent made;
+  made.type = InputEvent::Type::kPointer;
+  made.space = space;
+  made.x = x;
+  made.y = y;
+  return made;
+}
+
+std::vector<InputEvent> all_kinds() {
+  using Type = InputEvent::Type;
+  const double huge = 1e300, nowhere = std::numeric_limits<double>::quiet_NaN();
+  return {event(Type::kKey, 'W', 1),
+          event(Type::kKey, -5, 0),
+          event(Type::kButton, 3, 1),
+          event(Type::kFocus, 0, 1),
+          event(Type::kFocus, 0, 0),
+          event(Type::kText, 0, 0, "Ü😀"),
+          event(Type::kText, 0, 0, std::string(300, 'x')),
+          event(Type::kKeyLabel, 'Q', 0, "Й"),
+          event(Type::kWindowSize, INT32_MAX, INT32_MIN),
+          event(Type::kWheel, -3, 0),
+          pointer(PointerSpace::kWindow, 640, 360),
+          pointer(PointerSpace::kRoom, -1, 0.1 + 0.2),
+          pointer(PointerSpace::kGui, huge, -huge),
+          pointer(PointerSpace::kGui, 5, nowhere),
+          pointer(PointerSpace::kWindow, -0.0, 1e9),
+          pointer(PointerSpace::kWindow, 0.0, 1e9 + 7)};
+}
+
+// A run of some seconds that nobody played, and its bytes.
+struct Written {
+  Recording recording;
+  std::string bytes;
+  std::vector<std::size_t> checkpoint_ends;  // in the bytes
+
+  explicit Written(int seconds) {
+    recording::Writer writer;
+    RandomGenerator chance(3);
+    recording.beginning = {"arena", "1.2.3", 0xFEDCBA98, "rArena", true, UINT64_MAX};
+    recording.start.input = all_kinds();
+    bytes = writer.beginning(recording.beginning) + writer.start(recording.start.input);
+    answer(writer, recording.start, "seed");
+    for (int frame = 1; frame <= seconds * 60; ++frame) {
+      recording::Frame& next = recording.frames.emplace_back();
+      next.microseconds = frame == 50 ? 1000000 : chance.integer(1, 40000);
+      if (frame % 7 == 0) next.input = {pointer(PointerSpace::kWindow, static_cast<double>(chance.integer(0, 1280)), 9)};
+      if (frame % 31 == 0) next.input = all_kinds();
+      bytes += writer.frame(next.microseconds, next.input);
+      if (frame % 40 == 0) answer(writer, next, std::string(static_cast<std::size_t>(frame), 'c'));
+      if (frame % 60 != 0) continue;
+      recording::Checkpoint checkpoint = {recording.frames.size(), chance.next(), {{"world", 1}}};
+      if (frame % 120 == 0) checkpoint.figures.push_back({"oEnemy", static_cast<std::uint16_t>(frame)});
+      bytes += writer.checkpoint(checkpoint);
+      recording.checkpoints.push_back(checkpoint);
+      checkpoint_ends.push_back(bytes.size());
+    }
+  }
+  void answer(recording::Writer& writer, recording::Frame& of, const std::string& text) {
+    bytes += writer.answer(text);
+    of.answers.push_back(text);
+  }
+};
+
+std::string shown(const InputEvent& input) {
+  std::string text = std::to_string(static_cast<int>(input.type)) + " " + std::to_string(input.code) + " " + std::to_string(input.value) +
+                     " " + std::to_string(static_cast<int>(input.space)) + " " + input.text;
+  for (const double coordinate : {input.x, input.y}) text += " " + std::to_string(std::bit_cast<std::uint64_t>(coordinate));
+  return text;
+}
+
+std::string shown(const recording::Frame& frame) {
+  std::string text = std::to_string(frame.microseconds);
+  for (const InputEvent& each : frame.input) text += "\n  " + shown(each);
+  for (const std::string& each : frame.answers) text += "\n  answer " + each;
+  return text;
+}
+
+// Whether all that was read is what was written, up to where the reading ended. The last frame may have lost its answers.
+void expect_a_beginning_of(const Recording& read, const Recording& written, const std::string& label) {
+  ASSERT_LE(read.frames.size(), written.frames.size()) << label;
+  ASSERT_LE(read.checkpoints.size(), written.checkpoints.size()) << label;
+  for (std::size_t i = 0; i + 1 < read.frames.size(); ++i) {
+    if (shown(read.frames[i]) == shown(written.frames[i])) continue;
+    ADD_FAILURE() << label << ": frame " << i;
+    return;
+  }
+  for (std::size_t i = 0; i < read.checkpoints.size(); ++i) {
+    EXPECT_EQ(read.checkpoints[i].hash, written.checkpoints[i].hash) << label;
+    EXPECT_EQ(read.checkpoints[i].frames, written.checkpoints[i].frames) << label;
+    EXPECT_EQ(read.checkpoints[i].figures, written.checkpoints[i].figures) << label;
+  }
+}
+
+TEST(Recordings, HoldEverythingThatEnters) {
+  const Written written(5);
+  Recording read;
+  std::string problem;
+  ASSERT_TRUE(recording::read_recording(written.bytes, read, problem)) << problem;
+  EXPECT_EQ(read.damage, "");
+  EXPECT_EQ(read.beginning.game + read.beginning.version + read.beginning.room, "arena1.2.3rArena");
+  EXPECT_EQ(read.beginning.data_hash, 0xFEDCBA98);
+  EXPECT_TRUE(read.beginning.has_seed);
+  EXPECT_EQ(read.beginning.seed, UINT64_MAX);
+  EXPECT_EQ(shown(read.start), shown(written.recording.start));
+  ASSERT_EQ(read.frames.size(), written.recording.frames.size());
+  ASSERT_EQ(read.checkpoints.size(), written.recording.checkpoints.size());
+  EXPECT_EQ(shown(read.frames.back()), shown(written.recording.frames.back()));
+  expect_a_beginning_of(read, written.recording, "whole");
+}
+
+TEST(Recordings, ThatEndAnywhereAreTheRunUpToThere) {
+  const Written written(3);
+  Recording read;
+  std::string problem;
+  std::size_t frames = 0, readable = 0;
+  for (std::size_t end = 0; end <= written.bytes.size(); ++end) {
+    if (!recording::read_recording(written.bytes.substr(0, end), read, problem)) {
+      EXPECT_TRUE(problem == "this is no recording" || problem == "the recording is cut off inside its beginning") << end << problem;
+      EXPECT_EQ(readable, 0u) << end;
+      continue;
+    }
+    ++readable;
+    EXPECT_EQ(read.damage, "") << end;
+    EXPECT_GE(read.frames.size(), frames) << end;
+    frames = read.frames.size();
+    expect_a_beginning_of(read, written.recording, std::to_string(end));
+  }
+  EXPECT_EQ(frames, 180u);
+}
+
+// 100,000 files with a few bytes changed, taken out or put in: none passes for another run behind its last good second, none takes memory
+// or time without end.
+TEST(Recordings, DamageIsNeverAnotherRun) {
+  const Written written(3);
+  RandomGenerator chance(17);
+  const auto any = [&](std::size_t below) { return static_cast<std::size_t>(chance.integer(0, static_cast<std::int64_t>(below) - 1)); };
+  Recording read;
+  std::string problem;
+  int noticed = 0, cut = 0;
+  for (int round = 0; round < 100000; ++round) {
+    std::string bytes = written.bytes;
+    std::size_t first = bytes.size();
+    for (std::size_t changes = any(3) + 1; changes > 0; --changes) {
+      const std::size_t at = any(bytes.size());
+      first = std::min(first, at);
+      switch (any(4)) {
+        case 0: bytes[at] = static_cast<char>(bytes[at] ^ 1 << any(8)); break;
+        case 1: bytes[at] = static_cast<char>(any(256)); break;
+        case 2: bytes.erase(at, any(9) + 1); break;
+        default: bytes.insert(at, any(9) + 1, static_cast<char>(any(256))); break;
+      }
+    }
+    if (!recording::read_recording(bytes, read, problem)) {
+      EXPECT_FALSE(problem.empty());
+      ++noticed;
+      continue;
+    }
+    // All seconds before the first change are there, and none that the checksum does not vouch for.
+    std::size_t good = 0;
+    while (good < written.checkpoint_ends.size() && written.checkpoint_ends[good] <= first) ++good;
+    ASSERT_GE(read.checkpoints.size(), good) << round;
+    if (bytes != written.bytes) ASSERT_LE(read.checkpoints.size(), good + (first == bytes.size() ? 1 : 0)) << round;
+    read.damage.empty() ? ++cut : ++noticed;
+    read.frames.resize(std::min(read.frames.size(), good * 60));
+    expect_a_beginning_of(read, written.recording, "round " + std::to_string(round));
+    if (HasFailure()) return;
+  }
+  EXPECT_GT(noticed, 80000) << cut;
+}
+
+class Replays : public ::testing::Test {
+ protected:
+  // A game of the test's data that listens to it.
+  std::unique_ptr<host::Game> start(host::GameOptions options, const char* room) {
+    std::string problem;
+    options.data = data::open_data_file(data_file_path(), problem);
+    if (room != nullptr) options.room = room;
+    host::Started started = host::Game::start(std::move(options));
+    EXPECT_EQ(started.problem, "");
+    return std::move(started.game);
+  }
+  // Ten seconds in the arena with somebody at the keys.
+  std::string record_a_fight() {
+    const std::string path = temporary_path("fight.rec");
+    recording::Recorder recorder(path, {"arena", "1", 5, "rArena", false, 0});
+    host::GameOptions options;
+    options.listener = &recorder;
+    const std::unique_ptr<host::Game> game = start(std::move(options), "rArena");
+    RandomGenerator hand(11);
+    for (int frame = 0; frame < 600; ++frame) {
+      for (const int key : {'W', 'A', 'S', 'D', 'E', 'Q', 16}) {
+        if (hand.integer(0, 20) == 0) push_key(key, hand.integer(0, 1) == 0);
+      }
+      push_pointer(PointerSpace::kWindow, static_cast<double>(hand.integer(0, 1280)), static_cast<double>(hand.integer(0, 720)));
+      if (frame % 90 == 0) push_button(1, frame % 180 == 0);
+      game->run_frame(hand.integer(8000, 33000));
+    }
+    recorder.end();
+    return path;
+  }
+  Recording read(const std::string& path) {
+    Recording made;
+    std::string problem;
+    EXPECT_TRUE(recording::open_recording(path, made, problem)) << problem;
+    return made;
+  }
+};
+
+TEST_F(Replays, AreTheSameRun) {
+  const Recording recorded = read(record_a_fight());
+  ASSERT_EQ(recorded.frames.size(), 600u);
+  ASSERT_GE(recorded.checkpoints.size(), 8u);
+  EXPECT_GT(recorded.checkpoints.back().figures.size(), 15u);
+  recording::Replay replay(recorded);
+  host::GameOptions options;
+  replay.prepare(options);
+  const std::unique_ptr<host::Game> game = start(std::move(options), nullptr);
+  while (!replay.is_at_end()) {
+    replay.step(*game);
+    ASSERT_EQ(replay.differences(), std::vector<std::string>()) << replay.frame();
+  }
+  EXPECT_EQ(replay.checkpoints_passed(), recorded.checkpoints.size());
+}
+
+// One event that is left out, one microsecond, another seed of the clock: the hashes say so, and in which parts.
+TEST_F(Replays, AnotherRunIsNoticed) {
+  const Recording recorded = read(record_a_fight());
+  const auto first_difference = [&](const Recording& changed) {
+    recording::Replay replay(changed);
+    host::GameOptions options;
+    replay.prepare(options);
+    const std::unique_ptr<host::Game> game = start(std::move(options), nullptr);
+    while (!replay.is_at_end()) {
+      replay.step(*game);
+      const std::vector<std::string> parts = replay.differences();
+      if (!parts.empty()) return std::to_string(replay.frame()) + ": " + testing::PrintToString(parts);
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(first_difference(recorded), "none");
+  Recording changed = recorded;
+  std::size_t step = 100;
+  while (changed.frames[step].input.size() < 2) ++step;  // a key besides the pointer
+  changed.frames[step].input.erase(changed.frames[step].input.begin());
+  EXPECT_NE(first_difference(changed), "none");
+  changed = recorded;
+  ++changed.frames[3].microseconds;
+  EXPECT_NE(first_difference(changed).find("clock"), std::string::npos) << first_difference(changed);
+}
+
+TEST(Recordings, OfOtherGamesVersionsAndDataDoNotFit) {
+  const recording::Beginning here = {"arena", "1.0", 5, "", false, 0};
+  recording::Beginning other = {"arena", "1.0", 5, "rArena", true, 9};
+  EXPECT_EQ(recording::misfit(other, here), "");
+  other.data_hash = 6;
+  EXPECT_EQ(recording::misfit(other, here), "the recording was made with another data file");
+  other.version = "0.9";
+  EXPECT_EQ(recording::misfit(other, here), "the recording was made by version 0.9 of the game, this is version 1.0");
+  other.game = "samples";
+  EXPECT_EQ(recording::misfit(other, here), "the recording is of 'samples', this is 'arena'");
+}
+
+}  // namespace
+}  // namespace arena::test
