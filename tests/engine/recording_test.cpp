@@ -1,8 +1,8 @@
 // Recordings: what is written is read again, a cut or changed file never passes for another run, and a replay is the same run.
 #include "engine/recording/recording.h"
 
-#include <filesystem>
-#include <fstream>
+#include <bit>
+#include <limits>
 
 #include "engine/recording/recorder.h"
 #include "engine/recording/replay.h"
@@ -186,7 +186,9 @@ TEST(Recordings, DamageIsNeverAnotherRun) {
     std::size_t good = 0;
     while (good < written.checkpoint_ends.size() && written.checkpoint_ends[good] <= first) ++good;
     ASSERT_GE(read.checkpoints.size(), good) << round;
-    if (bytes != written.bytes) ASSERT_LE(read.checkpoints.size(), good + (first == bytes.size() ? 1 : 0)) << round;
+    if (bytes != written.bytes) {
+      ASSERT_LE(read.checkpoints.size(), good + (first == bytes.size() ? 1 : 0)) << round;
+    }
     read.damage.empty() ? ++cut : ++noticed;
     read.frames.resize(std::min(read.frames.size(), good * 60));
     expect_a_beginning_of(read, written.recording, "round " + std::to_string(round));
@@ -195,7 +197,7 @@ TEST(Recordings, DamageIsNeverAnotherRun) {
   EXPECT_GT(noticed, 80000) << cut;
 }
 
-class Replays : public ::testing::Test {
+class PlayedRecordings : public ::testing::Test {
  protected:
   // A game of the test's data that listens to it.
   std::unique_ptr<host::Game> start(host::GameOptions options, const char* room) {
@@ -215,7 +217,7 @@ class Replays : public ::testing::Test {
     const std::unique_ptr<host::Game> game = start(std::move(options), "rArena");
     RandomGenerator hand(11);
     for (int frame = 0; frame < 600; ++frame) {
-      for (const int key : {'W', 'A', 'S', 'D', 'E', 'Q', 16}) {
+      for (const int key : {87, 65, 83, 68, 69, 81, 16}) {  // W A S D E Q, Shift
         if (hand.integer(0, 20) == 0) push_key(key, hand.integer(0, 1) == 0);
       }
       push_pointer(PointerSpace::kWindow, static_cast<double>(hand.integer(0, 1280)), static_cast<double>(hand.integer(0, 720)));
@@ -233,7 +235,7 @@ class Replays : public ::testing::Test {
   }
 };
 
-TEST_F(Replays, AreTheSameRun) {
+TEST_F(PlayedRecordings, AreTheSameRun) {
   const Recording recorded = read(record_a_fight());
   ASSERT_EQ(recorded.frames.size(), 600u);
   ASSERT_GE(recorded.checkpoints.size(), 8u);
@@ -250,7 +252,7 @@ TEST_F(Replays, AreTheSameRun) {
 }
 
 // One event that is left out, one microsecond, another seed of the clock: the hashes say so, and in which parts.
-TEST_F(Replays, AnotherRunIsNoticed) {
+TEST_F(PlayedRecordings, AnotherRunIsNoticed) {
   const Recording recorded = read(record_a_fight());
   const auto first_difference = [&](const Recording& changed) {
     recording::Replay replay(changed);
