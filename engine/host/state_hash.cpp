@@ -29,7 +29,7 @@ class StateWalk : public StateVisitor {
   void group(std::string_view name) override {
     leave_group();
     begin_group(name);
-    ++groups_;
+    group_ = name;
     met_in_group_ = 0;
   }
   void value(RValue& value) override { plain(value); }
@@ -48,13 +48,15 @@ class StateWalk : public StateVisitor {
  protected:
   virtual void begin_group(std::string_view) {}
   virtual void end_group() {}
+  // A container, the how manieth that the group met. Other groups may come and go without changing it.
+  virtual void met(std::string_view group, std::uint64_t number) = 0;
 
  private:
   void leave_group() {
     // The content of all containers that were met, in that order.
     for (std::size_t i = 0; i < waiting_.size(); ++i) content(*waiting_[i]);
     waiting_.clear();
-    if (groups_ > 0) end_group();
+    if (!group_.empty()) end_group();
   }
   void whole(std::uint64_t bits) { number(bits); }
   void plain(const RValue& value) {
@@ -74,12 +76,11 @@ class StateWalk : public StateVisitor {
       default: whole(static_cast<std::uint64_t>(value.i64)); break;
     }
   }
-  // A container counts once; meeting it again enters its number (which of the how manieth group), so that cycles end and shared parts
-  // show. Its content comes later, for containers may stand in one another deeper than the native stack reaches.
+  // A container counts once; meeting it again enters its place, so that cycles end and shared parts show. Its content comes later, for
+  // containers may stand in one another deeper than the native stack reaches.
   void enter(WBObjectBase* object) {
-    const auto [place, is_new] = seen_.emplace(object, Place{groups_, met_in_group_});
-    whole(place->second.group);
-    whole(place->second.number);
+    const auto [place, is_new] = seen_.emplace(object, Place{group_, met_in_group_});
+    met(place->second.group, place->second.number);
     if (!is_new) return;
     ++met_in_group_;
     waiting_.push_back(object);
@@ -104,11 +105,13 @@ class StateWalk : public StateVisitor {
   }
 
   struct Place {
-    std::uint64_t group, number;
+    std::string_view group;
+    std::uint64_t number;
   };
   std::unordered_map<const WBObjectBase*, Place> seen_;
   std::vector<WBObjectBase*> waiting_;
-  std::uint64_t groups_ = 0, met_in_group_ = 0;
+  std::string_view group_;  // "": none yet
+  std::uint64_t met_in_group_ = 0;
 };
 
 class Hasher final : public StateWalk {
@@ -133,6 +136,15 @@ class Hasher final : public StateWalk {
   void end_group() override {
     if (is_empty_) figures.pop_back();
   }
+  void met(std::string_view group, std::uint64_t number) override {
+    if (group.data() != met_group_.data() || group.size() != met_group_.size()) {
+      met_group_ = group;
+      met_group_hash_ = group.size();
+      for (const char c : group) met_group_hash_ = (met_group_hash_ ^ static_cast<unsigned char>(c)) * 0x9E3779B97F4A7C15u;
+    }
+    add(met_group_hash_);
+    add(number);
+  }
   void add(std::uint64_t bits) {
     ARENA_ASSERT(!figures.empty());  // a group was begun
     is_empty_ = false;
@@ -141,6 +153,8 @@ class Hasher final : public StateWalk {
     hash ^= hash >> 29;
   }
   bool is_empty_ = true;
+  std::string_view met_group_;  // the last one, and its hash
+  std::uint64_t met_group_hash_ = 0;
 };
 
 class Describer final : public StateWalk {
@@ -171,6 +185,7 @@ class Describer final : public StateWalk {
 
  private:
   void begin_group(std::string_view name) override { ((lines += "-- ") += name) += '\n'; }
+  void met(std::string_view group, std::uint64_t number) override { ((lines += group) += " #") += std::to_string(number) + '\n'; }
   std::unordered_map<double, std::size_t> places_;  // of the living, by id
 };
 
