@@ -50,10 +50,11 @@ std::vector<std::string> install_objects(const File& content, const std::vector<
 
 // Handlers that no object's event table names.
 void note_idle_handlers(std::vector<std::string>& problems) {
+  std::vector<ObjectDefinition> all = ToolObject::all();
+  for (std::int32_t i = 0; i < object_types().count(); ++i) all.push_back(object_types().at(i).definition);
   for (const CompiledFunction* handler : all_handlers()) {
     bool named = false;
-    for (std::int32_t i = 0; i < object_types().count() && !named; ++i) {
-      const ObjectDefinition& definition = object_types().at(i).definition;
+    for (const ObjectDefinition& definition : all) {
       for (const std::string& event : definition.events) named = named || handler->name == "ksl_Object_" + definition.name + "_" + event;
     }
     if (!named) problems.push_back(std::string("handler '") + handler->name + "' is named by no object");

@@ -54,17 +54,17 @@ void Draw::draw_batch(const Batch& batch) {
   to.e = static_cast<float>(e_);
   to.f = static_cast<float>(f_);
   for (const Batch::Part& part : batch.parts) {
-    gpu_.draw_mesh({part.texture, state.blend, 1, clips_.empty() ? gpu::Clip() : clips_.back()}, part.mesh, to);
+    gpu_.draw_mesh({part.texture, state().blend, 1, clips_.empty() ? gpu::Clip() : clips_.back()}, part.mesh, to);
   }
 }
 
 void Draw::QuadStream::add(std::int32_t sprite, double frame, float x, float y, float size, double angle, std::uint32_t color,
                            float alpha) {
-  if (sprite != sprite_ || frame != frame_ || on_.state.blend != blend_ || picture_ == nullptr) {
+  if (sprite != sprite_ || frame != frame_ || on_.state().blend != blend_ || picture_ == nullptr) {
     flush();
     sprite_ = sprite;
     frame_ = frame;
-    blend_ = on_.state.blend;
+    blend_ = on_.state().blend;
     picture_ = on_.find_picture(sprite, frame);
     const SpriteInfo* info = find_sprite(sprite);
     if (picture_ == nullptr || info == nullptr) {

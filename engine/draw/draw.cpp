@@ -27,7 +27,7 @@ std::uint32_t room_color() {
 }  // namespace
 
 Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file)
-    : state(draw_state()), gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
+    : state_(&draw_state()), gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
   for (const data::Page* page : *file.content->pages()) {
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(page->width()) * static_cast<std::size_t>(page->height()) * 4);
     uLongf size = static_cast<uLongf>(pixels.size());
@@ -59,9 +59,16 @@ Draw::~Draw() {
   for (const Page& page : pages_) gpu_.destroy_texture(page.texture);
 }
 
+void Draw::serve_session() { state_ = &draw_state(); }
+
 void Draw::begin_world(int width, int height) {
-  clips_.clear();
   gpu_.begin_frame(width, height, room_color());
+  begin_world_above();
+}
+
+void Draw::begin_world_above() {
+  clips_.clear();
+  const double width = gpu_.width(), height = gpu_.height();
   const Camera camera = active_camera();
   const double across = width / camera.width, down = height / camera.height;
   const double angle = -camera.angle * kDegree, c = elementary::cos(angle), s = elementary::sin(angle);
@@ -70,7 +77,7 @@ void Draw::begin_world(int width, int height) {
   b_ = s * across;
   c_ = -s * down;
   d_ = c * down;
-  e_ = width / 2.0 - a_ * centre_x - b_ * centre_y;
+  e_ = width / 2 - a_ * centre_x - b_ * centre_y;
   f_ = height / 2.0 - c_ * centre_x - d_ * centre_y;
   const double reach = camera.angle == 0 ? 0 : elementary::sqrt(camera.width * camera.width + camera.height * camera.height) / 2;
   view_left_ = reach > 0 ? centre_x - reach : camera.x;
@@ -130,7 +137,7 @@ void Draw::quad(const Picture& picture, const Corner (&corners)[4], std::uint32_
 }
 
 gpu::State Draw::state_for(const Picture& picture) const {
-  return {picture.texture, state.blend, picture.field_pixels, clips_.empty() ? gpu::Clip() : clips_.back()};
+  return {picture.texture, state().blend, picture.field_pixels, clips_.empty() ? gpu::Clip() : clips_.back()};
 }
 
 void Draw::push_clip(double x, double y, double width, double height) {

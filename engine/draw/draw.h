@@ -50,15 +50,20 @@ struct Placement {
 
 class Draw {
  public:
-  // Uploads the pages of the data file; `gpu` must outlive this. Draws in the settings of the current session.
+  // Uploads the pages of the data file; `gpu` must outlive this. Draws in the settings of the current session, until it is lent.
   Draw(gpu::Gpu& gpu, const data::DataFile& file);
   ~Draw();
   Draw(const Draw&) = delete;
   Draw& operator=(const Draw&) = delete;
 
-  DrawState& state;  // the session's
+  // The settings of the session that it draws for.
+  DrawState& state() const { return *state_; }
+  // From here on it draws for the current session.
+  void serve_session();
 
   void begin_world(int width, int height);  // pixels of the target
+  // The view of the session's room, over what is drawn already.
+  void begin_world_above();
   void begin_gui();
   void end_frame();
   gpu::Gpu& gpu() { return gpu_; }
@@ -149,6 +154,7 @@ class Draw {
   const Picture* find_picture(std::int32_t sprite, double frame) const;
   std::uint32_t packed(std::uint32_t color, double alpha) const;
 
+  DrawState* state_;
   gpu::Gpu& gpu_;
   const data::DataFile& file_;
   double density_;

@@ -126,7 +126,7 @@ void ParticleSystem::update(const std::vector<ParticleType>& types, double secon
 }
 
 void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) const {
-  const gpu::Blend before = on.state.blend;
+  const gpu::Blend before = on.state().blend;
   Draw::QuadStream stream(on);
   for (const Particle& each : particles_) {
     ARENA_ASSERT(each.type >= 0 && static_cast<std::size_t>(each.type) < types.size());
@@ -138,11 +138,11 @@ void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) cons
     const float size = each.size * (1 + static_cast<float>(type.size_end - 1) * share);
     double angle = static_cast<double>(each.angle);
     if (type.follows_direction) angle += elementary::atan2(static_cast<double>(-each.vy), static_cast<double>(each.vx)) / kDegree;
-    on.state.blend = type.adds ? gpu::Blend::kAdd : gpu::Blend::kNormal;
+    on.state().blend = type.adds ? gpu::Blend::kAdd : gpu::Blend::kNormal;
     stream.add(type.sprite, type.frame, each.x, each.y, size, angle, one == two ? one : mixed(one, two, half), alpha);
   }
   stream.flush();
-  on.state.blend = before;
+  on.state().blend = before;
 }
 
 namespace {

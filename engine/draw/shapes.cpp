@@ -12,9 +12,9 @@ void Draw::solid_triangle(const Corner (&corners)[3], const std::uint32_t (&colo
   gpu::Vertex vertices[3];
   for (int i = 0; i < 3; ++i) {
     vertices[i] = {static_cast<float>(corners[i].x), static_cast<float>(corners[i].y),      0, 0,
-                   packed(colors[i], state.alpha),   static_cast<float>(gpu::Paint::kSolid)};
+                   packed(colors[i], state().alpha), static_cast<float>(gpu::Paint::kSolid)};
   }
-  gpu_.draw({{}, state.blend, 1, clips_.empty() ? gpu::Clip() : clips_.back()}, vertices, 3);
+  gpu_.draw({{}, state().blend, 1, clips_.empty() ? gpu::Clip() : clips_.back()}, vertices, 3);
 }
 
 void Draw::triangle(const double (&x)[3], const double (&y)[3], const std::uint32_t (&colors)[3], bool outline) {
@@ -42,7 +42,7 @@ void Draw::ellipse(double x, double y, double radius_x, double radius_y, std::ui
   const double pixels = std::max(std::fabs(radius_x), std::fabs(radius_y)) * zoom;
   // Enough sides that a chord stays within a quarter of a pixel of the arc.
   const int sides =
-      state.circle_precision > 0 ? state.circle_precision : std::clamp(saturate_int32(4.5 * elementary::sqrt(pixels)), 12, 128);
+      state().circle_precision > 0 ? state().circle_precision : std::clamp(saturate_int32(4.5 * elementary::sqrt(pixels)), 12, 128);
   const auto on_rim = [&](int side) {
     const double angle = 2 * elementary::kPi * side / sides;
     return Corner{x + elementary::cos(angle) * radius_x, y + elementary::sin(angle) * radius_y};

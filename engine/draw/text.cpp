@@ -74,7 +74,7 @@ std::string_view Draw::font_name(std::int32_t font) const {
 }
 
 const Draw::Font* Draw::current_font() const {
-  const std::int32_t font = has_font(state.font) ? state.font : first_font_;
+  const std::int32_t font = has_font(state().font) ? state().font : first_font_;
   return font >= 0 ? fonts_[static_cast<std::size_t>(font)].get() : nullptr;
 }
 
@@ -131,9 +131,9 @@ void Draw::text(double x, double y, std::string_view text, double xscale, double
   const double zoom = elementary::sqrt(std::fabs(a_ * d_ - b_ * c_) * std::fabs(xscale * yscale));
   const float field_pixels = static_cast<float>(std::max(0.5, font->field_range * font->size * zoom));
   const TextSize box = corners != nullptr ? measure(text, separation, wrap) : TextSize{1, 1};
-  const double top_y = state.vertical == VerticalAlign::kTop ? 0 : state.vertical == VerticalAlign::kMiddle ? -height / 2 : -height;
+  const double top_y = state().vertical == VerticalAlign::kTop ? 0 : state().vertical == VerticalAlign::kMiddle ? -height / 2 : -height;
   const auto start_of = [&](double width) {
-    return state.horizontal == HorizontalAlign::kLeft ? 0 : state.horizontal == HorizontalAlign::kCenter ? -width / 2 : -width;
+    return state().horizontal == HorizontalAlign::kLeft ? 0 : state().horizontal == HorizontalAlign::kCenter ? -width / 2 : -width;
   };
   double line_y = top_y;
   for (std::string_view line : lines) {
@@ -149,13 +149,13 @@ void Draw::text(double x, double y, std::string_view text, double xscale, double
           return to_target(x + dx * xscale * c + dy * yscale * s, y - dx * xscale * s + dy * yscale * c);
         };
         gpu::Vertex vertices[6];
-        vertices_of(picture, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}, state.color, state.alpha,
-                    vertices);
+        vertices_of(picture, {corner(left, top), corner(right, top), corner(right, bottom), corner(left, bottom)}, state().color,
+                    state().alpha, vertices);
         if (corners != nullptr) {
           const auto tint = [&](double dx, double dy) {
             const auto share = [](double part, double whole) { return static_cast<float>(std::clamp(part / whole, 0.0, 1.0)); };
             const float along = share(dx - start_of(box.width), box.width), down = share(dy - top_y, box.height);
-            return packed(mixed(mixed(corners[0], corners[1], along), mixed(corners[3], corners[2], along), down), state.alpha);
+            return packed(mixed(mixed(corners[0], corners[1], along), mixed(corners[3], corners[2], along), down), state().alpha);
           };
           vertices[0].color = vertices[3].color = tint(left, top);
           vertices[1].color = tint(right, top);

@@ -35,6 +35,7 @@ struct Screen {
   bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
   std::vector<std::uint8_t> picture;  // empty: none was taken
   bool run_began = false;             // in this frame, by a restart
+  std::function<void()> draw_above;   // over the game's own picture
 
   void restart() { run_began = true; }
 };
@@ -55,6 +56,10 @@ void end_frame() {
   if (screen().picture_wanted) {
     screen().picture = service->gpu().read_pixels();
     screen().picture_wanted = screen().picture.empty();
+  }
+  if (screen().draw_above) {
+    screen().draw_above();
+    service->serve_session();
   }
   service->end_frame();
 }
@@ -171,6 +176,16 @@ void Game::restore(const Snapshot& snapshot) {
   snapshot.restore(session_);
   if (audio_device_ != nullptr) audio_device_->forget();
   platform::follow_window_state();
+}
+
+void Game::set_picture_above(std::function<void()> draw) {
+  const SessionScope scope(session_);
+  screen().draw_above = std::move(draw);
+}
+
+void Game::draw() {
+  const SessionScope scope(session_);
+  draw_frame();
 }
 
 void Game::take_screenshot() { screen().picture_wanted = true; }

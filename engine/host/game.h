@@ -76,6 +76,12 @@ class Game {
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);
   gpu::Gpu& gpu() { return *gpu_; }
+  draw::Draw& drawing() { return *draw_; }
+  const data::DataFile& data() const { return *data_; }
+  // Draws over each frame before it is shown; pictures that are taken of the game are without it. Empty: nothing does.
+  void set_picture_above(std::function<void()> draw);
+  // Draws the world as it stands once more.
+  void draw();
   // Draws the world as it stands once more and writes that as a PNG, whole or not at all; false when that fails.
   bool save_screenshot(const std::string& path);
   // The next frame is written under the first free number, in the folder for screenshots; a failure is logged.

@@ -17,7 +17,21 @@ std::int32_t find_object(std::string_view name) { return object_types().find(nam
 
 const StatePart<ObjectTypes> part{PartLevel::kWorld, "object types"};
 
+const ToolObject* first_tool = nullptr;
+
 }  // namespace
+
+ToolObject::ToolObject(const char* name, std::initializer_list<const char*> events) : next_(first_tool) {
+  definition_.name = name;
+  definition_.events.assign(events.begin(), events.end());
+  first_tool = this;
+}
+
+std::vector<ObjectDefinition> ToolObject::all() {
+  std::vector<ObjectDefinition> found;
+  for (const ToolObject* tool = first_tool; tool != nullptr; tool = tool->next_) found.push_back(tool->definition_);
+  return found;
+}
 
 ObjectTypes::ObjectTypes() { session().object_types = this; }
 

@@ -1,5 +1,6 @@
 #pragma once
 // Object types: name, parent, defaults of new instances, and the table of event handlers with inheritance resolved.
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -23,6 +24,21 @@ struct ObjectDefinition {
   std::int32_t parent = -1, sprite = -1, mask = -1;
   bool visible = true, solid = false, persistent = false;
   std::vector<std::string> events;  // "Create_0", "Collision_oParentEnemy"
+};
+
+// An object type that no data names: of tools that come with the program and live in a session beside a game, behind the types of its
+// data. Static storage; its handlers are EVENTs like any other's.
+class ToolObject {
+ public:
+  // Events as the data names them.
+  ToolObject(const char* name, std::initializer_list<const char*> events);
+  ToolObject(const ToolObject&) = delete;
+  ToolObject& operator=(const ToolObject&) = delete;
+  static std::vector<ObjectDefinition> all();
+
+ private:
+  ObjectDefinition definition_;
+  const ToolObject* const next_;
 };
 
 struct BoundEvent {

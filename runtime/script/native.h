@@ -22,6 +22,7 @@ using arena::RValue;
 using arena::sorts_before;
 using arena::to_real;
 using arena::to_text;
+using arena::ToolObject;
 using arena::variable_name;
 using arena::WBObjectBase;
 namespace elementary = arena::elementary;

@@ -17,6 +17,7 @@ ALLOWED = {
     "arena::(anonymous namespace)::first_name": "chain of registered objects",
     "arena::(anonymous namespace)::first_static_method": "chain of registered objects",
     "arena::(anonymous namespace)::first_table": "chain of registered objects",
+    "arena::(anonymous namespace)::first_tool": "chain of registered objects",
     "arena::(anonymous namespace)::scripts": "function table, ordered by the start-up lookup",
     "arena::(anonymous namespace)::handlers": "function table, ordered by the start-up lookup",
     "arena::(anonymous namespace)::builtins": "function table, ordered by the start-up lookup",
