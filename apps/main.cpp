@@ -1,4 +1,5 @@
 // Start-up and shut-down.
+#include <algorithm>
 #include <iostream>
 #include <new>
 
@@ -84,6 +85,23 @@ int tell_verdict(const recording::Replay& replay, const recording::Recording& re
   return recorded.damage.empty() ? kFine : fail(recorded.damage, false, kFailed);
 }
 
+// Where to stop, and says so; false when nothing is to be played before the fault.
+bool find_fault(const recording::Recording& recorded, Options& options) {
+  if (!recorded.damage.empty()) return true;
+  if (!recorded.breaks_off()) {
+    std::cout << "every frame of the run ended: there is no fault to stop before" << std::endl;
+    return true;
+  }
+  if (recorded.frames.empty()) {
+    std::cout << "the run broke off in its start: there is no frame before the fault" << std::endl;
+    return false;
+  }
+  const std::int64_t broken = static_cast<std::int64_t>(recorded.frames.size());
+  std::cout << "the run broke off in frame " << broken << ": the replay stops before it" << std::endl;
+  options.frames = options.frames < 0 ? broken - 1 : std::min(options.frames, broken - 1);
+  return true;
+}
+
 int run(const Options& options) {
   std::string problem;
   const bool wants_window = !options.headless;
@@ -125,6 +143,7 @@ int run(const Options& options) {
     if (game_options.audio_device == nullptr) log_message(no_sound);
   }
 
+  Options played = options;
   // Both outlive the game.
   recording::Recording recorded;
   std::unique_ptr<recording::Replay> replay;
@@ -134,21 +153,39 @@ int run(const Options& options) {
     if (!recording::open_recording(options.replay, recorded, problem)) return fail(problem, wants_window, kFailed);
     problem = recording::misfit(recorded.beginning, beginning);
     if (!problem.empty()) return fail(files::on_one_line(options.replay + ": " + problem), wants_window, kFailed);
+    if (options.before_fault && !find_fault(recorded, played)) return kFine;
     replay = std::make_unique<recording::Replay>(recorded);
     replay->prepare(game_options);
   } else if (!options.record.empty() || (!options.headless && !options.console)) {
     const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
-    if (!file.empty()) recorder = std::make_unique<recording::Recorder>(file, beginning);
+    if (!file.empty()) {
+      recorder = std::make_unique<recording::Recorder>(file, beginning);
+      platform::record_for_crash(std::filesystem::absolute(file, ignored));
+    }
     game_options.listener = recorder.get();
   }
 
   host::Started started = host::Game::start(std::move(game_options));
   if (started.game == nullptr)
     return fail(started.problem, wants_window, started.failure == host::Started::Failure::kUnknownRoom ? kBadOption : kFailed);
-  const int status = run_mode(*started.game, window.get(), replay.get(), options);
+  const int status = run_mode(*started.game, window.get(), replay.get(), played);
   if (recorder != nullptr) recorder->end();
   if (replay != nullptr && status == kFine && options.verify) return tell_verdict(*replay, recorded);
   return status;
+}
+
+// Of a replay everything is there already but the report, which standard error and the dialog show.
+platform::CrashFolder crash_folder(const Options& options) {
+  if (!options.replay.empty()) return {};
+  platform::CrashFolder folder = next_crash_folder();
+  const std::filesystem::path program = files::program_file();
+  folder.play = program.empty() ? game_description().name : files::shell_word(files::utf8_of(program));
+  std::error_code ignored;
+  if (!options.data.empty())
+    folder.play += " --data " + files::shell_word(files::utf8_of(std::filesystem::absolute(files::path_of(options.data), ignored)));
+  folder.play += " --replay";
+  folder.play_until = "--before-fault";
+  return folder;
 }
 
 int tell(const std::string& text) { return (std::cout << text << std::flush) ? kFine : fail("the text cannot be written", false, kFailed); }
@@ -162,13 +199,13 @@ int start(int argc, char** argv) {
   if (options.shows_version) return tell(name_and_version() + "\n");
   start_log();
   const bool has_dialogs = !options.headless && platform::has_display();
-  platform::report_crashes(crash_report_file(), name_and_version() + " crashed", has_dialogs ? game_description().title : "");
+  platform::report_crashes(crash_folder(options), name_and_version() + " crashed", has_dialogs ? game_description().title : "");
   try {
     return run(options);
   } catch (const WBKSLException& error) {
-    const std::string path = write_crash_report(error.report());
-    std::cerr << error.report() << (path.empty() ? "" : "The report was written to " + path + "\n");
-    if (!options.headless) show_dialog(error.report());
+    const std::string report = platform::leave_crash(error.report());
+    std::cerr << report;
+    if (!options.headless) show_dialog(report);
     return kScriptError;
   }
 }

@@ -143,12 +143,19 @@ class ShowMode final : public FrameMode {
 class ReplayMode final : public Mode {
  public:
   ReplayMode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options)
-      : game_(game), window_(options.verify ? nullptr : window), replay_(replay), frames_(options.frames), verifies_(options.verify) {}
+      : game_(game),
+        window_(options.verify ? nullptr : window),
+        replay_(replay),
+        frames_(options.frames),
+        verifies_(options.verify),
+        stays_(options.before_fault && window_ != nullptr) {}
 
   NextTick tick() override {
-    if (must_end() || replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_)) return NextTick::kNever;
+    const bool has_played = replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_);
+    if (must_end() || (has_played && !stays_)) return NextTick::kNever;
     if (window_ != nullptr) {
       if (!window_->poll()) return NextTick::kNever;
+      if (has_played) return NextTick::kWithScreen;  // its last picture stays
       int width = 0, height = 0;
       window_->drawable_size(width, height);
       game_.set_target_size(width, height);
@@ -171,7 +178,7 @@ class ReplayMode final : public Mode {
   platform::Window* window_;
   recording::Replay& replay_;
   std::int64_t frames_;
-  bool verifies_;
+  bool verifies_, stays_;
 };
 
 }  // namespace

@@ -34,6 +34,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
                                                                  {"--console", [&] { options.console = true; }},
                                                                  {"--demo", [&] { options.demo = true; }},
                                                                  {"--verify", [&] { options.verify = true; }},
+                                                                 {"--before-fault", [&] { options.before_fault = true; }},
                                                                  {"--builtins", [&] { options.shows_builtins = true; }},
                                                                  {"--help", [&] { options.shows_help = true; }},
                                                                  {"--version", [&] { options.shows_version = true; }}};
@@ -70,8 +71,8 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
     problem = std::string(options.console ? "--console" : "--hashes") + " goes with --headless";
     return false;
   }
-  if (options.verify && options.replay.empty()) {
-    problem = "--verify goes with --replay";
+  if ((options.verify || options.before_fault) && options.replay.empty()) {
+    problem = std::string(options.verify ? "--verify" : "--before-fault") + " goes with --replay";
     return false;
   }
   if (!options.replay.empty()) {
@@ -115,6 +116,7 @@ std::string help_text() {
          "  --record FILE      records the run there; without it a run that somebody sees is kept among the last twenty\n"
          "  --replay FILE      plays a recording\n"
          "  --verify           with --replay: as fast as it goes, without window; status 5 when it is not the same run\n"
+         "  --before-fault     with --replay: stops before the frame in which the run broke off\n"
          "  --screenshot FILE  writes a PNG at the end\n"
          "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"
          "  --builtins         writes docs/builtins.md to standard output\n"

@@ -16,7 +16,8 @@ struct Options {
   bool has_seed = false;
   std::uint64_t seed = 0;
   std::int64_t frames = -1;  // ends after so many; -1: never
-  bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false, verify = false;
+  bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false;
+  bool verify = false, before_fault = false;  // of a replay
   bool shows_help = false, shows_version = false, shows_builtins = false;
 };
 

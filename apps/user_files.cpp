@@ -1,7 +1,7 @@
 #include "apps/user_files.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -45,28 +45,56 @@ class LogFile {
   std::size_t written_ = 0;
 };
 
+// What is kept of one run after the other bears numbers that go on: the order of the runs, whatever the clock says.
+struct Numbered {
+  std::uint32_t number;
+  std::filesystem::path path;
+};
+
+// In that order.
+std::vector<Numbered> numbered_in(const std::filesystem::path& folder, std::string_view prefix, std::string_view ending) {
+  std::vector<Numbered> found;
+  std::error_code ignored;
+  for (const auto& each : std::filesystem::directory_iterator(folder, ignored)) {
+    const std::string name = files::utf8_of(each.path().filename());
+    if (name.size() <= prefix.size() + ending.size() || !name.starts_with(prefix) || !name.ends_with(ending)) continue;
+    const char *const first = name.data() + prefix.size(), *const last = name.data() + name.size() - ending.size();
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(first, last, number);
+    if (error == std::errc() && end == last && number < UINT32_MAX) found.push_back({number, each.path()});
+  }
+  std::sort(found.begin(), found.end(), [](const Numbered& a, const Numbered& b) { return a.number < b.number; });
+  return found;
+}
+
 }  // namespace
 
 void start_log() {
   set_log_sink([file = std::make_shared<LogFile>(files::user_data_folder(game_description().name))](std::string_view line, bool is_note) {
     if (!is_note) std::cerr << line << "\n";
+    platform::keep_for_crash(line);
     file->write(line);
   });
 }
 
 void end_log() { set_log_sink({}); }
 
-std::filesystem::path crash_report_file() {
+platform::CrashFolder next_crash_folder() {
+  constexpr std::size_t kKept = 10;  // crashes
+  platform::CrashFolder next;
   const std::filesystem::path folder = files::user_data_folder(game_description().name);
-  return folder.empty() ? folder : folder / "crash-report.txt";
-}
-
-std::string write_crash_report(const std::string& report) {
-  const std::filesystem::path path = crash_report_file();
-  if (path.empty()) return {};
-  std::ofstream stream(path);
-  stream << report << std::flush;
-  return stream ? files::utf8_of(path) : std::string();
+  next.trouble = std::string(game_description().name) + ": there is no place for what is left of a crash";
+  if (folder.empty()) return next;
+  next.crashes = folder / "crashes";
+  next.trouble = std::string(game_description().name) + ": " + files::on_one_line(files::utf8_of(next.crashes)) +
+                 ": what is left of a crash cannot be written";
+  const std::vector<Numbered> crashes = numbered_in(next.crashes, "crash-", "");
+  std::error_code ignored;
+  std::size_t oldest = 0;
+  for (; oldest + kKept < crashes.size(); ++oldest) std::filesystem::remove_all(crashes[oldest].path, ignored);
+  if (crashes.size() >= kKept) next.oldest = crashes[oldest].path;
+  if (!crashes.empty()) next.number = static_cast<std::uintptr_t>(crashes.back().number + 1);
+  return next;
 }
 
 std::filesystem::path new_recording_file() {
@@ -76,19 +104,9 @@ std::filesystem::path new_recording_file() {
   folder /= "recordings";
   std::error_code ignored;
   std::filesystem::create_directories(folder, ignored);
-  // Names are numbers that go on: the order of the runs, whatever the clock says.
-  std::vector<std::pair<std::uint64_t, std::filesystem::path>> runs;
-  for (const auto& each : std::filesystem::directory_iterator(folder, ignored)) {
-    const std::string name = files::utf8_of(each.path().filename());
-    unsigned long long number = 0;
-    int end = 0;
-    if (std::sscanf(name.c_str(), "run-%llu.rec%n", &number, &end) == 1 && static_cast<std::size_t>(end) == name.size())
-      runs.emplace_back(number, each.path());
-  }
-  std::sort(runs.begin(), runs.end());
-  const std::uint64_t next = runs.empty() ? 1 : runs.back().first + 1;
-  for (std::size_t i = 0; i + kKept <= runs.size(); ++i) std::filesystem::remove(runs[i].second, ignored);
-  return folder / ("run-" + std::to_string(next) + ".rec");
+  const std::vector<Numbered> runs = numbered_in(folder, "run-", ".rec");
+  for (std::size_t i = 0; i + kKept <= runs.size(); ++i) std::filesystem::remove(runs[i].path, ignored);
+  return folder / ("run-" + std::to_string(runs.empty() ? 1 : runs.back().number + 1) + ".rec");
 }
 
 std::string screenshot_folder() {

@@ -1,7 +1,9 @@
 #pragma once
-// The files that the program keeps for its user: the log and reports of errors.
+// The files that the program keeps for its user: the log, recordings, what is left of crashes, screenshots.
 #include <filesystem>
 #include <string>
+
+#include "engine/platform/crash_folder.h"
 
 namespace arena::apps {
 
@@ -10,10 +12,9 @@ namespace arena::apps {
 void start_log();
 // Writes what the log still owes and closes it.
 void end_log();
-// crash-report.txt beside the log; empty when there is no such folder.
-std::filesystem::path crash_report_file();
-// Writes it; its path, or "" when that fails.
-std::string write_crash_report(const std::string& report);
+// Where the next crash leaves its folder: crashes/crash-N beside the log; the oldest of the last ten makes room for it. Without a place
+// for it, only the trouble is told.
+platform::CrashFolder next_crash_folder();
 // Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; a folder
 // named after the game in the user's pictures when nothing can be written there.
 std::string screenshot_folder();

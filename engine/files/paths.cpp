@@ -1,5 +1,6 @@
 #include "engine/files/paths.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -69,6 +70,26 @@ std::string on_one_line(std::string text) {
     if (static_cast<unsigned char>(each) < ' ' || each == 127) each = '?';
   }
   return text;
+}
+
+std::string shell_word(const std::string& text) {
+#ifdef _WIN32
+  constexpr std::string_view kHarmless = "/._-+:=,\\";
+#else
+  constexpr std::string_view kHarmless = "/._-+:=,";
+#endif
+  const auto is_harmless = [&](char each) {
+    return (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') || (each >= '0' && each <= '9') ||
+           kHarmless.find(each) != std::string_view::npos;
+  };
+  if (!text.empty() && std::all_of(text.begin(), text.end(), is_harmless)) return text;
+#ifdef _WIN32
+  return '"' + text + '"';  // no path has one inside
+#else
+  std::string word = "'";
+  for (const char each : text) each == '\'' ? word += "'\\''" : word += each;
+  return word + "'";
+#endif
 }
 
 std::filesystem::path program_file() {

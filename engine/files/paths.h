@@ -12,6 +12,9 @@ std::string utf8_of(const std::filesystem::path& path);
 // A name as messages show it: control characters, which could break the line, as '?'.
 std::string on_one_line(std::string text);
 
+// As one word of a command in the system's shell: in quotes where it needs them.
+std::string shell_word(const std::string& text);
+
 // The running program; empty when the system does not tell.
 std::filesystem::path program_file();
 // Where a program's logs and reports go: the folder with its name in %LOCALAPPDATA% or in the XDG data folder. Made on demand; empty when

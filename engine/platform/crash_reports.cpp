@@ -1,20 +1,20 @@
 // A program that crashed may neither allocate nor lock: everything stands ready before, and the report is put together in a fixed buffer.
 #include "engine/platform/crash_reports.h"
 
-#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
+#include <utility>
 
+#include "engine/files/paths.h"
+#include "engine/platform/fixed_text.h"
 #include "runtime/reports/frame.h"
 
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include <execinfo.h>
-#include <fcntl.h>
 #include <unistd.h>
 
 extern "C" const char __executable_start, _end;  // the linker's
@@ -24,43 +24,19 @@ namespace arena::platform {
 namespace {
 
 constexpr int kMostAddresses = 64, kMostScripts = 100;
-
-// Text that fits is kept, the rest falls off.
-template <std::size_t kSize>
-class FixedText {
- public:
-  void clear() { text_[length_ = 0] = 0; }
-  FixedText& operator<<(const char* text) {
-    const std::size_t added = std::min(std::strlen(text), kSize - 1 - length_);
-    std::memcpy(text_ + length_, text, added);
-    text_[length_ += added] = 0;
-    return *this;
-  }
-  FixedText& number(std::uintptr_t value, unsigned base) {
-    char digits[24] = {};
-    char* at = digits + sizeof digits - 1;
-    do *--at = "0123456789abcdef"[value % base];
-    while ((value /= base) != 0);
-    return *this << at;
-  }
-  const char* text() const { return text_; }
-  std::size_t length() const { return length_; }
-
- private:
-  char text_[kSize] = {};
-  std::size_t length_ = 0;
-};
+constexpr std::size_t kLongestReport = 32768;  // bytes
 
 FixedText<256> heading_text;
 FixedText<512> last_words;  // of an exception that nobody caught
-FixedText<16384> report;
+FixedText<kLongestReport> report;
 std::uintptr_t image_start = 0, image_end = 0;
 
-void write_report();  // what there is of it, over what was written before
-
+// The folder is made right away; the report comes into it as soon as there is something of it.
 void begin_report(const char* what) {
   report.clear();
   report << heading_text.text() << "\n" << what << last_words.text() << "\n";
+  make_crash_folder();
+  report << crash_command();
 }
 
 void add_address(const void* pointer) {
@@ -83,9 +59,10 @@ void add_scripts() {
 void finish_report(void* const* addresses, int count) {
   report << "addresses:\n";
   for (int i = 0; i < count; ++i) add_address(addresses[i]);
-  write_report();  // a damaged stack may crash the walk over the scripts
+  write_crash_report(report.text(), report.length());  // a damaged stack may crash the walk over the scripts
   add_scripts();
-  write_report();
+  write_crash_report(report.text(), report.length());
+  report << finish_crash_folder();
 }
 
 [[noreturn]] void end_uncaught() {
@@ -100,8 +77,8 @@ void finish_report(void* const* addresses, int count) {
 }
 
 #ifdef _WIN32
-std::wstring report_path;
-std::string dialog_title;  // "": no dialog
+std::wstring dialog_title;  // "": no dialog
+wchar_t shown_report[kLongestReport];
 
 const char* name_of(DWORD code) {
   switch (code) {
@@ -118,19 +95,13 @@ void write_to(HANDLE file) {
   WriteFile(file, report.text(), static_cast<DWORD>(report.length()), &written, nullptr);
 }
 
-void write_report() {
-  const HANDLE file =
-      CreateFileW(report_path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return;
-  write_to(file);
-  CloseHandle(file);
-}
-
 void finish_and_show() {
   void* addresses[kMostAddresses];
   finish_report(addresses, RtlCaptureStackBackTrace(0, kMostAddresses, addresses, nullptr));
   write_to(GetStdHandle(STD_ERROR_HANDLE));
-  if (!dialog_title.empty()) MessageBoxA(nullptr, report.text(), dialog_title.c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+  if (dialog_title.empty()) return;
+  MultiByteToWideChar(CP_UTF8, 0, report.text(), -1, shown_report, static_cast<int>(kLongestReport));
+  MessageBoxW(nullptr, shown_report, dialog_title.c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
 }
 
 LONG WINAPI see_fault(EXCEPTION_POINTERS* fault) {
@@ -148,9 +119,8 @@ void see_abort(int) {
   TerminateProcess(GetCurrentProcess(), 3);  // as the C library would, without its own box
 }
 
-void watch(const std::filesystem::path& file, const std::string& title) {
-  report_path = file.wstring();
-  dialog_title = title;
+void watch(const std::string& title) {
+  dialog_title = files::path_of(title).wstring();
   const auto* const base = reinterpret_cast<const unsigned char*>(GetModuleHandleW(nullptr));
   const auto* const header = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
   image_start = reinterpret_cast<std::uintptr_t>(base);
@@ -161,8 +131,7 @@ void watch(const std::filesystem::path& file, const std::string& title) {
   std::signal(SIGABRT, see_abort);
 }
 #else
-std::string report_path;
-alignas(16) char handler_stack[128 * 1024];  // for when the other one is full
+alignas(16) char handler_stack[128 * 1024];      // for when the other one is full
 
 const char* name_of(int signal) {
   switch (signal) {
@@ -182,13 +151,6 @@ void write_to(int file) {
   }
 }
 
-void write_report() {
-  const int file = open(report_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-  if (file < 0) return;
-  write_to(file);
-  close(file);
-}
-
 // Runs once: a crash in here ends the program at once, and so does the return.
 void see_signal(int signal, siginfo_t*, void*) {
   begin_report(name_of(signal));
@@ -198,8 +160,7 @@ void see_signal(int signal, siginfo_t*, void*) {
   raise(signal);
 }
 
-void watch(const std::filesystem::path& file, const std::string&) {
-  report_path = file.string();
+void watch(const std::string&) {
   image_start = reinterpret_cast<std::uintptr_t>(&__executable_start);
   image_end = reinterpret_cast<std::uintptr_t>(&_end);
   void* unused[1];
@@ -217,11 +178,19 @@ void watch(const std::filesystem::path& file, const std::string&) {
 
 }  // namespace
 
-void report_crashes(const std::filesystem::path& file, const std::string& heading, const std::string& dialog_title) {
+void report_crashes(CrashFolder folder, const std::string& heading, const std::string& dialog_title) {
   heading_text.clear();
   heading_text << heading.c_str();
-  watch(file, dialog_title);
+  prepare_crash_folder(std::move(folder));
+  watch(dialog_title);
   std::set_terminate(end_uncaught);
+}
+
+std::string leave_crash(const std::string& text) {
+  make_crash_folder();
+  const std::string written = text + crash_command();
+  write_crash_report(written.data(), written.size());
+  return written + finish_crash_folder();
 }
 
 }  // namespace arena::platform

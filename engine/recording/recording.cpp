@@ -214,6 +214,8 @@ Checkpoint checkpoint_of(std::size_t frames, const std::vector<host::StateFigure
   return made;
 }
 
+bool Recording::breaks_off() const { return damage.empty() && (checkpoints.empty() || checkpoints.back().frames != frames.size()); }
+
 std::string Writer::passed(std::string piece) {
   checksum_ = crc(checksum_, piece);
   return piece;

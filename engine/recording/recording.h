@@ -51,6 +51,10 @@ struct Recording {
   std::vector<Frame> frames;
   std::vector<Checkpoint> checkpoints;
   std::string damage;  // a sentence about what could not be read behind the last frame; "": nothing, or a file that just ends
+
+  // Whether the run broke off in its last frame, or in its start when there is none: no checkpoint stands behind it. A run that ended in
+  // order has one there.
+  bool breaks_off() const;
 };
 
 // Makes the bytes of a recording, piece by piece: the beginning, the start, then frame after frame, each with the answers given in it.

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <stdexcept>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -12,11 +11,8 @@
 #include "apps/options.h"
 #include "apps/user_files.h"
 #include "engine/files/paths.h"
-#include "engine/platform/crash_reports.h"
-#include "runtime/program/names.h"
-#include "runtime/reports/frame.h"
 #include "runtime/reports/log.h"
-#include "runtime/session/session.h"
+#include "tests/support/environment.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -54,7 +50,9 @@ TEST(CommandLine, EveryMistakeGetsOneLine) {
               {{"--seed", "1\n2"}, "option '--seed' cannot take '1?2'"},
               {{"\x1b[2J\n"}, "unknown option '?[2J?'; --help lists them"},
               {{"--console"}, "--console goes with --headless"},
-              {{"--hashes", "x"}, "--hashes goes with --headless"}};
+              {{"--hashes", "x"}, "--hashes goes with --headless"},
+              {{"--verify"}, "--verify goes with --replay"},
+              {{"--before-fault"}, "--before-fault goes with --replay"}};
   for (const auto& row : rows) EXPECT_EQ(problem_of(row.arguments), row.problem);
 }
 
@@ -297,27 +295,7 @@ TEST(Paths, AnyNameWorks) {
   }
 }
 
-#ifdef _WIN32
-constexpr const char* kFault = "access violation";
-#else
-constexpr const char* kFault = "bad access to memory";
-// Sets a variable of the environment for a while.
-class Variable {
- public:
-  Variable(const char* name, const std::string& value) : name_(name), had_(std::getenv(name) != nullptr) {
-    if (had_) before_ = std::getenv(name);
-    setenv(name, value.c_str(), 1);
-  }
-  ~Variable() { had_ ? setenv(name_, before_.c_str(), 1) : unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  bool had_;
-  std::string before_;
-};
-
+#ifndef _WIN32
 TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   const std::string folder = temporary_path("home");
   const Variable home("HOME", folder);
@@ -326,12 +304,7 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
     EXPECT_EQ(files::user_data_folder("arena"), folder + "/data/arena");
     EXPECT_TRUE(std::filesystem::is_directory(folder + "/data/arena"));
     EXPECT_EQ(files::pictures_folder(), folder + "/pictures");
-    const std::string report = apps::write_crash_report("what went wrong\n");
-    EXPECT_EQ(report, folder + "/data/arena/crash-report.txt");
-    std::ifstream stream(report);
-    std::string line;
-    std::getline(stream, line);
-    EXPECT_EQ(line, "what went wrong");
+    EXPECT_EQ(apps::next_crash_folder().crashes, folder + "/data/arena/crashes");
     // Where no folder of that name can be, the user's pictures take the screenshots.
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::create_directories(folder + "/game");
@@ -364,7 +337,8 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   std::ofstream(folder + "/file") << "in the way";
   const Variable blocked("XDG_DATA_HOME", folder + "/file");
   EXPECT_EQ(files::user_data_folder("arena"), "") << "no folder, no log, no crash";
-  EXPECT_EQ(apps::write_crash_report("x"), "");
+  EXPECT_EQ(apps::next_crash_folder().crashes, "");
+  EXPECT_EQ(apps::next_crash_folder().trouble, "arena: there is no place for what is left of a crash");
   std::filesystem::remove_all(folder);
 }
 
@@ -396,56 +370,6 @@ TEST(Log, IsBoundedAndKeepsOneOlderFile) {
   std::filesystem::remove_all(folder);
 }
 #endif
-
-// What a crashed child process leaves behind.
-std::string report_of(const std::string& file) {
-  std::ifstream stream(files::path_of(file));
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-[[gnu::noinline, gnu::no_sanitize("address", "undefined")]] void write_nowhere() { *static_cast<volatile int*>(nullptr) = 1; }
-[[gnu::noinline]] void fail() { throw std::runtime_error("no room left"); }
-
-#ifndef _WIN32
-volatile int sink = 0;
-[[gnu::noinline]] int descend(int depth) {
-  volatile char row[1024];
-  row[depth % 1024] = 1;
-  return depth < 0 ? 0 : descend(depth + 1) + row[0];
-}
-#endif
-
-TEST(CrashReportsDeathTest, TellWhatHappenedAndWhichScriptsRan) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");        // a new process, which the system's handlers watch from its start
-  const std::string file = ARENA_BINARY "/crash é.txt";  // the same in the child
-  const auto crash = [&](void (*what)()) {
-    look_up_names();
-    Session session;  // the listener that makes one for each test rests in the child
-    platform::report_crashes(files::path_of(file), "arena crashed", "");
-    const FrameScope outer("ksl_Object_oGun_Step_0", nullptr, nullptr);
-    FrameScope inner("ksl_Script_Fire", nullptr, nullptr);
-    inner.line = 42;
-    what();
-  };
-  const struct {
-    void (*what)();
-    const char* told;
-  } rows[] = {{write_nowhere, kFault},
-              {[] { std::abort(); }, "aborted\n"},
-#ifndef _WIN32  // Wine ends a program whose stack is full at once
-              {[] { sink = descend(0); }, kFault},
-#endif
-              {[]() noexcept { fail(); }, "aborted: no room left\n"}};
-  for (const auto& row : rows) {
-    EXPECT_DEATH(crash(row.what), "");
-    const std::string report = report_of(file);
-    EXPECT_EQ(report.find("arena crashed\n"), 0U) << report;
-    EXPECT_NE(report.find(row.told), std::string::npos) << report;
-    EXPECT_NE(report.find("\n  program+0x"), std::string::npos) << report;
-    EXPECT_NE(report.find("scripts:\n  ksl_Script_Fire (line 42)\n  ksl_Object_oGun_Step_0 (line 0)\n"), std::string::npos) << report;
-    std::filesystem::remove(files::path_of(file));
-  }
-}
 
 }  // namespace
 }  // namespace arena::test

@@ -156,6 +156,35 @@ TEST(Recordings, ThatEndAnywhereAreTheRunUpToThere) {
   EXPECT_EQ(frames, 180u);
 }
 
+// Which frame failed follows from what stands behind it.
+TEST(Recordings, TellWhereTheRunBrokeOff) {
+  recording::Writer writer;
+  std::string bytes = writer.beginning({"arena", "1", 5, "", false, 0});
+  const auto expect = [&](bool breaks_off, std::size_t frames, const char* label) {
+    Recording read;
+    std::string problem;
+    ASSERT_TRUE(recording::read_recording(bytes, read, problem)) << label << problem;
+    EXPECT_EQ(read.breaks_off(), breaks_off) << label;
+    EXPECT_EQ(read.frames.size(), frames) << label;
+  };
+  expect(true, 0, "nothing but a beginning");
+  bytes += writer.start({});
+  bytes += writer.answer("seed");
+  expect(true, 0, "in the start");
+  bytes += writer.frame(16667, {});
+  expect(true, 1, "in the first frame");
+  bytes += writer.frame(16667, all_kinds());
+  bytes += writer.answer("clipboard");
+  expect(true, 2, "in a frame that asked");
+  bytes += writer.checkpoint({2, 7, {{"world", 1}}});
+  expect(false, 2, "at the end");
+  const std::string ended = bytes;
+  bytes += writer.frame(16667, {});
+  expect(true, 3, "behind a checkpoint");
+  bytes = ended + "\x03";
+  expect(false, 2, "nowhere: it is damaged");
+}
+
 // 100,000 files with a few bytes changed, taken out or put in: none passes for another run behind its last good second, none takes memory
 // or time without end.
 TEST(Recordings, DamageIsNeverAnotherRun) {
