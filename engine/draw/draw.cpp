@@ -162,6 +162,7 @@ void Draw::pop_clip() {
 }
 
 void Draw::sprite(std::int32_t index, double frame, const Placement& at) {
+  if (!is_seen()) return;
   const Picture* picture = find_picture(index, frame);
   const SpriteInfo* info = find_sprite(index);
   if (picture == nullptr || info == nullptr) return;
@@ -176,6 +177,7 @@ void Draw::sprite(std::int32_t index, double frame, const Placement& at) {
 }
 
 void Draw::sprite_part(std::int32_t index, double frame, double left, double top, double width, double height, const Placement& at) {
+  if (!is_seen()) return;
   const Picture* picture = find_picture(index, frame);
   if (picture == nullptr || picture->width <= 0 || picture->height <= 0) return;
   // The trimmed piece has nothing outside itself: the part is cut down to it.
@@ -201,6 +203,7 @@ void Draw::sprite_stretched(std::int32_t index, double frame, double x, double y
 }
 
 void Draw::background(const Layer& layer) {
+  if (!is_seen()) return;
   const SpriteInfo* info = find_sprite(layer.background_sprite);
   if (info == nullptr) return;
   Layer::Area area = layer.background_area;

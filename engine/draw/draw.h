@@ -67,6 +67,8 @@ class Draw {
   void begin_gui();
   void end_frame();
   gpu::Gpu& gpu() { return gpu_; }
+  // Whether the frame goes to the graphics card. Of one that does not nothing is worked out.
+  bool is_seen() const { return gpu_.passes_frame(); }
 
   // `frame` wraps around. Sprites that do not exist draw nothing: the built-ins report them.
   void sprite(std::int32_t sprite, double frame, const Placement& at);

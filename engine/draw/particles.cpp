@@ -126,6 +126,7 @@ void ParticleSystem::update(const std::vector<ParticleType>& types, double secon
 }
 
 void ParticleSystem::draw(const std::vector<ParticleType>& types, Draw& on) const {
+  if (!on.is_seen()) return;
   const gpu::Blend before = on.state().blend;
   Draw::QuadStream stream(on);
   for (const Particle& each : particles_) {

@@ -38,6 +38,7 @@ void Draw::rectangle(double x1, double y1, double x2, double y2, const std::uint
 }
 
 void Draw::ellipse(double x, double y, double radius_x, double radius_y, std::uint32_t inner, std::uint32_t outer, bool outline) {
+  if (!is_seen()) return;
   const double zoom = elementary::sqrt(std::fabs(a_ * d_ - b_ * c_));
   const double pixels = std::max(std::fabs(radius_x), std::fabs(radius_y)) * zoom;
   // Enough sides that a chord stays within a quarter of a pixel of the arc.
@@ -61,6 +62,7 @@ void Draw::ellipse(double x, double y, double radius_x, double radius_y, std::ui
 }
 
 void Draw::line(double x1, double y1, double x2, double y2, double width, std::uint32_t from, std::uint32_t to) {
+  if (!is_seen()) return;
   const double dx = x2 - x1, dy = y2 - y1, length = elementary::sqrt(dx * dx + dy * dy);
   if (length == 0) return;
   const double across_x = -dy / length * width / 2, across_y = dx / length * width / 2;

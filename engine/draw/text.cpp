@@ -122,7 +122,7 @@ Draw::TextSize Draw::measure(std::string_view text, double separation, double wr
 void Draw::text(double x, double y, std::string_view text, double xscale, double yscale, double angle, double separation, double wrap,
                 const std::uint32_t* corners) {
   const Font* font = current_font();
-  if (font == nullptr) return;
+  if (font == nullptr || !is_seen()) return;
   const std::vector<std::string_view> lines = lines_of(*font, text, wrap);
   const double step = separation >= 0 ? separation : font->line_height * font->size;
   const double height = static_cast<double>(lines.size() - 1) * step + font->line_height * font->size;

@@ -85,7 +85,7 @@ void Gpu::destroy_mesh(MeshId mesh) {
 
 void Gpu::draw_mesh(const State& state, MeshId mesh, const Transform& transform) {
   const Slot* slot = find_slot(meshes_, mesh.value);
-  if (slot == nullptr) return;
+  if (slot == nullptr || !passes_) return;
   flush();
   backend_->draw_mesh(backend_texture(state.texture), state, slot->backend_id, transform);
   ++now_.draw_calls;
@@ -97,11 +97,13 @@ void Gpu::begin_frame(int width, int height, std::uint32_t clear_color) {
   now_ = {};
   waiting_.clear();
   if (backend_->is_lost()) restore_device();
-  backend_->begin_frame(width, height, clear_color);
+  passes_ = next_passes_;
+  if (passes_) backend_->begin_frame(width, height, clear_color);
 }
 
 void Gpu::draw(const State& state, const Vertex* vertices, std::size_t count) {
   ARENA_ASSERT(count % 3 == 0);
+  if (!passes_) return;
   // Shapes without a picture join whatever batch is open.
   const bool fits_any_texture = state.texture.value == 0;
   State wanted = state;
@@ -128,7 +130,7 @@ void Gpu::flush() {
 
 void Gpu::end_frame() {
   flush();
-  backend_->end_frame();
+  if (passes_) backend_->end_frame();
   last_ = now_;
   state_ = {};
 }
@@ -150,7 +152,7 @@ void Gpu::restore_device() {
 
 std::vector<std::uint8_t> Gpu::read_pixels() {
   flush();
-  return backend_->read_pixels(width_, height_);
+  return passes_ ? backend_->read_pixels(width_, height_) : std::vector<std::uint8_t>();
 }
 
 }  // namespace arena::gpu

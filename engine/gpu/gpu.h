@@ -75,6 +75,10 @@ class Gpu {
   void draw_mesh(const State& state, MeshId mesh, const Transform& transform);
 
   void begin_frame(int width, int height, std::uint32_t clear_color);
+  // Whether frames go to the graphics card, from the next one on. Of those that do not only what stays there does: textures, meshes.
+  void pass_frames(bool wanted) { next_passes_ = wanted; }
+  // Of the frame that is drawn: where it does not pass, drawing it is for nothing.
+  bool passes_frame() const { return passes_; }
   // Triangles, three vertices each. Batched: the backend is called only where the state changes.
   void draw(const State& state, const Vertex* vertices, std::size_t count);
   // Sends what is waiting.
@@ -83,7 +87,7 @@ class Gpu {
   void end_frame();
   // As if the graphics card went away now; does nothing where that cannot happen.
   void lose_device();
-  // RGBA rows from the top, of the frame as drawn so far.
+  // RGBA rows from the top, of the frame as drawn so far; none of one that does not pass.
   std::vector<std::uint8_t> read_pixels();
   int width() const { return width_; }
   int height() const { return height_; }
@@ -113,6 +117,7 @@ class Gpu {
   State state_;
   FrameStatistics now_, last_;
   int width_ = 0, height_ = 0;
+  bool passes_ = true, next_passes_ = true;
 };
 
 }  // namespace arena::gpu

@@ -13,7 +13,6 @@
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
-#include "engine/host/shutter.h"
 #include "engine/platform/window.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/implement.h"
@@ -30,8 +29,10 @@ namespace arena::host {
 namespace {
 
 struct Screen {
-  int width = 1280, height = 720;     // pixels of the drawing area
-  Shutter* shutter = nullptr;         // of a game whose frames nobody sees
+  int width = 1280, height = 720;  // pixels of the drawing area
+  bool shows_frames = true;        // false: only those of which a picture is taken
+  bool is_seen = true;             // false: not even those
+  bool is_heard = true;
   bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
   std::vector<std::uint8_t> picture;  // empty: none was taken
   bool run_began = false;             // in this frame, by a restart
@@ -43,8 +44,10 @@ const Part<Screen> screen{PartLevel::kHost, "screen"};
 
 void begin_world() {
   draw::begin_draw_pass();
-  if (screen().shutter != nullptr) screen().shutter->is_open = screen().picture_wanted;
-  if (draw::draw_service() != nullptr) draw::draw_service()->begin_world(screen().width, screen().height);
+  draw::Draw* service = draw::draw_service();
+  if (service == nullptr) return;
+  service->gpu().pass_frames(screen().is_seen && (screen().shows_frames || screen().picture_wanted));
+  service->begin_world(screen().width, screen().height);
 }
 void begin_gui() {
   if (draw::draw_service() != nullptr) draw::draw_service()->begin_gui();
@@ -53,7 +56,7 @@ void end_frame() {
   draw::end_draw_pass();
   draw::Draw* service = draw::draw_service();
   if (service == nullptr) return;
-  if (screen().picture_wanted) {
+  if (screen().picture_wanted && screen().is_seen) {
     screen().picture = service->gpu().read_pixels();
     screen().picture_wanted = screen().picture.empty();
   }
@@ -71,7 +74,9 @@ void before_handler(const CInstance&, EventKey key) {
   if (key.kind == EventKind::kDraw) draw::save_draw_state();
 }
 
-void screen_save_numbered() { screen().picture_wanted = true; }
+void screen_save_numbered() {
+  if (screen().is_seen) screen().picture_wanted = true;
+}
 // For tests of what happens when the graphics card goes away.
 void gpu_debug_lose_device() {
   if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
@@ -122,11 +127,7 @@ Started Game::start(GameOptions options) {
   if (room < 0) return {nullptr, Started::Failure::kUnknownRoom, "there is no room '" + files::on_one_line(options.room) + "'"};
   game->data_ = std::move(options.data);
   if (options.backend == nullptr) options.backend = std::make_unique<gpu::Recorder>();
-  if (!options.shows_frames) {
-    auto before_it = std::make_unique<Shutter>(std::move(options.backend));
-    screen().shutter = before_it.get();
-    options.backend = std::move(before_it);
-  }
+  screen().shows_frames = options.shows_frames;
   game->gpu_ = std::make_unique<gpu::Gpu>(std::move(options.backend));
   game->draw_ = std::make_unique<draw::Draw>(*game->gpu_, *game->data_);
   game->audio_device_ = std::move(options.audio_device);
@@ -158,9 +159,22 @@ void Game::run_frame(std::int64_t microseconds) {
   arena::run_frame(microseconds);
   // What a new run plays from its start is heard from its first frame on, as after a first start.
   if (!screen().run_began) audio::audio().advance(static_cast<double>(microseconds) / 1e6);
-  if (audio_device_ != nullptr) audio::audio().feed(*audio_device_);
+  if (audio_device_ != nullptr && screen().is_heard) audio::audio().feed(*audio_device_);
   if (listener_ != nullptr) listener_->after_frame();
   if (!screen().picture.empty()) save_numbered(std::exchange(screen().picture, {}));
+}
+
+void Game::draw() {
+  const SessionScope scope(session_);
+  draw_frame();
+}
+
+// What sounded when nobody listened any more is long over.
+void Game::be_watched(bool seen, bool heard) {
+  const SessionScope scope(session_);
+  if (heard && !screen().is_heard && audio_device_ != nullptr) audio_device_->forget();
+  screen().is_seen = seen;
+  screen().is_heard = heard;
 }
 
 void Game::take_snapshot(Snapshot& into) {

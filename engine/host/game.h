@@ -70,6 +70,11 @@ class Game {
   Session& session() { return session_; }
   // One frame: world, sound, drawing.
   void run_frame(std::int64_t microseconds);
+  // Draws the world as it stands once more. Where no frame was drawn before, what draws may change what it lays out.
+  void draw();
+  // Frames run as ever, seen and heard or not. Of those that are not seen nothing goes to the graphics card, and no script gets a
+  // screenshot.
+  void be_watched(bool seen, bool heard);
   // The whole game as it stands, between two frames; put back, it goes on from there. A snapshot belongs to the game it was taken of.
   void take_snapshot(Snapshot& into);
   void restore(const Snapshot& snapshot);
