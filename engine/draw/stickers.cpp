@@ -12,6 +12,7 @@
 #include "runtime/checks/assert.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
+#include "runtime/memory/held_bytes.h"
 #include "runtime/program/names.h"
 #include "runtime/session/state.h"
 #include "runtime/values/number_text.h"
@@ -30,6 +31,29 @@ struct StickerLayers {
   static constexpr auto fields() {
     return std::tuple(field("layers", &StickerLayers::layers), field("next_handle", &StickerLayers::next_handle));
   }
+
+  struct State {
+    std::map<std::int32_t, StickerLayer::Saved> layers;
+    std::int32_t next_handle = 1;
+    void count_held(HeldBytes& into) const { arena::detail::count_behind(layers, into); }
+  };
+  static const StickerLayer::Saved* find_saved(const State* in, std::int32_t handle) {
+    if (in == nullptr) return nullptr;
+    const auto found = in->layers.find(handle);
+    return found != in->layers.end() ? &found->second : nullptr;
+  }
+  void save(State& into, const State* earlier) const {
+    into.next_handle = next_handle;
+    std::erase_if(into.layers, [&](const auto& each) { return !layers.contains(each.first); });
+    for (const auto& [handle, layer] : layers) {
+      layer.save(into.layers[handle], find_saved(earlier, handle));
+    }
+  }
+  void load(const State& from) {
+    next_handle = from.next_handle;
+    layers.clear();
+    for (const auto& [handle, saved] : from.layers) layers[handle].load(saved);
+  }
 };
 const StatePart<StickerLayers> part{PartLevel::kServices, "stickers"};
 const RefKind stickers_refs{ref_type::kStickers, "stickers"};
@@ -45,10 +69,11 @@ void StickerLayer::add(const Draw::Sticker& sticker) {
   const double reach =
       info == nullptr ? 0 : (info->width + info->height) * std::max(std::fabs(sticker.at.xscale), std::fabs(sticker.at.yscale));
   const bool is_first = region.entries.empty();
-  region.left = is_first ? sticker.at.x - reach : std::min(region.left, sticker.at.x - reach);
-  region.right = is_first ? sticker.at.x + reach : std::max(region.right, sticker.at.x + reach);
-  region.top = is_first ? sticker.at.y - reach : std::min(region.top, sticker.at.y - reach);
-  region.bottom = is_first ? sticker.at.y + reach : std::max(region.bottom, sticker.at.y + reach);
+  Reach& all = region.reach;
+  all.left = is_first ? sticker.at.x - reach : std::min(all.left, sticker.at.x - reach);
+  all.right = is_first ? sticker.at.x + reach : std::max(all.right, sticker.at.x + reach);
+  all.top = is_first ? sticker.at.y - reach : std::min(all.top, sticker.at.y - reach);
+  all.bottom = is_first ? sticker.at.y + reach : std::max(all.bottom, sticker.at.y + reach);
   region.entries.push_back({next_serial_++, sticker});
   region.changed_lately = true;
   ++count_;
@@ -99,7 +124,10 @@ void StickerLayer::bake(Draw& on, Region& region) {
 }
 
 void StickerLayer::draw(Draw& on) {
-  const auto in_view = [&](const Region& region) { return on.shows(region.left, region.top, region.right, region.bottom); };
+  if (!on.is_seen()) return;
+  const auto in_view = [&](const Region& region) {
+    return on.shows(region.reach.left, region.reach.top, region.reach.right, region.reach.bottom);
+  };
   for (auto& [cell, region] : regions_) {
     if (region.entries.empty() || !in_view(region)) continue;
     ARENA_ASSERT(region.baked.count <= region.entries.size());
@@ -120,6 +148,56 @@ void StickerLayer::draw(Draw& on) {
 
 void StickerLayer::drop_meshes() {
   for (auto& [cell, region] : regions_) region.baked = {};
+}
+
+void StickerLayer::Saved::count_held(HeldBytes& into) const {
+  for (const auto& [cell, region] : regions) {
+    into.add(sizeof(*regions.begin()));
+    region.entries.count_held(into);
+  }
+}
+
+void StickerLayer::save(Saved& into, const Saved* earlier) const {
+  into.capacity = capacity_;
+  into.count = count_;
+  into.next_serial = next_serial_;
+  std::erase_if(into.regions, [&](const auto& each) { return !regions_.contains(each.first); });
+  for (const auto& [cell, region] : regions_) {
+    Saved::Region& saved = into.regions[cell];
+    saved.count = region.entries.size();
+    saved.reach = region.reach;
+    saved.changed_lately = region.changed_lately;
+    const SharedPages* there = nullptr;
+    if (earlier != nullptr) {
+      if (const auto found = earlier->regions.find(cell); found != earlier->regions.end()) there = &found->second.entries;
+    }
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < saved.count;) {
+      Entry page[kEntriesPerPage];
+      std::size_t filled = 0;
+      while (filled < kEntriesPerPage && i < saved.count) page[filled++] = region.entries[i++];
+      place = saved.entries.put(place, page, filled * sizeof(Entry), there, place);
+    }
+    saved.entries.cut(place);
+  }
+}
+
+void StickerLayer::load(const Saved& from) {
+  *this = StickerLayer(from.capacity);
+  count_ = from.count;
+  next_serial_ = from.next_serial;
+  for (const auto& [cell, saved] : from.regions) {
+    Region& region = regions_[cell];
+    region.reach = saved.reach;
+    region.changed_lately = saved.changed_lately;
+    std::size_t place = 0;
+    while (region.entries.size() < saved.count) {
+      Entry page[kEntriesPerPage];
+      const std::size_t filled = std::min(kEntriesPerPage, saved.count - region.entries.size());
+      place = saved.entries.get(place, page, filled * sizeof(Entry));
+      region.entries.insert(region.entries.end(), page, page + filled);
+    }
+  }
 }
 
 StickerLayer* find_sticker_layer(std::int32_t handle) {

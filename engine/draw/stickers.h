@@ -8,10 +8,12 @@
 #include <map>
 #include <memory>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "engine/draw/batch.h"
+#include "runtime/memory/shared_pages.h"
 
 namespace arena::draw {
 
@@ -28,6 +30,11 @@ class StickerLayer {
   // Forgets everything that lives in the GPU; it is baked again when it is drawn.
   void drop_meshes();
 
+  // What a snapshot keeps. Most stickers are where they were at the snapshot before.
+  struct Saved;
+  void save(Saved& into, const Saved* earlier) const;
+  void load(const Saved& from);
+
   static constexpr auto fields() {
     return std::tuple(field("regions", &StickerLayer::regions_), derived("ordered", &StickerLayer::ordered_),
                       derived("scratch", &StickerLayer::scratch_), field("capacity", &StickerLayer::capacity_),
@@ -40,6 +47,8 @@ class StickerLayer {
     Draw::Sticker sticker;
     static constexpr auto fields() { return std::tuple(field("serial", &Entry::serial), field("sticker", &Entry::sticker)); }
   };
+  static constexpr std::size_t kEntriesPerPage = SharedPages::kPageBytes / sizeof(Entry);  // of a snapshot
+  static_assert(std::is_trivially_copyable_v<Entry>);
   // What of a region lives in the GPU: the mesh of its first stickers. A copy of the region has none.
   struct Baked {
     std::size_t count = 0;
@@ -53,15 +62,17 @@ class StickerLayer {
     Baked(Baked&&) = default;
     Baked& operator=(Baked&&) = default;
   };
+  struct Reach {
+    double left = 0, top = 0, right = 0, bottom = 0;
+  };
   // The first stickers are in the mesh; the rest are drawn one by one until they are worth a new mesh.
   struct Region {
     std::deque<Entry> entries;
     Baked baked;
-    double left = 0, top = 0, right = 0, bottom = 0;  // of all its stickers
+    Reach reach;  // of all its stickers
     bool changed_lately = false;
     static constexpr auto fields() {
-      return std::tuple(field("entries", &Region::entries), derived("baked", &Region::baked), derived("left", &Region::left),
-                        derived("top", &Region::top), derived("right", &Region::right), derived("bottom", &Region::bottom),
+      return std::tuple(field("entries", &Region::entries), derived("baked", &Region::baked), derived("reach", &Region::reach),
                         derived("changed_lately", &Region::changed_lately));
     }
   };
@@ -81,6 +92,19 @@ class StickerLayer {
   std::vector<Draw::Sticker> scratch_;
   std::size_t capacity_, count_ = 0;
   std::uint64_t next_serial_ = 0;
+};
+
+struct StickerLayer::Saved {
+  struct Region {
+    SharedPages entries;  // each page begins with a whole one
+    std::size_t count = 0;
+    Reach reach;
+    bool changed_lately = false;
+  };
+  std::map<std::pair<std::int32_t, std::int32_t>, Region> regions;
+  std::size_t capacity = 0, count = 0;
+  std::uint64_t next_serial = 0;
+  void count_held(HeldBytes& into) const;
 };
 
 // By handle; null: none.

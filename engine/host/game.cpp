@@ -177,10 +177,10 @@ void Game::be_watched(bool seen, bool heard) {
   screen().is_heard = heard;
 }
 
-void Game::take_snapshot(Snapshot& into) {
+void Game::take_snapshot(Snapshot& into, const Snapshot* earlier) {
   const SessionScope scope(session_);
   Holder::let_go_of_tool_values();
-  into.take(session_);
+  into.take(session_, earlier);
 }
 
 // What hears and shows the game starts over from what it is now.

@@ -75,8 +75,9 @@ class Game {
   // Frames run as ever, seen and heard or not. Of those that are not seen nothing goes to the graphics card, and no script gets a
   // screenshot.
   void be_watched(bool seen, bool heard);
-  // The whole game as it stands, between two frames; put back, it goes on from there. A snapshot belongs to the game it was taken of.
-  void take_snapshot(Snapshot& into);
+  // The whole game as it stands, between two frames; put back, it goes on from there. A snapshot belongs to the game it was taken of, and
+  // shares with an earlier one of that game what has not changed since.
+  void take_snapshot(Snapshot& into, const Snapshot* earlier = nullptr);
   void restore(const Snapshot& snapshot);
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);

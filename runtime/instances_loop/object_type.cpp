@@ -4,6 +4,7 @@
 #include <set>
 
 #include "runtime/checks/assert.h"
+#include "runtime/memory/held_bytes.h"
 
 namespace arena {
 namespace {
@@ -39,6 +40,12 @@ void ObjectTypes::save(State& into) const {
   into.populations.resize(types_.size());
   for (std::size_t i = 0; i < types_.size(); ++i) into.populations[i] = *types_[i];
   into.lists = lists_;
+}
+
+void ObjectTypes::State::count_held(HeldBytes& into) const {
+  into.add(populations.capacity() * sizeof(Population));
+  for (const Population& each : populations) detail::count_behind(each.instances, into);
+  detail::count_behind(lists, into);
 }
 
 // Types point at the lists of their events: those stay where they are.

@@ -96,6 +96,7 @@ class ObjectTypes {
   struct State {
     std::vector<Population> populations;
     std::map<EventKey, EventList> lists;
+    void count_held(HeldBytes& into) const;
   };
   void save(State& into) const;
   void load(const State& from);

@@ -111,12 +111,29 @@ bool World::runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKin
   }
 }
 
-// Gives the instance its id and a place in every list. Where memory runs out it stands in none.
-void World::list(CInstance& instance) {
-  const std::uint32_t place = static_cast<std::uint32_t>(next_id - kFirstInstanceId);
+// Made when nobody has lived there yet.
+World::Page& World::page_of(std::uint32_t place) {
   if (place / kPageSlots >= pages.size()) pages.resize(place / kPageSlots + 1);
   Page& page = pages[place / kPageSlots];
   if (page.slots.empty()) page.slots.resize(kPageSlots);
+  return page;
+}
+
+void World::after_load() {
+  pages.clear();
+  for (CInstance* const instance : instances) {
+    if (!instance->is_alive) continue;
+    const std::uint32_t place = static_cast<std::uint32_t>(instance->id - kFirstInstanceId);
+    Page& page = page_of(place);
+    page.slots[place % kPageSlots] = instance;
+    ++page.used;
+  }
+}
+
+// Gives the instance its id and a place in every list. Where memory runs out it stands in none.
+void World::list(CInstance& instance) {
+  const std::uint32_t place = static_cast<std::uint32_t>(next_id - kFirstInstanceId);
+  Page& page = page_of(place);
   ARENA_ASSERT(!instance.is_alive && page.slots[place % kPageSlots] == nullptr);
   make_room(instances);
   for (const std::int32_t ancestor : instance.type->lineage) make_room(object_types().at(ancestor).instances);

@@ -66,13 +66,6 @@ struct WorldState {
   bool restart_wanted = false;
   std::int32_t next_layer_id = 0;
 
-  // Instances by id, in pages: finding is two loads.
-  static constexpr std::uint32_t kPageSlots = 16384;
-  struct Page {
-    std::vector<CInstance*> slots;  // none: nobody lives there
-    std::int32_t used = 0;
-  };
-  std::vector<Page> pages;
   std::int32_t next_id = 100000;
   std::vector<CInstance*> instances;  // alive, in order of creation; the dead until the frame's end
   std::int32_t alive = 0;
@@ -81,13 +74,13 @@ struct WorldState {
 
   void visit_content(StateVisitor& visitor);
   static constexpr auto fields() {
-    return std::tuple(
-        field("room", &WorldState::room), field("first_room", &WorldState::first_room), field("room_width", &WorldState::room_width),
-        field("room_height", &WorldState::room_height), field("layers", &WorldState::layers), field("ended", &WorldState::ended),
-        field("room_wanted", &WorldState::room_wanted), field("restart_wanted", &WorldState::restart_wanted),
-        field("next_layer_id", &WorldState::next_layer_id), derived("pages", &WorldState::pages), derived("next_id", &WorldState::next_id),
-        derived("instances", &WorldState::instances), derived("alive", &WorldState::alive), derived("has_dead", &WorldState::has_dead),
-        derived("depth_order", &WorldState::depth_order));
+    return std::tuple(field("room", &WorldState::room), field("first_room", &WorldState::first_room),
+                      field("room_width", &WorldState::room_width), field("room_height", &WorldState::room_height),
+                      field("layers", &WorldState::layers), field("ended", &WorldState::ended),
+                      field("room_wanted", &WorldState::room_wanted), field("restart_wanted", &WorldState::restart_wanted),
+                      field("next_layer_id", &WorldState::next_layer_id), derived("next_id", &WorldState::next_id),
+                      derived("instances", &WorldState::instances), derived("alive", &WorldState::alive),
+                      derived("has_dead", &WorldState::has_dead), derived("depth_order", &WorldState::depth_order));
   }
 };
 
@@ -95,7 +88,14 @@ struct WorldState {
 class World : public WorldState {
  public:
   World();
-  std::vector<RoomDefinition> rooms;   // index is the room's number
+  std::vector<RoomDefinition> rooms;  // index is the room's number
+  // Instances by id, in pages: finding is two loads. It follows from the list of instances.
+  static constexpr std::uint32_t kPageSlots = 16384;
+  struct Page {
+    std::vector<CInstance*> slots;  // none: nobody lives there
+    std::int32_t used = 0;
+  };
+  std::vector<Page> pages;
   std::vector<std::int32_t> starters;  // objects that a run begins with: made first, where the room places none of them itself
 
   CInstance* find(std::int32_t id) const {
@@ -140,9 +140,11 @@ class World : public WorldState {
   using State = WorldState;
   void save(State& into) const { into = *this; }
   void load(const State& from) { static_cast<WorldState&>(*this) = from; }
+  void after_load();
   void restart();
 
  private:
+  Page& page_of(std::uint32_t place);
   void list(CInstance& instance);
   bool runs_to_its_end(CInstance& instance, WBObjectBase* creator, EventKind kind);
   void unlist(CInstance& instance);

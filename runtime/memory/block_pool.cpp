@@ -4,6 +4,7 @@
 #include <new>
 
 #include "runtime/checks/assert.h"
+#include "runtime/memory/held_bytes.h"
 
 namespace arena {
 namespace {
@@ -20,13 +21,20 @@ void free_system_block(void* block) { ::operator delete(block, std::align_val_t(
 struct BlockPool::LargeBlock {
   LargeBlock *previous, *next;
   std::size_t bytes;
-  int references;
+  std::uint64_t serial;
+  int images;      // that know it
+  bool is_in_use;  // in the pool's list
 
   char* content() { return reinterpret_cast<char*>(this) + kCacheLine; }
-  void let_go() {
-    if (--references == 0) free_system_block(this);
+  void free_if_forgotten() {
+    if (!is_in_use && images == 0) free_system_block(this);
   }
 };
+
+// Bytes of a slab in use that were ever handed out.
+std::size_t BlockPool::used_of_slab(const Books& books, std::size_t slab) {
+  return slab + 1 == books.slabs ? kSlabBytes - books.slab_left : kSlabBytes;
+}
 
 BlockPool::~BlockPool() {
   for (char* const slab : slabs_) free_system_block(slab);
@@ -90,7 +98,7 @@ void BlockPool::free_slow(void* block, std::size_t rounded) {
 
 void* BlockPool::allocate_large(std::size_t bytes) {
   static_assert(sizeof(LargeBlock) <= kCacheLine);
-  LargeBlock* const block = new (system_block(kCacheLine + bytes)) LargeBlock{nullptr, nullptr, bytes, 0};
+  LargeBlock* const block = new (system_block(kCacheLine + bytes)) LargeBlock{nullptr, nullptr, bytes, ++large_made_, 0, false};
   link(*block);
   return block->content();
 }
@@ -106,52 +114,69 @@ void BlockPool::link(LargeBlock& block) {
   block.next = first_large_;
   if (first_large_ != nullptr) first_large_->previous = &block;
   first_large_ = &block;
-  ++block.references;
+  block.is_in_use = true;
 }
 
 void BlockPool::unlink(LargeBlock& block) {
-  ARENA_ASSERT(block.references > 0 && (block.previous != nullptr ? block.previous->next : first_large_) == &block);
+  ARENA_ASSERT(block.is_in_use && (block.previous != nullptr ? block.previous->next : first_large_) == &block);
   (block.previous != nullptr ? block.previous->next : first_large_) = block.next;
   if (block.next != nullptr) block.next->previous = block.previous;
-  block.let_go();
+  block.is_in_use = false;
+  block.free_if_forgotten();
 }
 
-void BlockPool::save(Image& image) const {
+void BlockPool::save(Image& image, const Image* earlier) const {
+  ARENA_ASSERT(earlier != &image);
+  const SharedPages* const pages_there = earlier != nullptr ? &earlier->pages_ : nullptr;
   image.let_go();
   image.books_ = books_;
-  while (image.slabs_.size() < books_.slabs) image.slabs_.emplace_back(new char[kSlabBytes]);
+  std::size_t place = 0;
   for (std::size_t i = 0; i < books_.slabs; ++i) {
-    std::memcpy(image.slabs_[i].get(), slabs_[i], i + 1 == books_.slabs ? kSlabBytes - books_.slab_left : kSlabBytes);
+    const bool is_there = earlier != nullptr && i < earlier->books_.slabs;
+    place = image.pages_.put(place, slabs_[i], used_of_slab(books_, i), is_there ? pages_there : nullptr, place);
   }
+  // Both lists go from the newest to the oldest.
+  std::size_t next_there = 0;
+  const auto is_newer_there = [&](const LargeBlock& than) {
+    return earlier != nullptr && next_there < earlier->large_.size() && earlier->large_[next_there].of->serial > than.serial;
+  };
   for (LargeBlock* block = first_large_; block != nullptr; block = block->next) {
-    image.large_.push_back({block, std::unique_ptr<char[]>(new char[block->bytes])});
-    std::memcpy(image.large_.back().content.get(), block->content(), block->bytes);
-    ++block->references;
+    ARENA_ASSERT(block->next == nullptr || block->next->serial < block->serial);
+    while (is_newer_there(*block)) ++next_there;
+    const bool is_there = earlier != nullptr && next_there < earlier->large_.size() && earlier->large_[next_there].of == block;
+    image.large_.push_back({block, place});
+    ++block->images;
+    place = image.pages_.put(place, block->content(), block->bytes, is_there ? pages_there : nullptr,
+                             is_there ? earlier->large_[next_there].place : 0);
   }
+  image.pages_.cut(place);
 }
 
 void BlockPool::load(const Image& image) {
-  ARENA_ASSERT(image.books_.slabs <= slabs_.size() && image.books_.slabs <= image.slabs_.size());  // this pool's
+  ARENA_ASSERT(image.books_.slabs <= slabs_.size());  // this pool's
   books_ = image.books_;
-  for (std::size_t i = 0; i < books_.slabs; ++i) {
-    std::memcpy(slabs_[i], image.slabs_[i].get(), i + 1 == books_.slabs ? kSlabBytes - books_.slab_left : kSlabBytes);
-  }
+  std::size_t place = 0;
+  for (std::size_t i = 0; i < books_.slabs; ++i) place = image.pages_.get(place, slabs_[i], used_of_slab(books_, i));
   while (first_large_ != nullptr) unlink(*first_large_);
   for (auto copy = image.large_.rbegin(); copy != image.large_.rend(); ++copy) {
-    std::memcpy(copy->of->content(), copy->content.get(), copy->of->bytes);
+    image.pages_.get(copy->place, copy->of->content(), copy->of->bytes);
     link(*copy->of);
   }
 }
 
 void BlockPool::Image::let_go() {
-  for (const Copy& copy : large_) copy.of->let_go();
+  for (const Copy& copy : large_) {
+    --copy.of->images;
+    copy.of->free_if_forgotten();
+  }
   large_.clear();
 }
 
-std::size_t BlockPool::Image::bytes() const {
-  std::size_t total = slabs_.size() * kSlabBytes;
-  for (const Copy& copy : large_) total += copy.of->bytes;
-  return total;
+// A large block's own place counts, too: it stays when the pool frees the block.
+void BlockPool::Image::count_held(HeldBytes& into) const {
+  pages_.count_held(into);
+  into.add(large_.capacity() * sizeof(Copy));
+  for (const Copy& copy : large_) into.add_shared(copy.of, kCacheLine + copy.of->bytes, copy.of->images);
 }
 
 }  // namespace arena

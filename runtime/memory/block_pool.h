@@ -3,10 +3,10 @@
 // Addresses are stable. Freed blocks are filled with 0xDD in the stress build, so that whoever still reads them is found out.
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "runtime/checks/assert.h"
+#include "runtime/memory/shared_pages.h"
 #include "runtime/memory/worker_lock.h"
 
 namespace arena {
@@ -65,7 +65,8 @@ class BlockPool {
   std::size_t in_use() const { return books_.in_use; }
 
   // Every block as it is now, into an image whose memory is used again. Only this pool takes it back, with every block at its address.
-  void save(Image& image) const;
+  // What has not changed since an earlier image of this pool is shared with that; null: with none.
+  void save(Image& image, const Image* earlier = nullptr) const;
   void load(const Image& image);
 
  private:
@@ -100,6 +101,7 @@ class BlockPool {
   static std::uintptr_t seal_of(const FreeBlock* block) { return reinterpret_cast<std::uintptr_t>(block) ^ 0x5EA1ED5Eu; }
   void* allocate_slow(std::size_t rounded);
   void free_slow(void* block, std::size_t rounded);
+  static std::size_t used_of_slab(const Books& books, std::size_t slab);
   void* carve(std::size_t bytes);
   void* allocate_large(std::size_t bytes);
   void free_large(void* block, std::size_t bytes);
@@ -108,7 +110,8 @@ class BlockPool {
 
   Books books_;
   std::vector<char*> slabs_;
-  LargeBlock* first_large_ = nullptr;
+  LargeBlock* first_large_ = nullptr;  // the list goes from the newest to the oldest
+  std::uint64_t large_made_ = 0;       // ever: their serial numbers
 };
 
 class BlockPool::Image {
@@ -117,17 +120,17 @@ class BlockPool::Image {
   ~Image() { let_go(); }
   Image(const Image&) = delete;
   Image& operator=(const Image&) = delete;
-  std::size_t bytes() const;
+  void count_held(HeldBytes& into) const;
 
  private:
   friend class BlockPool;
   void let_go();
   struct Copy {
     LargeBlock* of;
-    std::unique_ptr<char[]> content;
+    std::size_t place;  // of its first page
   };
   Books books_;
-  std::vector<std::unique_ptr<char[]>> slabs_;
+  SharedPages pages_;  // of the slabs, then of the large blocks
   std::vector<Copy> large_;
 };
 

@@ -17,6 +17,7 @@
 namespace arena {
 
 class Collector;
+class HeldBytes;
 class ObjectTypes;
 class PropertyObject;
 class Session;
@@ -43,6 +44,8 @@ inline Session& session() { return *detail::current_session; }
 class SavedPart {
  public:
   virtual ~SavedPart() = default;
+  // Its memory, about.
+  virtual void count_held(HeldBytes& into) const = 0;
 };
 
 // One piece of a session. Kinds of parts are objects of static storage; every session has one part of each kind. Those that hold state of
@@ -52,9 +55,12 @@ class SessionPart {
   virtual ~SessionPart() = default;
   virtual void restart() {}
   virtual void visit(StateVisitor&) {}
-  // Null for what is no state of the game. `reused` is an older one of the same part whose memory is wanted again, or null.
-  virtual std::unique_ptr<SavedPart> save(std::unique_ptr<SavedPart>) const { return nullptr; }
+  // Null for what is no state of the game. `reused` is an older one of the same part whose memory is wanted again, or null; `earlier`
+  // another one, with which it may share what has not changed, or null.
+  virtual std::unique_ptr<SavedPart> save(std::unique_ptr<SavedPart> /*reused*/, const SavedPart* /*earlier*/) const { return nullptr; }
   virtual void load(const SavedPart&) {}
+  // All parts and the memory are back: what follows from them is made anew.
+  virtual void after_load() {}
 };
 
 // What stands on what: parts are made in this order, those of a level in order of their names, and end the other way round.

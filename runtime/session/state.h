@@ -10,7 +10,8 @@
 // and hash, description, snapshot, restore and restart follow from that. A field that is not named does not compile. derived(...) names
 // what follows from the rest, or what scripts cannot tell: kept by snapshots, but not hashed. What a part leads to beyond its fields it
 // shows in visit_content(StateVisitor&); where a copy of it would not do, it has a struct State with save(State&) and load(const State&);
-// where a restart is more, or less, than a fresh one, it has restart().
+// where a restart is more, or less, than a fresh one, it has restart();
+// where something follows from the memory, too, after_load(). save(State&, const State* earlier) may share with an earlier one.
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -18,6 +19,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "runtime/memory/held_bytes.h"
 #include "runtime/session/session.h"
 #include "runtime/session/state_visitor.h"
 
@@ -140,6 +142,34 @@ void visit_field(StateVisitor& visitor, const Each& each, T& state) {
   }
 }
 
+// What a saved state holds beyond its own bytes, about.
+template <class T>
+void count_behind(const T& state, HeldBytes& into) {
+  if constexpr (requires { state.count_held(into); }) {
+    state.count_held(into);
+  } else if constexpr (HasFields<T>) {
+    std::apply([&](const auto&... each) { (count_behind(state.*each.member, into), ...); }, T::fields());
+  } else if constexpr (Map<const T>) {
+    constexpr std::size_t kNode = 4 * sizeof(void*);
+    into.add(state.size() * (kNode + sizeof(typename T::value_type)));
+    for (const auto& [key, each] : state) {
+      count_behind(key, into);
+      count_behind(each, into);
+    }
+  } else if constexpr (Sequence<const T>) {
+    if constexpr (requires { state.capacity(); }) {
+      into.add(state.capacity() * sizeof(typename T::value_type));
+    } else {
+      into.add(state.size() * sizeof(typename T::value_type));
+    }
+    if constexpr (!std::is_trivially_copyable_v<typename T::value_type>) {
+      for (const auto& each : state) count_behind(each, into);
+    }
+  } else if constexpr (Optional<const T>) {
+    if (state.has_value()) count_behind(*state, into);
+  }
+}
+
 template <class All>
 void visit_sequence(StateVisitor& visitor, All& all) {
   if constexpr (requires { all.emplace_back(); }) {
@@ -220,6 +250,10 @@ class StatePart : PartKind {
   struct Saved final : SavedPart {
     using Type = typename Own<T>::Type;
     Type state = Type();
+    void count_held(HeldBytes& into) const override {
+      into.add(sizeof *this);
+      detail::count_behind(state, into);
+    }
   };
   struct Holding final : SessionPart {
     T held = T();
@@ -231,10 +265,13 @@ class StatePart : PartKind {
       }
     }
     void visit(StateVisitor& visitor) override { visit_state(visitor, held); }
-    std::unique_ptr<SavedPart> save(std::unique_ptr<SavedPart> reused) const override {
+    std::unique_ptr<SavedPart> save(std::unique_ptr<SavedPart> reused, const SavedPart* earlier) const override {
       std::unique_ptr<SavedPart> made = reused != nullptr ? std::move(reused) : std::make_unique<Saved>();
       Saved& into = static_cast<Saved&>(*made);
-      if constexpr (detail::HasOwnState<T>) {
+      const auto* const before = earlier != nullptr ? &static_cast<const Saved*>(earlier)->state : nullptr;
+      if constexpr (requires { held.save(into.state, before); }) {
+        held.save(into.state, before);
+      } else if constexpr (detail::HasOwnState<T>) {
         held.save(into.state);
       } else {
         into.state = held;
@@ -248,6 +285,9 @@ class StatePart : PartKind {
       } else {
         held = from;
       }
+    }
+    void after_load() override {
+      if constexpr (requires { held.after_load(); }) held.after_load();
     }
   };
 

@@ -39,8 +39,8 @@ class InvariantsDeathTest : public TestGame {
   static CInstance& probe() { return *type().instances.at(0); }
   static EventList& participants() { return *type().subscriptions.at(0).list; }
   static std::vector<CInstance*>& drawn() { return world().depth_order[probe().depth]; }
-  static WorldState::Page& page() { return world().pages.at(static_cast<std::size_t>(probe().id - 100000) / WorldState::kPageSlots); }
-  static CInstance*& slot() { return page().slots.at(static_cast<std::size_t>(probe().id - 100000) % WorldState::kPageSlots); }
+  static World::Page& page() { return world().pages.at(static_cast<std::size_t>(probe().id - 100000) / World::kPageSlots); }
+  static CInstance*& slot() { return page().slots.at(static_cast<std::size_t>(probe().id - 100000) % World::kPageSlots); }
 };
 
 struct Fault {

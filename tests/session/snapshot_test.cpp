@@ -3,12 +3,16 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "engine/host/state_hash.h"
 #include "game/autoplayer/autoplayer.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/frame_loop.h"
+#include "runtime/instances_loop/random.h"
 #include "runtime/session/state_visitor.h"
 #include "tests/support/long_runs.h"
 #include "tests/support/test_game.h"
@@ -83,6 +87,73 @@ TEST_F(Snapshots, ARunCanBeTakenUpAnywhere) {
     game->restore(snapshots.at(from));
     run(from, std::min(from + 400, 1500));
   }
+}
+
+// Each shares with the one before: all are put back as if they stood alone, in any order, whoever of them is gone or taken anew.
+TEST_F(Snapshots, ShareWhatHasNotChanged) {
+  struct Kept {
+    std::unique_ptr<Snapshot> snapshot = std::make_unique<Snapshot>();
+    std::uint64_t hash = 0;
+  };
+  std::vector<Kept> all;
+  const auto together = [&] {
+    std::vector<const Snapshot*> pointers;
+    for (const Kept& each : all) pointers.push_back(each.snapshot.get());
+    return Snapshot::bytes_of(pointers);
+  };
+  RandomGenerator chance(5);
+  const auto any = [&] { return static_cast<std::size_t>(chance.integer(0, static_cast<std::int64_t>(all.size()) - 1)); };
+  const auto expect_all_there = [&](const std::string& when) {
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      const Kept& each = all[(i * 5 + 3) % all.size()];
+      game->restore(*each.snapshot);
+      ASSERT_EQ(host::state_hash(), each.hash) << when;
+      ASSERT_EQ(broken_invariant(), "") << when;
+    }
+  };
+  fill_all_parts();
+  eval("for (i = 0; i < 2000; i += 1) stickers_add(global.stickers, 1, 0, i, i * 7 % 3000, 1, 1, 0, 255, 1)");
+  std::size_t bytes = 0;
+  autoplayer::ArenaPlayer player;
+  for (int round = 0; round < 11; ++round) {
+    for (int frame = 0; frame < 60; ++frame) {
+      player.play();
+      game->run_frame(16667);
+    }
+    // Large blocks come, change, and go; stickers, too.
+    eval("global.long = array_create(" + std::to_string(3000 + round % 4 * 500) + ", \"text\"); global.stays_long = array_create(4000, 1)");
+    eval("global.long[" + std::to_string(round * 100) + "] = \"changed\"; stickers_add(global.stickers, 1, 0, 5, 5, 1, 1, 0, 255, 1)");
+    if (round == 8) eval("stickers_clear(global.stickers)");
+    Kept next;
+    game->take_snapshot(*next.snapshot, all.empty() ? nullptr : all.back().snapshot.get());
+    next.hash = host::state_hash();
+    bytes += next.snapshot->bytes();
+    all.push_back(std::move(next));
+    EXPECT_EQ(bytes, together()) << "what a snapshot adds is its own";
+  }
+  Snapshot alone;
+  game->take_snapshot(alone);
+  EXPECT_LT(bytes, all.size() * alone.bytes() / 2) << "of " << alone.bytes();
+  expect_all_there("all");
+  for (int i = 0; i < 4; ++i) {
+    const std::size_t gone = any();
+    bytes -= all[gone].snapshot->bytes();
+    all.erase(all.begin() + static_cast<std::ptrdiff_t>(gone));
+    ASSERT_EQ(bytes, together());
+    expect_all_there(std::to_string(i) + " without");
+  }
+  // Taken anew, into memory that others share.
+  for (int i = 0; i < 4; ++i) {
+    const std::size_t anew = any();
+    step(20);
+    game->take_snapshot(*all[anew].snapshot, i % 2 == 0 ? nullptr : all[(anew + 1) % all.size()].snapshot.get());
+    all[anew].hash = host::state_hash();
+    expect_all_there(std::to_string(i) + " anew");
+  }
+  Snapshot again;
+  game->restore(*all[0].snapshot);
+  game->take_snapshot(again, all[0].snapshot.get());
+  EXPECT_LT(again.bytes(), alone.bytes() / 8) << "the same moment twice";
 }
 
 TEST_F(Snapshots, DrawingChangesNothing) {

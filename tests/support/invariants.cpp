@@ -33,7 +33,7 @@ std::string broken_list_of_all() {
     if (!instance->is_root) return "a live instance is no root";
   }
   std::size_t found = 0;
-  for (const WorldState::Page& page : world().pages) {
+  for (const World::Page& page : world().pages) {
     const auto used = page.slots.size() - static_cast<std::size_t>(std::count(page.slots.begin(), page.slots.end(), nullptr));
     if (used != static_cast<std::size_t>(page.used)) return "a page of ids counts wrong";
     found += used;
