@@ -58,8 +58,10 @@ EVENT(oLevel1, Step_0) {
   if (self[wave_timer] > 0) return;
   self[wave_count] += 1;
   if (self[wave_count] % kBossEvery == 0) {
+    moment_mark(string_of("boss wave {0}", self[wave_count]));
     spawn(oEnemyBoss);
   } else {
+    moment_mark(string_of("wave {0}", self[wave_count]));
     const Real mobs = self[wave_count] * kMobsPerWave;
     if (mobs > kMostMobs) warn_once(warned_of_mobs, "a wave brings at most 20000 enemies: the rest stay away");
     for (Real i = 0; i < min(mobs, kMostMobs); i += 1) spawn(oEnemy);

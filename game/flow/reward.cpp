@@ -37,11 +37,13 @@ Value make_card(int colour, const Value& sprite, int frame, const Value& title, 
 
 // What is chosen falls at the player's feet.
 METHOD(Value, oLevel1, takeWeaponCard, Value card) {
+  moment_mark("reward");
   createGunPickup(oPlayer[x], oPlayer[y], card[getData]("gun"));
   return oLevel1[closeRewardScreen]();
 }
 
 METHOD(Value, oLevel1, takeModifierCard, Value card) {
+  moment_mark("reward");
   createModifierPickup(oPlayer[x], oPlayer[y], card[getData]("mod"));
   return oLevel1[closeRewardScreen]();
 }

@@ -62,6 +62,7 @@ METHOD(void, oPlayer, takeDamage, Value amount, Value source_x, Value source_y, 
   if (self[hp] <= 0) {
     self[dropGun]();
     self[is_dead] = true;
+    moment_mark("death");
     showDeathScreen();
   }
 }

@@ -7,6 +7,7 @@
 #include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/caught_errors.h"
 #include "runtime/instances_loop/clock.h"
+#include "runtime/instances_loop/moments.h"
 #include "runtime/instances_loop/stage_times.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/reports/log.h"
@@ -47,6 +48,7 @@ constexpr Implementation kRows[] = {
     implement<script::game_end, game_end>,
     implement<script::show_debug_message, debug_message>,
     implement<script::get_timer, get_timer>,
+    implement<script::moment_mark, mark_moment>,
     implement<script::frame_stage_times, frame_stage_times>,
     implement<script::exception_unhandled_handler, set_unhandled_handler>,
 };

@@ -6,6 +6,7 @@
 #include "engine/audio/audio.h"
 #include "engine/host/state_hash.h"
 #include "runtime/input/input_state.h"
+#include "runtime/instances_loop/moments.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
@@ -160,6 +161,23 @@ TEST_F(Waves, AClearedWaveOffersOneOfTwoCards) {
   eval("mod = oLevel1.reward_screen.content[1].getData(\"mod\")");
   click(640 + 108, 360);
   check({{"[instance_number(oModifierPickup), oModifierPickup.modifier == mod]", "[1,true]"}});
+}
+
+TEST_F(Waves, DeathsAndRewardsAreMarked) {
+  std::vector<std::string> marks;
+  hear_moments([&](std::string_view text) { marks.emplace_back(text); });
+  start_wave(9);
+  kill_all();
+  step(2);
+  click(640 - 108, 360);
+  start_wave(10);
+  kill_all();
+  step(2);
+  click(640 + 108, 360);
+  eval("oPlayer.takeDamage(1e9, 0, 0, 0)");
+  EXPECT_EQ(marks, (std::vector<std::string>{"wave 9", "reward", "boss wave 10", "reward", "death"}));
+  hear_moments({});
+  check({{"moment_mark(\"nobody listens\")", "undefined"}, {"moment_mark(5)", "! moment_mark argument 1 is wrong"}});
 }
 
 TEST_F(Waves, TheWaitIsOnlyCutShortOnceAndTheScreenDoesNotStopEscape) {
