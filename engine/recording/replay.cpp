@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/host/state_hash.h"
+#include "runtime/checks/assert.h"
 #include "runtime/input/outside.h"
 
 namespace arena::recording {
@@ -29,9 +30,13 @@ void Replay::before_start() {
 }
 
 // Those of the frame that runs; a script that asks more often than it did is on another way already, and gets nothing.
-std::string Replay::next_answer() {
-  const Frame& running = frame_ == 0 ? recording_.start : recording_.frames[frame_ - 1];
-  return answer_ < running.answers.size() ? running.answers[answer_++] : std::string();
+std::string Replay::next_answer() { return answer_ < running().answers.size() ? running().answers[answer_++] : std::string(); }
+
+// Its questions were asked when it ran.
+void Replay::restart_at(std::size_t frame) {
+  ARENA_ASSERT(frame <= frames());
+  frame_ = frame;
+  answer_ = running().answers.size();
 }
 
 void Replay::step(host::Game& game) {

@@ -23,16 +23,20 @@ class Replay final : public host::FrameListener {
   void prepare(host::GameOptions& options);
   void before_start() override;
   bool is_at_end() const { return frame_ == recording_.frames.size(); }
+  std::size_t frames() const { return recording_.frames.size(); }
   std::size_t frame() const { return frame_; }  // how many have run
   // Checkpoints up to here: the seconds of the run.
   std::size_t checkpoints_passed() const;
   // Runs the next frame as it was.
   void step(host::Game& game);
+  // The game was put back to where so many frames, at most all, had run.
+  void restart_at(std::size_t frame);
   // Compares the state with what the recording says about it after this frame, where it says something: the parts that differ, or "state"
   // when none of their short figures does.
   std::vector<std::string> differences() const;
 
  private:
+  const Frame& running() const { return frame_ == 0 ? recording_.start : recording_.frames[frame_ - 1]; }
   std::string next_answer();
   const Recording& recording_;
   std::size_t frame_ = 0, answer_ = 0;

@@ -1,15 +1,15 @@
 // Recordings: what is written is read again, a cut or changed file never passes for another run, and a replay is the same run.
 #include "engine/recording/recording.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <bit>
 #include <limits>
 
-#include "engine/recording/recorder.h"
 #include "engine/recording/replay.h"
 #include "runtime/instances_loop/random.h"
-#include "runtime/instances_loop/world.h"
-#include "tests/support/probes.h"
-#include "tests/support/test_game.h"
+#include "tests/support/recorded_fight.h"
 
 namespace arena::test {
 namespace {
@@ -224,54 +224,15 @@ TEST(Recordings, DamageIsNeverAnotherRun) {
   EXPECT_GT(noticed, 80000) << cut;
 }
 
-class PlayedRecordings : public ::testing::Test {
- protected:
-  // A game of the test's data that listens to it.
-  std::unique_ptr<host::Game> start(host::GameOptions options, const char* room) {
-    std::string problem;
-    options.data = data::open_data_file(data_file_path(), problem);
-    options.extra_objects = probe_objects();
-    if (room != nullptr) options.room = room;
-    host::Started started = host::Game::start(std::move(options));
-    EXPECT_EQ(started.problem, "");
-    return std::move(started.game);
-  }
-  // Ten seconds in the arena with somebody at the keys.
-  std::string record_a_fight() {
-    const std::string path = temporary_path("fight.rec");
-    recording::Recorder recorder(path, {"arena", "1", 5, "rArena", false, 0});
-    host::GameOptions options;
-    options.listener = &recorder;
-    const std::unique_ptr<host::Game> game = start(std::move(options), "rArena");
-    RandomGenerator hand(11);
-    for (int frame = 0; frame < 600; ++frame) {
-      for (const int key : {87, 65, 83, 68, 69, 81, 16}) {  // W A S D E Q, Shift
-        if (hand.integer(0, 20) == 0) push_key(key, hand.integer(0, 1) == 0);
-      }
-      push_pointer(PointerSpace::kWindow, static_cast<double>(hand.integer(0, 1280)), static_cast<double>(hand.integer(0, 720)));
-      if (frame % 90 == 0) push_button(1, frame % 180 == 0);
-      game->run_frame(hand.integer(8000, 33000));
-    }
-    recorder.end();
-    return path;
-  }
-  Recording read(const std::string& path) {
-    Recording made;
-    std::string problem;
-    EXPECT_TRUE(recording::open_recording(path, made, problem)) << problem;
-    return made;
-  }
-};
-
-TEST_F(PlayedRecordings, AreTheSameRun) {
-  const Recording recorded = read(record_a_fight());
+TEST(PlayedRecordings, AreTheSameRun) {
+  const Recording recorded = read_fight(record_a_fight());
   ASSERT_EQ(recorded.frames.size(), 600u);
   ASSERT_GE(recorded.checkpoints.size(), 8u);
   EXPECT_GT(recorded.checkpoints.back().figures.size(), 15u);
   recording::Replay replay(recorded);
   host::GameOptions options;
   replay.prepare(options);
-  const std::unique_ptr<host::Game> game = start(std::move(options), nullptr);
+  const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
   while (!replay.is_at_end()) {
     replay.step(*game);
     ASSERT_EQ(replay.differences(), std::vector<std::string>()) << replay.frame();
@@ -280,13 +241,13 @@ TEST_F(PlayedRecordings, AreTheSameRun) {
 }
 
 // One press that is left out, one microsecond: the hashes say so, and in which parts.
-TEST_F(PlayedRecordings, AnotherRunIsNoticed) {
-  const Recording recorded = read(record_a_fight());
+TEST(PlayedRecordings, AnotherRunIsNoticed) {
+  const Recording recorded = read_fight(record_a_fight());
   const auto first_difference = [&](const Recording& changed) {
     recording::Replay replay(changed);
     host::GameOptions options;
     replay.prepare(options);
-    const std::unique_ptr<host::Game> game = start(std::move(options), nullptr);
+    const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
     while (!replay.is_at_end()) {
       replay.step(*game);
       const std::vector<std::string> parts = replay.differences();
