@@ -14,6 +14,7 @@
 #include "bench/lua_crowd.h"
 #include "bench/micro_scripts.h"
 #include "bench/plain_crowd.h"
+#include "bench/seeking.h"
 #include "bench/services.h"
 #include "engine/host/game.h"
 #include "runtime/arrays_structs/collector.h"
@@ -194,6 +195,7 @@ int main(int argc, char** argv) {
       world().enter_room(2);
       run_micro();
       bench::run_services();
+      bench::run_seeking(ARENA_DATA_FILE);
       bench::run_elementary();
       return 0;
     }
