@@ -5,6 +5,7 @@
 #include "engine/audio/audio.h"
 #include "engine/console/draw_calls.h"
 #include "engine/console/evaluator.h"
+#include "engine/console/past.h"
 #include "engine/console/request.h"
 #include "engine/console/value_json.h"
 #include "engine/draw/draw_service.h"
@@ -137,15 +138,32 @@ json hash_json(const json& request) {
 struct Console::State {
   host::Game& game;
   StepHooks hooks;
-  LastValue last;
+  LastValue last{};
   bool quit = false;
+  Past past{game, [this](const json& request) { eval_again(request); }};
+
+  // Fails as it did.
+  void eval_again(const json& request) {
+    try {
+      eval(request);
+    } catch (const WBKSLException&) {
+    } catch (const ParseError&) {
+    } catch (const RequestError&) {
+    } catch (const std::exception&) {
+    }
+  }
 
   json eval(const json& request) {
-    if (!request["eval"].is_string()) throw RequestError{"\"eval\" must be a text"};
+    const std::string statements = text(request, "eval");
+    past.note_evaluation(request);
     last.value = RValue();
-    last.value = evaluate(request["eval"].get<std::string>(), instance_argument(request, "self"), instance_argument(request, "other"));
+    last.value = evaluate(statements, instance_argument(request, "self"), instance_argument(request, "other"));
     const std::string text = last.value.is_unset() ? "unset" : to_text(last.value);  // fails for what is too large to show
     return {{"kind", type_name(last.value)}, {"value", value_to_json(last.value)}, {"text", text}};
+  }
+
+  json place() const {
+    return {{"frame", game_clock().frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
   }
 
   json step(const json& request) {
@@ -156,10 +174,9 @@ struct Console::State {
       if (hooks.must_end && hooks.must_end()) break;
       if (hooks.before_frame) hooks.before_frame();
       const FrameDrawCalls kept(left == 1);
-      game.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
+      past.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
     }
-    json reply = {
-        {"frame", game_clock().frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
+    json reply = place();
     if (!step_errors().shown.empty()) reply["errors"] = step_errors().shown;
     if (step_errors().more > 0) reply["more_errors"] = step_errors().more;
     return reply;
@@ -174,9 +191,18 @@ struct Console::State {
     return {{"ok", true}};
   }
 
+  json rewind(const json& request) {
+    past.rewind(whole(request, "rewind", "a whole number of frames", 0, kMostRewound));
+    step_errors() = {};  // of frames that were run again
+    return place();
+  }
+
   json perform(const json& request) {
     if (request.contains("eval")) return eval(request);
     if (request.contains("step")) return step(request);
+    if (request.contains("snapshot")) return past.save(text(request, "snapshot")), place();
+    if (request.contains("restore")) return past.restore(text(request, "restore")), place();
+    if (request.contains("rewind")) return rewind(request);
     if (request.contains("key")) return push_key(whole_number(request, "key"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("mouse")) return pointer(request);
     if (request.contains("button")) return push_button(whole_number(request, "button"), flag(request, "down")), json{{"ok", true}};
@@ -189,13 +215,15 @@ struct Console::State {
     if (request.contains("help")) return help_json(request);
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
     throw RequestError{
-        "unknown request; known are eval, step, key, mouse, button, instances, draws, sounds, log, hash, stages, help, quit"};
+        "unknown request; known are eval, step, snapshot, restore, rewind, key, mouse, button, instances, draws, sounds, log, hash, "
+        "stages, "
+        "help, quit"};
   }
 };
 
 Console::Console(host::Game& game, StepHooks hooks) {
   const SessionScope scope(game.session());
-  state_.reset(new State{game, std::move(hooks), {}, false});
+  state_.reset(new State{game, std::move(hooks)});
   set_script_error_sink(keep_error);
 }
 

@@ -38,6 +38,11 @@ std::int64_t whole(const json& request, const char* key, const char* what, std::
   throw RequestError{quoted(key) + " must be " + what + " from " + std::to_string(least) + " to " + std::to_string(most)};
 }
 
+std::string text(const json& request, const char* key) {
+  if (!request.at(key).is_string()) throw RequestError{quoted(key) + " must be a text"};
+  return request[key].get<std::string>();
+}
+
 bool flag(const json& request, const char* key) {
   if (!request.contains(key) || !request[key].is_boolean()) throw RequestError{quoted(key) + " must be true or false"};
   return request[key].get<bool>();

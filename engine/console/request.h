@@ -19,6 +19,7 @@ json parse_request(const std::string& line);
 std::int64_t whole(const json& request, const char* key, const char* what, std::int64_t least, std::int64_t most);
 // A finite number from `least` to `most`.
 double number(const json& request, const char* key, const char* what, double least, double most);
+std::string text(const json& request, const char* key);
 bool flag(const json& request, const char* key);
 
 }  // namespace arena::console

@@ -8,8 +8,8 @@ namespace arena {
 namespace {
 
 struct Outside {
-  std::function<void(const std::string&)> listener;
-  std::function<std::string()> source;
+  AnswerListener listener;
+  AnswerSource source;
 };
 const Part<Outside> part{PartLevel::kWorld, "outside"};
 
@@ -21,7 +21,7 @@ std::string answer_from_outside(const std::function<std::string()>& ask_machine)
   return answer;
 }
 
-void hear_answers(std::function<void(const std::string&)> listener) { part().listener = std::move(listener); }
-void give_answers(std::function<std::string()> source) { part().source = std::move(source); }
+AnswerListener hear_answers(AnswerListener listener) { return std::exchange(part().listener, std::move(listener)); }
+AnswerSource give_answers(AnswerSource source) { return std::exchange(part().source, std::move(source)); }
 
 }  // namespace arena

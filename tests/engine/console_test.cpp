@@ -2,7 +2,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <limits>
+#include <map>
 
+#include "runtime/input/outside.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/reports/log.h"
 #include "tests/support/failing_memory.h"
@@ -278,6 +280,114 @@ TEST(Replays, TheSameSeedAndInputsGiveTheSameStates) {
   EXPECT_GT(outputs[0].size(), 10000u);
   EXPECT_EQ(outputs[0].find("error"), std::string::npos);
   EXPECT_TRUE(outputs[0] == outputs[1]);
+}
+
+class ConsolePast : public ArenaGame {
+ protected:
+  // A frame of somebody without a plan, who also evaluates something; the state's hash behind it.
+  std::string play(int frame) {
+    const unsigned noise = static_cast<unsigned>(frame) * 2654435761u;
+    key("WASDEQ "[noise >> 8 & 7], (noise >> 12 & 1) != 0);
+    ask({{"button", 1}, {"down", (noise >> 5 & 3) != 0}});
+    if (frame % 7 == 0) ask({{"mouse", {noise >> 16 & 2047, noise >> 20 & 1023}}});
+    if (frame % 11 == 0) eval("oPlayer.x += 3; global.told = clipboard_get_text() + clipboard_get_text(); never_there()");
+    if (frame % 50 == 3) eval("with (oEnemy) { takeDamage(500, 0, 0, 50) } 1");
+    ask({{"step", 1}, {"dt", 0.01 + frame % 5 * 0.002}});
+    return hash();
+  }
+  std::string hash() { return ask({{"hash", true}})["hash"]; }
+  std::string problem(const nlohmann::ordered_json& request) {
+    const auto reply = ask(request);
+    return reply.contains("error") ? reply["error"].get<std::string>() : "";
+  }
+};
+
+TEST_F(ConsolePast, SnapshotsHaveNames) {
+  for (int frame = 0; frame < 100; ++frame) play(frame);
+  const std::string there = hash();
+  const auto taken = ask({{"snapshot", "there"}});
+  EXPECT_EQ(taken["room"], "rArena");
+  std::vector<std::string> hashes;
+  for (int frame = 100; frame < 160; ++frame) hashes.push_back(play(frame));
+  EXPECT_EQ(ask({{"restore", "there"}}), taken);
+  EXPECT_EQ(hash(), there);
+  for (int frame = 100; frame < 160; ++frame) ASSERT_EQ(play(frame), hashes[static_cast<std::size_t>(frame - 100)]) << frame;
+
+  for (int i = 1; i < 16; ++i) EXPECT_EQ(problem({{"snapshot", "s" + std::to_string(i)}}), "");
+  EXPECT_EQ(problem({{"snapshot", "one more"}}), "there are 16 snapshots already; one that has a name can be taken anew");
+  EXPECT_EQ(problem({{"snapshot", "there"}}), "");
+  EXPECT_EQ(problem({{"restore", "there"}}), "");
+  EXPECT_EQ(hash(), hashes.back());
+  EXPECT_EQ(problem({{"restore", "nowhere"}}), "there is no snapshot 'nowhere'");
+  EXPECT_EQ(problem({{"snapshot", ""}}), "the name of a snapshot has 1 to 100 bytes");
+  EXPECT_EQ(problem({{"snapshot", 5}}), "\"snapshot\" must be a text");
+  EXPECT_EQ(problem({{"restore", nullptr}}), "\"restore\" must be a text");
+}
+
+// However far: the state behind that frame, from which the same leads to the same. What scripts heard from outside they hear again.
+TEST_F(ConsolePast, FramesCanBeTakenBack) {
+  int asked = 0;
+  give_answers([&] { return "answer " + std::to_string(++asked); });
+  EXPECT_EQ(problem({{"rewind", 1}}), "no frames are remembered; {\"rewind\": 0} begins with it");
+  std::vector<std::string> hashes;  // behind frame i
+  for (int frame = 0; frame <= 20; ++frame) hashes.push_back(play(frame));
+  EXPECT_EQ(problem({{"rewind", 0}}), "");
+  EXPECT_EQ(hash(), hashes.back());
+  int behind = 20;
+  const auto play_to = [&](int frame) {
+    for (int next = behind + 1; next <= frame; ++next) {
+      hashes.push_back(play(next));
+    }
+    behind = frame;
+  };
+  const auto rewind = [&](int frames) {
+    const int before = asked;
+    const auto reply = ask({{"rewind", frames}});
+    ASSERT_EQ(reply.contains("error"), false) << reply.dump();
+    behind -= frames;
+    hashes.resize(static_cast<std::size_t>(behind) + 1);
+    EXPECT_EQ(hash(), hashes.back()) << "behind frame " << behind;
+    EXPECT_EQ(asked, before) << "the machine is not asked again";
+  };
+  play_to(50);
+  EXPECT_EQ(problem({{"rewind", 31}}), "the last 30 frames are remembered, no more");
+  for (const int frames : {0, 1, 5, 24}) rewind(frames);
+  EXPECT_EQ(behind, 20);
+  play_to(900);
+  for (const int frames : {1, 59, 60, 61, 200, 20, 59}) rewind(frames);
+  eval("oPlayer.x += 100");  // taken back, too
+  rewind(0);
+  play_to(behind + 5);
+  rewind(2);
+  play_to(1000);
+  rewind(500);
+  EXPECT_EQ(problem({{"rewind", 601}}), "\"rewind\" must be a whole number of frames from 0 to 600");
+  EXPECT_EQ(problem({{"rewind", 1.5}}), "\"rewind\" must be a whole number of frames from 0 to 600");
+  play_to(1700);
+  rewind(600);
+
+  // A snapshot that is restored is another past.
+  ask({{"snapshot", "there"}});
+  play_to(1110);
+  ask({{"restore", "there"}});
+  EXPECT_EQ(problem({{"rewind", 1}}), "the last 0 frames are remembered, no more");
+}
+
+// What is remembered of frames is all that led from one to the next, at the same clock.
+TEST_F(ConsolePast, TheSameLeadsToTheSame) {
+  give_answers([] { return "always the same"; });
+  ask({{"rewind", 0}});
+  std::vector<std::string> hashes;
+  std::map<int, nlohmann::ordered_json> draws;
+  for (int frame = 0; frame < 300; ++frame) {
+    hashes.push_back(play(frame));
+    draws[frame] = ask({{"draws", true}});
+  }
+  for (const int back : {10, 130, 299}) {
+    ask({{"rewind", back}});
+    EXPECT_EQ(ask({{"draws", true}}), draws[299 - back]) << back;
+    for (int frame = 300 - back; frame < 300; ++frame) ASSERT_EQ(play(frame), hashes[static_cast<std::size_t>(frame)]) << frame;
+  }
 }
 
 std::string repeated(const std::string& part, int times) {
