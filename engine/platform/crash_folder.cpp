@@ -185,10 +185,10 @@ bool write_log() {
   return file.write(log_ring + start, to_the_edge) && file.write(log_ring, left - to_the_edge);
 }
 
-// Leaves no empty file behind.
+// What is no ordinary file any more, or empty, is no recording.
 bool copy_recording() {
   File from = File::to_read(recording_file.c_str());
-  if (!from.is_open()) return false;
+  if (!from.is_open()) return true;
   std::ptrdiff_t bytes = from.read(copied, sizeof copied);
   if (bytes <= 0) return bytes == 0;
   File to = File::to_write(path_of(kRecording));

