@@ -85,7 +85,7 @@ class Crashes : public ::testing::Test {
     for (std::string* each : {&ran.output, &ran.errors}) std::erase(*each, '\r');
     return ran;
   }
-  std::string program() const { return files::shell_word(ARENA_FAULTS) + " --data " + files::shell_word(data_) + " --headless"; }
+  std::string program() const { return "\"" ARENA_FAULTS "\" --data " + files::shell_word(data_) + " --headless"; }
   Ran crash(int key, const std::string& options) {
     const Variable wanted("ARENA_FAULT", std::to_string(key));
     return run(program() + " --demo --seed 11 --frames 20000 " + options);
@@ -244,7 +244,7 @@ TEST(CrashFolder, HoldsTheEndOfTheLog) {
   std::filesystem::remove_all(crashes);
 }
 
-[[gnu::noinline, gnu::no_sanitize("address", "undefined")]] void write_nowhere() { *static_cast<volatile int*>(nullptr) = 1; }
+[[gnu::noinline]] __attribute__((no_sanitize("address", "undefined"))) void write_nowhere() { *static_cast<volatile int*>(nullptr) = 1; }
 [[gnu::noinline]] void fail() { throw std::runtime_error("no room left"); }
 
 #ifndef _WIN32

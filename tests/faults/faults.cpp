@@ -23,7 +23,7 @@ bool is_fighting() { return instance_number(oEnemy) >= kFight; }
 volatile int* volatile nowhere = nullptr;
 volatile int depth = 0;
 
-[[gnu::noinline, gnu::no_sanitize("address", "undefined")]] void write_nowhere() { *nowhere = 1; }
+[[gnu::noinline]] __attribute__((no_sanitize("address", "undefined"))) void write_nowhere() { *nowhere = 1; }
 [[gnu::noinline]] int descend() {
   volatile char row[1024];
   row[static_cast<unsigned>(depth) % 1024] = 1;
