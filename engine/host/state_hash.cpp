@@ -1,5 +1,6 @@
 #include "engine/host/state_hash.h"
 
+#include <algorithm>
 #include <bit>
 #include <string_view>
 #include <unordered_map>
@@ -40,7 +41,7 @@ class StateWalk : public StateVisitor {
     ARENA_ASSERT(of.object_kind != ObjectKind::kArray);
     PropertyObject& object = static_cast<PropertyObject&>(of);
     for (const std::int32_t id : object.variable_ids()) {
-      text(variable_name(id));
+      variable(variable_name(id));
       plain(*object.find_variable(id));
     }
   }
@@ -50,17 +51,24 @@ class StateWalk : public StateVisitor {
   virtual void end_group() {}
   // A container, the how manieth that the group met. Other groups may come and go without changing it.
   virtual void met(std::string_view group, std::uint64_t number) = 0;
+  // What stands in such a container follows.
+  virtual void begin_content(std::string_view /*group*/, std::size_t /*number*/) {}
+  virtual void variable(std::string_view name) = 0;
+  virtual void kind(const RValue& value) = 0;
 
  private:
   void leave_group() {
     // The content of all containers that were met, in that order.
-    for (std::size_t i = 0; i < waiting_.size(); ++i) content(*waiting_[i]);
+    for (std::size_t i = 0; i < waiting_.size(); ++i) {
+      begin_content(group_, i);
+      content(*waiting_[i]);
+    }
     waiting_.clear();
     if (!group_.empty()) end_group();
   }
   void whole(std::uint64_t bits) { number(bits); }
   void plain(const RValue& value) {
-    whole(value.kind());
+    kind(value);
     double shown = value.real;
     switch (value.kind()) {
       case kNumber:
@@ -145,6 +153,8 @@ class Hasher final : public StateWalk {
     add(met_group_hash_);
     add(number);
   }
+  void variable(std::string_view name) override { text(name); }
+  void kind(const RValue& value) override { add(value.kind()); }
   void add(std::uint64_t bits) {
     ARENA_ASSERT(!figures.empty());  // a group was begun
     is_empty_ = false;
@@ -156,6 +166,9 @@ class Hasher final : public StateWalk {
   std::string_view met_group_;  // the last one, and its hash
   std::uint64_t met_group_hash_ = 0;
 };
+
+constexpr std::string_view kGroupMark = "-- ", kInstanceMark = "instance ";
+const std::string kContentMark = "in ";
 
 class Describer final : public StateWalk {
  public:
@@ -176,16 +189,26 @@ class Describer final : public StateWalk {
       lines += real_to_exact_text(value) + '\n';
     }
   }
-  void text(std::string_view text) override { lines.append(text) += '\n'; }
+  void text(std::string_view text) override {
+    for (const char c : text) c == '\n' ? lines += "\\n" : lines += c;  // a value is a line
+    lines += '\n';
+  }
   void clock(std::int64_t&) override {}
   void instance_id(std::int32_t instance) override {
     const auto found = places_.find(instance);
-    lines += found != places_.end() ? "instance " + std::to_string(found->second) + '\n' : "dead\n";
+    lines += found != places_.end() ? std::string(kInstanceMark) + std::to_string(found->second) + '\n' : "dead\n";
   }
 
  private:
-  void begin_group(std::string_view name) override { ((lines += "-- ") += name) += '\n'; }
-  void met(std::string_view group, std::uint64_t number) override { ((lines += group) += " #") += std::to_string(number) + '\n'; }
+  void begin_group(std::string_view name) override { ((lines += kGroupMark) += name) += '\n'; }
+  void met(std::string_view group, std::uint64_t number) override { lines += container(group, number) + '\n'; }
+  void begin_content(std::string_view group, std::size_t number) override { lines += kContentMark + container(group, number) + '\n'; }
+  void variable(std::string_view name) override { this->name(name); }
+  void kind(const RValue& value) override {
+    if (!value.is_number()) (lines += type_name(value)) += ' ';
+    if (value.kind() == kPointer) lines += '\n';
+  }
+  static std::string container(std::string_view group, std::uint64_t number) { return std::string(group) + " #" + std::to_string(number); }
   std::unordered_map<double, std::size_t> places_;  // of the living, by id
 };
 
@@ -212,6 +235,29 @@ std::string describe_state() {
   Describer describer;
   describer.whole_session();
   return describer.lines;
+}
+
+std::string first_difference(std::string_view here, std::string_view there) {
+  const auto take_line = [](std::string_view& from) {
+    const std::string_view line = from.substr(0, from.find('\n'));
+    from.remove_prefix(std::min(from.size(), line.size() + 1));
+    return line;
+  };
+  std::string_view group, holder;
+  while (!here.empty() || !there.empty()) {
+    const std::string_view line = take_line(here), other = take_line(there);
+    if (line != other) {
+      std::string found(group);
+      if (!holder.empty()) (found += ", ") += holder;
+      return found + ": " + std::string(line) + " here, " + std::string(other) + " there";
+    }
+    if (line.starts_with(kGroupMark)) {
+      group = line.substr(kGroupMark.size());
+      holder = {};
+    }
+    if (line.starts_with(kInstanceMark) || line.starts_with(kContentMark)) holder = line;
+  }
+  return {};
 }
 
 }  // namespace arena::host
