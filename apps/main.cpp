@@ -55,22 +55,27 @@ std::string unwritable_picture(const Options& options) {
   return files::on_one_line(options.screenshot) + ": the picture cannot be written";
 }
 
-int run_mode(host::Game& game, platform::Window* window, recording::Replay* replay, const Options& options) {
-  std::unique_ptr<Mode> mode;
-  if (replay != nullptr) {
-    mode = replay_mode(game, platform::has_display() ? window : nullptr, *replay, options);
-  } else if (options.console) {
-    mode = console_mode(game, options);
-  } else if (options.headless) {
-    mode = headless_mode(game, options);
-  } else if (platform::has_display()) {
-    mode = window_mode(game, *window, options);
-  } else {
-    mode = show_mode(game, options);
-  }
+// A recording that is played, and the game's part in it.
+struct Played {
+  recording::Recording recording;
+  std::unique_ptr<recording::Replay> replay;  // null: nothing is
+};
+
+std::unique_ptr<Mode> mode_for(host::Game& game, platform::Window* window, Played& played, const Options& options) {
+  const bool is_seen = !options.headless && platform::has_display();
+  if (played.replay != nullptr && !options.compare.empty()) return compare_mode(game, *played.replay, options);
+  if (played.replay != nullptr)
+    return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, options) : replay_mode(game, *played.replay, options);
+  if (options.console) return console_mode(game, options);
+  if (options.headless) return headless_mode(game, options);
+  return is_seen ? window_mode(game, *window, options) : show_mode(game, options);
+}
+
+int run_mode(host::Game& game, platform::Window* window, Played& played, const Options& options) {
+  const std::unique_ptr<Mode> mode = mode_for(game, window, played, options);
   platform::run_main_loop([&] { return mode->tick(); });
   if (!mode->problem().empty() && platform::end_request() == 0)
-    return fail(mode->problem(), false, replay != nullptr ? kAnotherRun : kFailed);
+    return fail(mode->problem(), false, played.replay != nullptr ? kAnotherRun : kFailed);
   if (!options.screenshot.empty() && !game.save_screenshot(options.screenshot)) return fail(unwritable_picture(options), false, kFailed);
   return kFine;
 }
@@ -102,75 +107,99 @@ bool find_fault(const recording::Recording& recorded, Options& options) {
   return true;
 }
 
-int run(const Options& options) {
-  std::string problem;
-  const bool wants_window = !options.headless;
-  const bool shows_offscreen = wants_window && !platform::has_display();
-  // Known before the game is played, not after.
-  std::error_code ignored;
-  if (std::filesystem::is_directory(files::path_of(options.screenshot), ignored))
-    return fail(unwritable_picture(options), wants_window, kFailed);
-  host::GameOptions game_options;
-  game_options.data = data::open_data_file(data_path(options), problem);
-  if (game_options.data == nullptr) return fail(problem, wants_window, kFailed);
-  game_options.room = options.room;
-  game_options.has_seed = options.has_seed;
-  game_options.seed = options.seed;
-  game_options.screenshot_folder = screenshot_folder;
+// The window that it was recorded in had this size.
+void take_size(const recording::Recording& recorded, platform::WindowOptions& options) {
+  for (const InputEvent& event : recorded.start.input) {
+    if (event.type != InputEvent::Type::kWindowSize || event.code <= 0 || event.value <= 0) continue;
+    options.width = event.code;
+    options.height = event.value;
+  }
+}
 
-  std::unique_ptr<platform::Window> window;
+// Window, drawing and sound, as far as they are wanted; false with a problem.
+bool open_screen(const Options& options, const recording::Recording& recorded, host::GameOptions& game_options,
+                 std::unique_ptr<platform::Window>& window, std::string& problem) {
+  const bool wants_window = !options.headless, shows_offscreen = wants_window && !platform::has_display();
   const bool draws_offscreen = shows_offscreen || (options.headless && !options.screenshot.empty());
   game_options.shows_frames = !draws_offscreen;
+  if (shows_offscreen) {
+    const char* const how = game_description().make_autoplayer != nullptr ? "plays itself" : "runs";
+    std::cerr << game_description().name << ": there is no display; the game " << how
+              << " off-screen and leaves pictures in Screenshots/\n";
+  }
   if (wants_window || draws_offscreen) {
-    if (shows_offscreen) {
-      const char* const how = game_description().make_autoplayer != nullptr ? "plays itself" : "runs";
-      std::cerr << game_description().name << ": there is no display; the game " << how
-                << " off-screen and leaves pictures in Screenshots/\n";
-    }
     platform::WindowOptions window_options;
     window_options.title = game_description().title;
     window_options.fullscreen = options.fullscreen;
     window_options.vsync = options.vsync && !draws_offscreen;
     window_options.offscreen = draws_offscreen;
+    take_size(recorded, window_options);
     window = platform::open_window(window_options, problem);
     if (window != nullptr) game_options.backend = window->create_backend(problem);
-    if (game_options.backend == nullptr) return fail(problem, wants_window, kFailed);
-    game_options.window = window.get();
+    if (game_options.backend == nullptr) return false;
+    if (options.replay.empty()) game_options.window = window.get();  // a replay sees none
   }
   if (wants_window && !options.mute && !shows_offscreen) {
     std::string no_sound;
     game_options.audio_device = audio::open_openal(no_sound);
     if (game_options.audio_device == nullptr) log_message(no_sound);
   }
+  return true;
+}
 
-  Options played = options;
-  // Both outlive the game.
-  recording::Recording recorded;
-  std::unique_ptr<recording::Replay> replay;
-  std::unique_ptr<recording::Recorder> recorder;
+// False with a problem.
+bool open_replay(const Options& options, const recording::Beginning& here, Played& played, std::string& problem) {
+  if (!recording::open_recording(options.replay, played.recording, problem)) return false;
+  problem = recording::misfit(played.recording.beginning, here);
+  if (!problem.empty()) problem = files::on_one_line(options.replay + ": " + problem);
+  played.replay = std::make_unique<recording::Replay>(played.recording);
+  return problem.empty();
+}
+
+// Null when the run is not recorded.
+std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const recording::Beginning& beginning) {
+  const bool is_wanted = !options.record.empty() || (!options.headless && !options.console);
+  if (!is_wanted || !options.replay.empty()) return nullptr;
+  const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
+  if (file.empty()) return nullptr;
+  std::error_code ignored;
+  platform::record_for_crash(std::filesystem::absolute(file, ignored));
+  return std::make_unique<recording::Recorder>(file, beginning);
+}
+
+int run(Options options) {
+  std::string problem;
+  // Known before the game is played, not after.
+  std::error_code ignored;
+  if (std::filesystem::is_directory(files::path_of(options.screenshot), ignored))
+    return fail(unwritable_picture(options), !options.headless, kFailed);
+  host::GameOptions game_options;
+  game_options.data = data::open_data_file(data_path(options), problem);
+  if (game_options.data == nullptr) return fail(problem, !options.headless, kFailed);
+  game_options.room = options.room;
+  game_options.has_seed = options.has_seed;
+  game_options.seed = options.seed;
+  game_options.screenshot_folder = screenshot_folder;
+
+  // All of these outlive the game.
+  Played played;
+  std::unique_ptr<platform::Window> window;
   const recording::Beginning beginning = beginning_of(options, *game_options.data);
   if (!options.replay.empty()) {
-    if (!recording::open_recording(options.replay, recorded, problem)) return fail(problem, wants_window, kFailed);
-    problem = recording::misfit(recorded.beginning, beginning);
-    if (!problem.empty()) return fail(files::on_one_line(options.replay + ": " + problem), wants_window, kFailed);
-    if (options.before_fault && !find_fault(recorded, played)) return kFine;
-    replay = std::make_unique<recording::Replay>(recorded);
-    replay->prepare(game_options);
-  } else if (!options.record.empty() || (!options.headless && !options.console)) {
-    const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
-    if (!file.empty()) {
-      recorder = std::make_unique<recording::Recorder>(file, beginning);
-      platform::record_for_crash(std::filesystem::absolute(file, ignored));
-    }
-    game_options.listener = recorder.get();
+    if (!open_replay(options, beginning, played, problem)) return fail(problem, !options.headless, kFailed);
+    if (options.before_fault && !find_fault(played.recording, options)) return kFine;
+    played.replay->prepare(game_options);
   }
+  if (!open_screen(options, played.recording, game_options, window, problem)) return fail(problem, !options.headless, kFailed);
+  const std::unique_ptr<recording::Recorder> recorder = make_recorder(options, beginning);
+  if (recorder != nullptr) game_options.listener = recorder.get();
 
   host::Started started = host::Game::start(std::move(game_options));
   if (started.game == nullptr)
-    return fail(started.problem, wants_window, started.failure == host::Started::Failure::kUnknownRoom ? kBadOption : kFailed);
-  const int status = run_mode(*started.game, window.get(), replay.get(), played);
+    return fail(started.problem, !options.headless, started.failure == host::Started::Failure::kUnknownRoom ? kBadOption : kFailed);
+  const int status = run_mode(*started.game, window.get(), played, options);
   if (recorder != nullptr) recorder->end();
-  if (replay != nullptr && status == kFine && options.verify) return tell_verdict(*replay, recorded);
+  if (played.replay != nullptr && status == kFine && options.verify) return tell_verdict(*played.replay, played.recording);
   return status;
 }
 

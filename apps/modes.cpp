@@ -1,6 +1,7 @@
 #include "apps/modes.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 
@@ -81,23 +82,41 @@ class FrameMode : public Mode {
   std::int64_t frames_, frame_ = 0;
 };
 
-class HeadlessMode final : public FrameMode {
+// Where --hashes goes.
+class HashLines {
  public:
-  HeadlessMode(host::Game& game, const Options& options) : FrameMode(game, options.frames, options.demo), path_(options.hashes) {
-    if (!path_.empty()) hashes_.open(files::path_of(path_), std::ios::binary);  // the same bytes on every system
+  explicit HashLines(const std::string& path) : path_(path) {
+    if (is_wanted() && !is_output()) file_.open(files::path_of(path), std::ios::binary);  // the same bytes on every system
+    is_good_ = is_output() || file_.good();
+  }
+  bool is_wanted() const { return !path_.empty(); }
+  bool is_good() const { return is_good_; }
+  std::string problem() const { return (is_output() ? "standard output" : files::on_one_line(path_)) + ": the hashes cannot be written"; }
+  void write(const std::string& line) {
+    is_good_ = is_output() ? platform::write_output(line + "\n") : (file_ << line << std::endl).good();
   }
 
+ private:
+  bool is_output() const { return path_ == "-"; }
+  std::string path_;
+  std::ofstream file_;
+  bool is_good_ = false;
+};
+
+class HeadlessMode final : public FrameMode {
+ public:
+  HeadlessMode(host::Game& game, const Options& options) : FrameMode(game, options.frames, options.demo), hashes_(options.hashes) {}
+
   NextTick tick() override {
-    if (!hashes_) return fail(files::on_one_line(path_) + ": the hashes cannot be written");
+    if (!hashes_.is_good()) return fail(hashes_.problem());
     if (!goes_on()) return NextTick::kNever;
     run_frame(kFrame);
-    if (!path_.empty() && frame() % kHashEvery == 0) hashes_ << frame() << " " << std::hex << host::state_hash() << std::dec << std::endl;
+    if (hashes_.is_wanted() && frame() % kHashEvery == 0) hashes_.write(hash_line(static_cast<std::size_t>(frame())));
     return NextTick::kAtOnce;
   }
 
  private:
-  std::string path_;
-  std::ofstream hashes_;
+  HashLines hashes_;
 };
 
 class WindowMode final : public FrameMode {
@@ -142,32 +161,31 @@ class ShowMode final : public FrameMode {
 
 class ReplayMode final : public Mode {
  public:
-  ReplayMode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options)
+  ReplayMode(host::Game& game, recording::Replay& replay, const Options& options)
       : game_(game),
-        window_(options.verify ? nullptr : window),
         replay_(replay),
         frames_(options.frames),
         verifies_(options.verify),
-        stays_(options.before_fault && window_ != nullptr) {}
+        describes_(options.describe),
+        hashes_(options.hashes) {}
 
   NextTick tick() override {
-    const bool has_played = replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_);
-    if (must_end() || (has_played && !stays_)) return NextTick::kNever;
-    if (window_ != nullptr) {
-      if (!window_->poll()) return NextTick::kNever;
-      if (has_played) return NextTick::kWithScreen;  // its last picture stays
-      int width = 0, height = 0;
-      window_->drawable_size(width, height);
-      game_.set_target_size(width, height);
-    }
+    if (!hashes_.is_good()) return fail(hashes_.problem());
+    if (must_end()) return NextTick::kNever;
+    if (replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_)) return end();
     replay_.step(game_);
+    if (hashes_.is_wanted()) hashes_.write(hash_line(replay_.frame()));
     if (verifies_) {
       if (const std::vector<std::string> parts = replay_.differences(); !parts.empty()) return fail(another_run(parts));
     }
-    return window_ != nullptr ? NextTick::kWithScreen : NextTick::kAtOnce;
+    return NextTick::kAtOnce;
   }
 
  private:
+  NextTick end() {
+    if (describes_ && !platform::write_output(host::describe_state())) return fail("the state cannot be written");
+    return NextTick::kNever;
+  }
   std::string another_run(const std::vector<std::string>& parts) const {
     std::string sentence = "the run is another one from second " + std::to_string(replay_.checkpoints_passed()) + " on (by frame " +
                            std::to_string(replay_.frame()) + "), in ";
@@ -175,21 +193,27 @@ class ReplayMode final : public Mode {
     return sentence;
   }
   host::Game& game_;
-  platform::Window* window_;
   recording::Replay& replay_;
   std::int64_t frames_;
-  bool verifies_, stays_;
+  bool verifies_, describes_;
+  HashLines hashes_;
 };
 
 }  // namespace
+
+std::string hash_line(std::size_t frame) {
+  char text[48];
+  std::snprintf(text, sizeof text, "%zu %llx", frame, static_cast<unsigned long long>(host::state_hash()));
+  return text;
+}
 
 std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options) { return std::make_unique<ConsoleMode>(game, options); }
 std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options) { return std::make_unique<HeadlessMode>(game, options); }
 std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options) {
   return std::make_unique<WindowMode>(game, window, options);
 }
-std::unique_ptr<Mode> replay_mode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options) {
-  return std::make_unique<ReplayMode>(game, window, replay, options);
+std::unique_ptr<Mode> replay_mode(host::Game& game, recording::Replay& replay, const Options& options) {
+  return std::make_unique<ReplayMode>(game, replay, options);
 }
 std::unique_ptr<Mode> show_mode(host::Game& game, const Options& options) { return std::make_unique<ShowMode>(game, options); }
 

@@ -16,7 +16,8 @@ class Window;
 }
 namespace recording {
 class Replay;
-}
+struct Recording;
+}  // namespace recording
 
 namespace apps {
 
@@ -38,13 +39,21 @@ class Mode {
   std::string problem_;
 };
 
-// Plays a recording at its own pace, or with --verify as fast as it goes; then says in problem() where the run is another one.
-std::unique_ptr<Mode> replay_mode(host::Game& game, platform::Window* window, recording::Replay& replay, const Options& options);
-// Game, window, replay and options outlive the mode.
+// Game, window, replay, recording and options outlive the mode.
+// Plays a recording as fast as it goes, and with --verify says in problem() where the run is another one.
+std::unique_ptr<Mode> replay_mode(host::Game& game, recording::Replay& replay, const Options& options);
+// The same in another build of the program, too; says in problem() where that one differs.
+std::unique_ptr<Mode> compare_mode(host::Game& game, recording::Replay& replay, const Options& options);
+// The game was started without the window.
+std::unique_ptr<Mode> viewer_mode(host::Game& game, platform::Window& window, recording::Replay& replay,
+                                  const recording::Recording& recorded, const Options& options);
 std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options);
 std::unique_ptr<Mode> show_mode(host::Game& game, const Options& options);
+
+// "FRAME HASH" of the current session.
+std::string hash_line(std::size_t frame);
 
 }  // namespace apps
 }  // namespace arena

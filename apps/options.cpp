@@ -24,6 +24,36 @@ bool take_text(const std::string& value, std::string& text) {
 
 std::string quoted(const std::string& argument) { return "'" + files::on_one_line(argument) + "'"; }
 
+// Options that ask for others, or stand in each other's way.
+std::string what_does_not_fit(const Options& options) {
+  const bool replays = !options.replay.empty();
+  const struct {
+    bool is_given;
+    const char* name;
+    bool has_partner;
+    const char* partner;
+  } pairs[] = {{options.console, "--console", options.headless, "--headless"},
+               {!options.hashes.empty(), "--hashes", options.headless, "--headless"},
+               {options.verify, "--verify", replays, "--replay"},
+               {options.before_fault, "--before-fault", replays, "--replay"},
+               {options.describe, "--describe", replays, "--replay"},
+               {!options.compare.empty(), "--compare", replays, "--replay"},
+               {options.take_over >= 0, "--take-over", replays, "--replay"}};
+  for (const auto& each : pairs) {
+    if (each.is_given && !each.has_partner) return std::string(each.name) + " goes with " + each.partner;
+  }
+  // The recording says how the run began and what was pressed.
+  const std::pair<bool, const char*> strangers[] = {{!options.record.empty() && options.take_over < 0, "--record"},
+                                                    {options.demo, "--demo"},
+                                                    {options.console, "--console"},
+                                                    {options.has_seed, "--seed"},
+                                                    {!options.room.empty(), "--room"}};
+  for (const auto& [is_given, name] : strangers) {
+    if (replays && is_given) return std::string(name) + " does not go with --replay";
+  }
+  return "";
+}
+
 }  // namespace
 
 bool parse_options(const std::vector<std::string>& arguments, Options& options, std::string& problem) {
@@ -35,6 +65,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
                                                                  {"--demo", [&] { options.demo = true; }},
                                                                  {"--verify", [&] { options.verify = true; }},
                                                                  {"--before-fault", [&] { options.before_fault = true; }},
+                                                                 {"--describe", [&] { options.describe = true; }},
                                                                  {"--builtins", [&] { options.shows_builtins = true; }},
                                                                  {"--help", [&] { options.shows_help = true; }},
                                                                  {"--version", [&] { options.shows_version = true; }}};
@@ -43,6 +74,8 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       {"--room", [&](const std::string& value) { return take_text(value, options.room); }},
       {"--record", [&](const std::string& value) { return take_text(value, options.record); }},
       {"--replay", [&](const std::string& value) { return take_text(value, options.replay); }},
+      {"--compare", [&](const std::string& value) { return take_text(value, options.compare); }},
+      {"--take-over", [&](const std::string& value) { return read_number(value, options.take_over) && options.take_over >= 0; }},
       {"--hashes", [&](const std::string& value) { return take_text(value, options.hashes); }},
       {"--screenshot", [&](const std::string& value) { return take_text(value, options.screenshot); }},
       {"--seed", [&](const std::string& value) { return options.has_seed = true, read_number(value, options.seed); }},
@@ -67,28 +100,9 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       return false;
     }
   }
-  if ((options.console || !options.hashes.empty()) && !options.headless) {
-    problem = std::string(options.console ? "--console" : "--hashes") + " goes with --headless";
-    return false;
-  }
-  if ((options.verify || options.before_fault) && options.replay.empty()) {
-    problem = std::string(options.verify ? "--verify" : "--before-fault") + " goes with --replay";
-    return false;
-  }
-  if (!options.replay.empty()) {
-    // The recording says how the run began and what was pressed.
-    const std::pair<bool, const char*> others[] = {{!options.record.empty(), "--record"},
-                                                   {options.demo, "--demo"},
-                                                   {options.console, "--console"},
-                                                   {options.has_seed, "--seed"},
-                                                   {!options.room.empty(), "--room"}};
-    for (const auto& [is_given, name] : others) {
-      if (!is_given) continue;
-      problem = std::string(name) + " does not go with --replay";
-      return false;
-    }
-    options.headless = options.headless || options.verify;
-  }
+  problem = what_does_not_fit(options);
+  if (!problem.empty()) return false;
+  options.headless = options.headless || options.verify || options.describe || !options.compare.empty();
   if (options.demo && game_description().make_autoplayer == nullptr) {
     problem = "this game cannot play itself";
     return false;
@@ -117,8 +131,12 @@ std::string help_text() {
          "  --replay FILE      plays a recording\n"
          "  --verify           with --replay: as fast as it goes, without window; status 5 when it is not the same run\n"
          "  --before-fault     with --replay: stops before the frame in which the run broke off\n"
+         "  --compare PROGRAM  with --replay: plays it in another build of the game, too; status 5 when that differs, and in what\n"
+         "  --take-over FRAME  with --replay: plays on from there yourself, as a new run\n"
+         "  --describe         with --replay: writes the whole state at the end to standard output, a value a line\n"
          "  --screenshot FILE  writes a PNG at the end\n"
-         "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames\n"
+         "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames, of a replay every frame; -: standard "
+         "output\n"
          "  --builtins         writes docs/builtins.md to standard output\n"
          "  --version, --help\n";
 }

@@ -18,6 +18,7 @@
 #include "runtime/builtins/implement.h"
 #include "runtime/builtins/screen.h"
 #include "runtime/input/input_state.h"
+#include "runtime/input/outside.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/world.h"
@@ -190,6 +191,20 @@ void Game::restore(const Snapshot& snapshot) {
   snapshot.restore(session_);
   if (audio_device_ != nullptr) audio_device_->forget();
   platform::follow_window_state();
+}
+
+void Game::hand_over(platform::Window& window) {
+  const SessionScope scope(session_);
+  give_answers({});
+  InputEvent focus;
+  focus.type = InputEvent::Type::kFocus;
+  replace_queued_input({});
+  for (const int gained : {0, 1}) {
+    focus.value = gained;
+    push_input(focus);
+  }
+  platform::use_window(&window);
+  window.announce();
 }
 
 void Game::set_picture_above(std::function<void()> draw) {

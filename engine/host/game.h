@@ -79,6 +79,10 @@ class Game {
   // shares with an earlier one of that game what has not changed since.
   void take_snapshot(Snapshot& into, const Snapshot* earlier = nullptr);
   void restore(const Snapshot& snapshot);
+  // From the next frame on; null: nobody. Not owned.
+  void set_listener(FrameListener* listener) { listener_ = listener; }
+  // From here on scripts reach this window and it tells the game what happens in it; keys and buttons that are down go up first.
+  void hand_over(platform::Window& window);
   // Pixels of the drawing area; follows the window.
   void set_target_size(int width, int height);
   gpu::Gpu& gpu() { return *gpu_; }

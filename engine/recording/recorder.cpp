@@ -11,11 +11,31 @@ namespace arena::recording {
 Recorder::Recorder(const std::filesystem::path& file, Beginning beginning)
     : name_(files::utf8_of(file)), beginning_(std::move(beginning)), stream_(file, std::ios::binary) {}
 
-void Recorder::before_start() {
+Recorder::Recorder(const std::filesystem::path& file, const Recording& from, std::size_t frames) : Recorder(file, from.beginning) {
+  const auto copy_answers = [&](const Frame& of) {
+    for (const std::string& answer : of.answers) write(writer_.answer(answer));
+  };
+  begin(from.start.input);
+  copy_answers(from.start);
+  auto checkpoint = from.checkpoints.begin();
+  while (frames_ < frames) {
+    const Frame& next = from.frames[frames_++];
+    since_checkpoint_ += next.microseconds;
+    write(writer_.frame(next.microseconds, next.input));
+    copy_answers(next);
+    if (checkpoint == from.checkpoints.end() || checkpoint->frames != frames_) continue;
+    write(writer_.checkpoint(*checkpoint++));
+    since_checkpoint_ = 0;
+  }
+}
+
+void Recorder::before_start() { begin(queued_input()); }
+
+void Recorder::begin(const std::vector<InputEvent>& input) {
   has_begun_ = true;
   hear_answers([this](const std::string& answer) { write(writer_.answer(answer)); });
   write(writer_.beginning(beginning_));
-  write(writer_.start(queued_input()));
+  write(writer_.start(input));
 }
 
 void Recorder::before_frame(std::int64_t microseconds) {

@@ -15,6 +15,8 @@ namespace arena::recording {
 class Recorder final : public host::FrameListener {
  public:
   Recorder(const std::filesystem::path& file, Beginning beginning);
+  // Goes on behind so many frames of a recording, of which a copy comes first: the current session has played it up to there.
+  Recorder(const std::filesystem::path& file, const Recording& from, std::size_t frames);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
@@ -27,6 +29,7 @@ class Recorder final : public host::FrameListener {
   bool is_recording() const { return is_recording_; }
 
  private:
+  void begin(const std::vector<InputEvent>& input);
   void write(const std::string& bytes);
   void write_checkpoint();
 
