@@ -143,7 +143,7 @@ class ViewerMode final : public Mode {
       return true;
     }
     while (replay_.frame() < to) {
-      game_.show_frames(replay_.frame() + 1 == to);
+      game_.be_watched(replay_.frame() + 1 == to, true);
       replay_.step(game_);
     }
     return true;

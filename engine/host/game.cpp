@@ -61,7 +61,7 @@ void end_frame() {
     screen().picture = service->gpu().read_pixels();
     screen().picture_wanted = screen().picture.empty();
   }
-  if (screen().draw_above) {
+  if (screen().draw_above && service->gpu().passes_frame()) {
     screen().draw_above();
     service->serve_session();
   }
@@ -210,11 +210,6 @@ void Game::hand_over(platform::Window& window) {
 void Game::set_picture_above(std::function<void()> draw) {
   const SessionScope scope(session_);
   screen().draw_above = std::move(draw);
-}
-
-void Game::draw() {
-  const SessionScope scope(session_);
-  draw_frame();
 }
 
 void Game::take_screenshot() { screen().picture_wanted = true; }

@@ -90,8 +90,6 @@ class Game {
   const data::DataFile& data() const { return *data_; }
   // Draws over each frame before it is shown; pictures that are taken of the game are without it. Empty: nothing does.
   void set_picture_above(std::function<void()> draw);
-  // Draws the world as it stands once more.
-  void draw();
   // Draws the world as it stands once more and writes that as a PNG, whole or not at all; false when that fails.
   bool save_screenshot(const std::string& path);
   // The next frame is written under the first free number, in the folder for screenshots; a failure is logged.

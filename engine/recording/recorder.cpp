@@ -49,7 +49,10 @@ void Recorder::after_frame() {
 }
 
 void Recorder::end() {
-  if (is_recording_ && has_begun_) write_checkpoint();
+  if (is_recording_ && has_begun_) {
+    replace_queued_input({});  // what came behind the last frame is no part of the run
+    write_checkpoint();
+  }
   is_recording_ = false;
   stream_.close();
 }
