@@ -52,6 +52,12 @@ TEST(CommandLine, EveryMistakeGetsOneLine) {
               {{"--console"}, "--console goes with --headless"},
               {{"--hashes", "x"}, "--hashes goes with --headless"},
               {{"--verify"}, "--verify goes with --replay"},
+              {{"--describe"}, "--describe goes with --replay"},
+              {{"--compare", "x"}, "--compare goes with --replay"},
+              {{"--take-over", "5"}, "--take-over goes with --replay"},
+              {{"--take-over", "-1", "--replay", "x"}, "option '--take-over' cannot take '-1'"},
+              {{"--replay", "x", "--record", "y"}, "--record does not go with --replay"},
+              {{"--replay", "x", "--seed", "1"}, "--seed does not go with --replay"},
               {{"--before-fault"}, "--before-fault goes with --replay"}};
   for (const auto& row : rows) EXPECT_EQ(problem_of(row.arguments), row.problem);
 }

@@ -1,4 +1,5 @@
 """Opens the program in a window of a display of its own, without a window manager: it fills the display when asked to, and ends in time.
+What somebody plays there is recorded and proves to be the same run without a window; a replay is taken over, and the new run is one, too.
 
 usage: check_display.py ARENA
 """
@@ -36,13 +37,13 @@ class Display:
         return done.stdout if done.returncode == 0 else ""
 
 
-def start(display, home, *arguments):
+def start(display, home, *arguments, plays=("--room", "rArena", "--demo")):
     environment = dict(os.environ, HOME=home, XDG_RUNTIME_DIR=home, SDL_AUDIODRIVER="dummy", ALSOFT_DRIVERS="null", XDG_STATE_HOME=home, XDG_DATA_HOME=home)
     for name in ("DISPLAY", "WAYLAND_DISPLAY"):
         environment.pop(name, None)
     if display is not None:
         environment["DISPLAY"] = display.name
-    return subprocess.Popen([ARENA, "--mute", "--room", "rArena", "--demo", *arguments], cwd=home, env=environment, stderr=subprocess.PIPE,
+    return subprocess.Popen([ARENA, "--mute", *plays, *arguments], cwd=home, env=environment, stderr=subprocess.PIPE,
                             text=True)
 
 
@@ -84,6 +85,60 @@ def end(program, by, expected):
     return problems
 
 
+def recordings(home):
+    return sorted(os.path.join(folder, name) for folder, _, names in os.walk(home) for name in names if name.endswith(".rec"))
+
+
+def has_grown(path, by):
+    """Whether the file has so many bytes more than when first asked."""
+    before = os.path.getsize(path)
+    return lambda: os.path.getsize(path) >= before + by
+
+
+def verify(recording):
+    done = subprocess.run([ARENA, "--replay", recording, "--verify"], capture_output=True, text=True)
+    return [] if done.returncode == 0 else ["%s: status %d, %s" % (os.path.basename(recording), done.returncode, done.stderr.strip())]
+
+
+def play(display, key, x, y):
+    display.ask("mousemove", str(x), str(y))
+    for what in (("keydown", key), ("mousedown", "1")):
+        display.ask(*what)
+    time.sleep(0.4)
+    for what in (("keyup", key), ("mouseup", "1")):
+        display.ask(*what)
+
+
+def check_recordings(display, home):
+    problems = []
+    program = start(display, home, plays=("--room", "rArena"))
+    if until(lambda: geometry(display) and recordings(home), program) is None:
+        return ["nothing was recorded"] + end(program, signal.SIGTERM, 143)
+    for number, key in enumerate("wasd"):
+        play(display, key, 300 + 100 * number, 400)
+    problems += end(program, signal.SIGTERM, 143)
+    first = recordings(home)[0]
+    state = subprocess.run([ARENA, "--replay", first, "--describe"], capture_output=True, text=True).stdout
+    if "last_key: %d\n" % ord("D") not in state:
+        problems.append("the recording does not hold the last key")
+    problems += verify(first)
+
+    program = start(display, home, "--replay", first, plays=())
+    until(lambda: geometry(display), program)
+    for _ in range(50):  # until the first pass is done
+        display.ask("key", "t")
+        if len(recordings(home)) > 1:
+            break
+        time.sleep(0.2)
+    if len(recordings(home)) < 2:
+        return problems + ["the replay was not taken over"] + end(program, signal.SIGTERM, 143)
+    second = recordings(home)[1]
+    play(display, "d", 700, 300)
+    until(has_grown(second, 100), program)
+    problems += end(program, signal.SIGTERM, 143)
+    return problems + verify(second)
+
+
 def check():
     problems = []
     with Display() as display:
@@ -97,6 +152,8 @@ def check():
             if until(lambda: geometry(display), program) is None:
                 problems.append("no window opened")
             problems += end(program, signal.SIGINT, 130)
+        with tempfile.TemporaryDirectory() as home:
+            problems += check_recordings(display, home)
     for by, status in ((signal.SIGTERM, 143), (signal.SIGINT, 130)):
         with tempfile.TemporaryDirectory() as home:
             program = start(None, home, "--frames", "10000000")
