@@ -64,7 +64,8 @@ def read_equivalent(path):
 
 
 class Pass:
-    """What was done with one seed, kept in a file with a line for each change; the last line about a change holds."""
+    """What was done with one seed, kept in a file with a line for each change; the last line about a change holds. Lines may have moved since:
+    a change is known by its texts, and of two alike one is tried."""
 
     def __init__(self, path):
         self.path = path
@@ -72,15 +73,11 @@ class Pass:
         if path.exists():
             for line in path.read_text(encoding="utf-8").splitlines():
                 record = json.loads(line)
-                self.done[self.place(Change(*(record[name] for name in Change._fields)))] = record
-
-    @staticmethod
-    def place(change):
-        return (*change.key(), change.line)
+                self.done[Change(*(record[name] for name in Change._fields)).key()] = record
 
     def add(self, change, outcome, by, seconds):
         record = {**change._asdict(), "outcome": outcome, "by": by, "seconds": round(seconds, 1)}
-        self.done[self.place(change)] = record
+        self.done[change.key()] = record
         self.path.parent.mkdir(parents=True, exist_ok=True)
         with self.path.open("a", encoding="utf-8") as file:
             file.write(json.dumps(record) + "\n")
@@ -94,7 +91,8 @@ def run_again(drawn, done, equivalent, bench):
     """Judges the survivors once more, each in the batch that it was in."""
     for first in range(0, len(drawn), BATCH):
         batch = drawn[first : first + BATCH]
-        again = [change for change, _ in done.changes(("survived",), equivalent) if change in batch]
+        survivors = {change.key() for change, _ in done.changes(("survived",), equivalent)}
+        again = [change for change in batch if change.key() in survivors]
         if again:
             judge_batch(batch, again, done, bench)
 
@@ -106,7 +104,7 @@ def run_pass(drawn, done, count, equivalent, bench):
         if len(done.changes(("noticed", "survived"), equivalent)) >= count:
             return
         batch = drawn[first : first + BATCH]
-        left = [change for change in batch if change.key() not in equivalent and done.place(change) not in done.done]
+        left = [change for change in batch if change.key() not in equivalent and change.key() not in done.done]
         if left:
             judge_batch(batch, left, done, bench)
 
