@@ -1,5 +1,4 @@
 // Start-up and shut-down.
-#include <algorithm>
 #include <iostream>
 #include <new>
 
@@ -90,8 +89,8 @@ int tell_verdict(const recording::Replay& replay, const recording::Recording& re
   return recorded.damage.empty() ? kFine : fail(recorded.damage, false, kFailed);
 }
 
-// Where to stop, and says so; false when nothing is to be played before the fault.
-bool find_fault(const recording::Recording& recorded, Options& options) {
+// Takes the frame that failed off the recording, and says so; false when nothing is left to be played.
+bool stop_before_fault(recording::Recording& recorded) {
   if (!recorded.damage.empty()) return true;
   if (!recorded.breaks_off()) {
     std::cout << "every frame of the run ended: there is no fault to stop before" << std::endl;
@@ -101,9 +100,8 @@ bool find_fault(const recording::Recording& recorded, Options& options) {
     std::cout << "the run broke off in its start: there is no frame before the fault" << std::endl;
     return false;
   }
-  const std::int64_t broken = static_cast<std::int64_t>(recorded.frames.size());
-  std::cout << "the run broke off in frame " << broken << ": the replay stops before it" << std::endl;
-  options.frames = options.frames < 0 ? broken - 1 : std::min(options.frames, broken - 1);
+  std::cout << "the run broke off in frame " << recorded.frames.size() << ": the replay stops before it" << std::endl;
+  recorded.frames.pop_back();
   return true;
 }
 
@@ -167,7 +165,7 @@ std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const
   return std::make_unique<recording::Recorder>(file, beginning);
 }
 
-int run(Options options) {
+int run(const Options& options) {
   std::string problem;
   // Known before the game is played, not after.
   std::error_code ignored;
@@ -187,7 +185,7 @@ int run(Options options) {
   const recording::Beginning beginning = beginning_of(options, *game_options.data);
   if (!options.replay.empty()) {
     if (!open_replay(options, beginning, played, problem)) return fail(problem, !options.headless, kFailed);
-    if (options.before_fault && !find_fault(played.recording, options)) return kFine;
+    if (options.before_fault && !stop_before_fault(played.recording)) return kFine;
     played.replay->prepare(game_options);
   }
   if (!open_screen(options, played.recording, game_options, window, problem)) return fail(problem, !options.headless, kFailed);

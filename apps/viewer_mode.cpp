@@ -23,6 +23,7 @@ using platform::NextTick;
 
 constexpr std::int64_t kLongestTick = 250'000;  // microseconds: a stall is not made up for beyond that
 constexpr double kFastestHeard = 2;
+constexpr double kBeforeEnd = 5;            // seconds
 constexpr std::int64_t kPassTick = 30'000;  // microseconds of the first pass between two pictures
 
 class ViewerMode final : public Mode {
@@ -36,6 +37,7 @@ class ViewerMode final : public Mode {
         timeline_(game, replay),
         controls_(std::make_unique<host::Companion>(game, "oReplayViewer", &window)),
         record_(options.record),
+        begins_at_end_(options.before_fault),
         last_frame_(options.frames),
         take_over_at_(options.take_over) {
     ends_.reserve(recorded.frames.size() + 1);
@@ -105,7 +107,7 @@ class ViewerMode final : public Mode {
   // The first pass, whose pictures fly by.
   void read_on() {
     if (timeline_.build(kPassTick)) {
-      timeline_.seek(0);
+      timeline_.seek(begins_at_end_ ? frame_at(std::max(0.0, seconds_at(timeline_.frames()) - kBeforeEnd)) : 0);
     } else {
       game_.draw();
     }
@@ -175,6 +177,7 @@ class ViewerMode final : public Mode {
   // How it ends, where that is worth a word.
   std::string note() const {
     if (!timeline_.error().empty()) return "A script error ends this run.";
+    if (begins_at_end_) return "The fault is in the frame behind the last one.";
     return recorded_.damage;
   }
 
@@ -187,6 +190,7 @@ class ViewerMode final : public Mode {
   std::unique_ptr<recording::Recorder> recorder_;  // from then on
   std::vector<std::int64_t> ends_;                 // microseconds at which so many frames had run
   std::string record_;                             // where; "": among the last runs
+  bool begins_at_end_;                             // a few seconds before it, for whoever looks for a fault
   std::int64_t last_frame_, take_over_at_, before_ = platform::steady_microseconds();
   double due_ = 0;  // microseconds of the run whose turn it is
   std::size_t marks_told_ = 0;

@@ -21,7 +21,8 @@ std::uint64_t state_hash();
 // What the hash sees, a value a line, with the clock left out and instances numbered by their order: two runs that differ in nothing but
 // when they began and which ids they were given have the same text, and where texts differ a comparison by lines shows what does.
 std::string describe_state();
-// The first line in which two such descriptions differ, and where it stands: "oEnemy, instance 17: hp: 12 here, 13 there"; "" for equal ones.
+// The first line in which two such descriptions differ, and where it stands: "oEnemy, instance 17: hp: 12 here, 13 there"; "" for equal
+// ones.
 std::string first_difference(std::string_view here, std::string_view there);
 
 }  // namespace arena::host
