@@ -9,7 +9,7 @@
 namespace arena::recording {
 
 Recorder::Recorder(const std::filesystem::path& file, Beginning beginning)
-    : name_(files::utf8_of(file)), beginning_(std::move(beginning)), stream_(file, std::ios::binary) {}
+    : name_(files::utf8_of(file)), beginning_(std::move(beginning)), stream_(file, std::ios::binary), disk_(file) {}
 
 Recorder::Recorder(const std::filesystem::path& file, const Recording& from, std::size_t frames) : Recorder(file, from.beginning) {
   const auto copy_answers = [&](const Frame& of) {
@@ -60,9 +60,10 @@ void Recorder::end() {
 void Recorder::write_checkpoint() {
   since_checkpoint_ = 0;
   write(writer_.checkpoint(checkpoint_of(frames_, host::state_figures())));
+  disk_.request();
 }
 
-// Each piece reaches the system at once: it survives the end of the program, however that comes.
+// Each piece reaches the system at once: it survives the end of the program, however that comes; and the disk within a second.
 void Recorder::write(const std::string& bytes) {
   if (!is_recording_) return;
   stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "engine/files/disk_sync.h"
 #include "engine/host/game.h"
 #include "engine/recording/recording.h"
 
@@ -36,6 +37,7 @@ class Recorder final : public host::FrameListener {
   std::string name_;
   Beginning beginning_;
   std::ofstream stream_;
+  files::DiskSync disk_;  // once with each checkpoint
   Writer writer_;
   std::size_t frames_ = 0;
   std::int64_t since_checkpoint_ = 0;  // microseconds
