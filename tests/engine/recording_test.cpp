@@ -5,11 +5,20 @@
 
 #include <algorithm>
 #include <bit>
+#include <filesystem>
 #include <limits>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
+
+#include "engine/recording/recorder.h"
 #include "engine/recording/replay.h"
+#include "game/autoplayer/autoplayer.h"
 #include "runtime/instances_loop/random.h"
+#include "tests/support/long_runs.h"
 #include "tests/support/recorded_fight.h"
+#include "tests/support/test_game.h"
 
 namespace arena::test {
 namespace {
@@ -224,11 +233,18 @@ TEST(Recordings, DamageIsNeverAnotherRun) {
   EXPECT_GT(noticed, 80000) << cut;
 }
 
-TEST(PlayedRecordings, AreTheSameRun) {
-  const Recording recorded = read_fight(record_a_fight());
-  ASSERT_EQ(recorded.frames.size(), 600u);
-  ASSERT_GE(recorded.checkpoints.size(), 8u);
-  EXPECT_GT(recorded.checkpoints.back().figures.size(), 15u);
+// KB that the process ever had; 0 where the system does not say.
+long most_memory() {
+#ifdef _WIN32
+  return 0;
+#else
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  return used.ru_maxrss;
+#endif
+}
+
+void expect_the_same_run(const Recording& recorded) {
   recording::Replay replay(recorded);
   host::GameOptions options;
   replay.prepare(options);
@@ -238,6 +254,14 @@ TEST(PlayedRecordings, AreTheSameRun) {
     ASSERT_EQ(replay.differences(), std::vector<std::string>()) << replay.frame();
   }
   EXPECT_EQ(replay.checkpoints_passed(), recorded.checkpoints.size());
+}
+
+TEST(PlayedRecordings, AreTheSameRun) {
+  const Recording recorded = read_fight(record_a_fight());
+  ASSERT_EQ(recorded.frames.size(), 600u);
+  ASSERT_GE(recorded.checkpoints.size(), 8u);
+  EXPECT_GT(recorded.checkpoints.back().figures.size(), 15u);
+  expect_the_same_run(recorded);
 }
 
 // One press that is left out, one microsecond: the hashes say so, and in which parts.
@@ -277,6 +301,64 @@ TEST(Recordings, OfOtherGamesVersionsAndDataDoNotFit) {
   EXPECT_EQ(recording::misfit(other, here), "the recording was made by version 0.9 of the game, this is version 1.0");
   other.game = "samples";
   EXPECT_EQ(recording::misfit(other, here), "the recording is of 'samples', this is 'arena'");
+}
+
+// Ten minutes of the autoplayer, or hours where tests are to go on for longer: recorded as they happen, the same run again, and after the
+// first tenth the process has all the memory that it needs.
+TEST(PlayedRecordings, OfManyMinutesAreTheSameRun) {
+  const int frames = (kStressBuild ? 1800 : 36000) * longer();
+  const std::string path = temporary_path("minutes.rec");
+  {
+    recording::Recorder recorder(path, {"arena", "1", 5, "", true, 11});
+    host::GameOptions options;
+    options.listener = &recorder;
+    options.has_seed = true;
+    options.seed = 11;
+    const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
+    autoplayer::ArenaPlayer player;
+    long after_a_tenth = 0;
+    for (int frame = 0; frame < frames; ++frame) {
+      if (frame == frames / 10) after_a_tenth = most_memory();
+      player.play();
+      game->run_frame(16667);
+    }
+    recorder.end();
+    if (longer() >= 60) {
+      EXPECT_LE(most_memory() - after_a_tenth, 1024);
+    }
+  }
+  const Recording recorded = read_fight(path);
+  ASSERT_EQ(recorded.frames.size(), static_cast<std::size_t>(frames));
+  EXPECT_LT(std::filesystem::file_size(path), static_cast<std::size_t>(frames) * 10);  // 1 MB for half an hour
+  expect_the_same_run(recorded);
+}
+
+// Somebody plays on from the middle of a recording: the new one is a run of its own, from its start.
+TEST(PlayedRecordings, CanBeGoneOnWith) {
+  const Recording recorded = read_fight(record_a_fight());
+  for (const std::size_t from : {std::size_t{0}, std::size_t{77}, std::size_t{600}}) {
+    const std::string path = temporary_path("taken-over.rec");
+    recording::Replay replay(recorded);
+    host::GameOptions options;
+    replay.prepare(options);
+    const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
+    while (replay.frame() < from) replay.step(*game);
+    recording::Recorder recorder(path, recorded, from);
+    game->set_listener(&recorder);
+    push_key('A', true);
+    for (int frame = 0; frame < 150; ++frame) {
+      if (frame == 40) push_button(1, true);
+      game->run_frame(20000);
+    }
+    recorder.end();
+    const Recording played_on = read_fight(path);
+    EXPECT_EQ(played_on.frames.size(), from + 150);
+    EXPECT_FALSE(played_on.breaks_off());
+    if (from > 0) {
+      EXPECT_EQ(shown(played_on.frames[from - 1]), shown(recorded.frames[from - 1]));
+    }
+    expect_the_same_run(played_on);
+  }
 }
 
 }  // namespace
