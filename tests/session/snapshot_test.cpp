@@ -133,7 +133,8 @@ TEST_F(Snapshots, ShareWhatHasNotChanged) {
   }
   Snapshot alone;
   game->take_snapshot(alone);
-  EXPECT_LT(bytes, all.size() * alone.bytes() / 2) << "of " << alone.bytes();
+  // Where every growth moves memory, less stays as it was.
+  EXPECT_LT(bytes, all.size() * alone.bytes() * (kStressBuild ? 3 : 2) / 4) << "of " << alone.bytes();
   expect_all_there("all");
   for (int i = 0; i < 4; ++i) {
     const std::size_t gone = any();
