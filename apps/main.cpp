@@ -65,7 +65,7 @@ std::unique_ptr<Mode> mode_for(host::Game& game, platform::Window* window, Playe
   if (played.replay != nullptr && !options.compare.empty()) return compare_mode(game, *played.replay, options);
   if (played.replay != nullptr)
     return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, options) : replay_mode(game, *played.replay, options);
-  if (options.console) return console_mode(game, options);
+  if (options.console && !is_seen) return console_mode(game, options);
   if (options.headless) return headless_mode(game, options);
   return is_seen ? window_mode(game, *window, options) : show_mode(game, options);
 }
@@ -156,7 +156,7 @@ bool open_replay(const Options& options, const recording::Beginning& here, Playe
 
 // Null when the run is not recorded.
 std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const recording::Beginning& beginning) {
-  const bool is_wanted = !options.record.empty() || (!options.headless && !options.console);
+  const bool is_wanted = !options.record.empty() || !options.headless;
   if (!is_wanted || !options.replay.empty()) return nullptr;
   const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
   if (file.empty()) return nullptr;

@@ -35,6 +35,31 @@ std::unique_ptr<Autoplayer> autoplayer(bool wanted) {
   return wanted && game_description().make_autoplayer != nullptr ? game_description().make_autoplayer() : nullptr;
 }
 
+// A console beside a window: its requests are answered between two frames.
+class WindowConsole {
+ public:
+  explicit WindowConsole(host::Game& game) : console_(game, {nullptr, must_end}), lines_(console::kLongestRequest) {}
+
+  bool holds_clock() const { return console_.holds_clock(); }
+  // False when somebody quit. When nobody speaks any more the game goes on by the clock.
+  bool answer() {
+    using Result = platform::InputLines::Result;
+    while (is_open_ && !console_.has_quit()) {
+      const Result result = lines_.next_if_there(line_);
+      if (result == Result::kNothing) break;
+      is_open_ = result == Result::kLine && platform::write_output(console_.answer(line_) + "\n");
+      if (!is_open_) console_.answer("{\"run\": true}");
+    }
+    return !console_.has_quit();
+  }
+
+ private:
+  console::Console console_;
+  platform::InputLines lines_;
+  std::string line_;
+  bool is_open_ = true;
+};
+
 class ConsoleMode final : public Mode {
  public:
   ConsoleMode(host::Game& game, const Options& options)
@@ -122,22 +147,29 @@ class HeadlessMode final : public FrameMode {
 class WindowMode final : public FrameMode {
  public:
   WindowMode(host::Game& game, platform::Window& window, const Options& options)
-      : FrameMode(game, options.frames, options.demo), window_(window), next_(options.vsync ? NextTick::kWithScreen : NextTick::kAtOnce) {}
+      : FrameMode(game, options.frames, options.demo), window_(window), next_(options.vsync ? NextTick::kWithScreen : NextTick::kAtOnce) {
+    if (options.console) console_ = std::make_unique<WindowConsole>(game);
+  }
 
   NextTick tick() override {
-    if (!window_.poll() || !goes_on()) return NextTick::kNever;
+    if (!window_.poll() || !goes_on() || (console_ != nullptr && !console_->answer())) return NextTick::kNever;
     int width = 0, height = 0;
     window_.drawable_size(width, height);
     game_.set_target_size(width, height);
     const std::int64_t now = platform::steady_microseconds();
     if (window_.takes_screenshot()) game_.take_screenshot();
-    run_frame(std::clamp<std::int64_t>(now - before_, 1, kLongestFrame));
+    if (console_ != nullptr && console_->holds_clock()) {
+      game_.draw();
+    } else {
+      run_frame(std::clamp<std::int64_t>(now - before_, 1, kLongestFrame));
+    }
     before_ = now;
     return next_;
   }
 
  private:
   platform::Window& window_;
+  std::unique_ptr<WindowConsole> console_;  // null: none
   NextTick next_;
   std::int64_t before_ = platform::steady_microseconds() - kFrame;
 };

@@ -32,13 +32,10 @@ std::string what_does_not_fit(const Options& options) {
     const char* name;
     bool has_partner;
     const char* partner;
-  } pairs[] = {{options.console, "--console", options.headless, "--headless"},
-               {!options.hashes.empty(), "--hashes", options.headless, "--headless"},
-               {options.verify, "--verify", replays, "--replay"},
-               {options.before_fault, "--before-fault", replays, "--replay"},
-               {options.describe, "--describe", replays, "--replay"},
-               {!options.compare.empty(), "--compare", replays, "--replay"},
-               {options.take_over >= 0, "--take-over", replays, "--replay"}};
+  } pairs[] = {
+      {!options.hashes.empty(), "--hashes", options.headless, "--headless"}, {options.verify, "--verify", replays, "--replay"},
+      {options.before_fault, "--before-fault", replays, "--replay"},         {options.describe, "--describe", replays, "--replay"},
+      {!options.compare.empty(), "--compare", replays, "--replay"},          {options.take_over >= 0, "--take-over", replays, "--replay"}};
   for (const auto& each : pairs) {
     if (each.is_given && !each.has_partner) return std::string(each.name) + " goes with " + each.partner;
   }
@@ -124,7 +121,8 @@ std::string help_text() {
          "  --no-vsync         draws as fast as it can\n"
          "  --mute             without sound\n"
          "  --headless         without window and sound\n"
-         "  --console          with --headless: JSON requests on standard input, replies on standard output\n" +
+         "  --console          JSON requests on standard input, replies on standard output; with --headless frames run only when "
+         "stepped\n" +
          (plays_itself ? "  --demo             the game plays itself\n" : "") +
          "  --frames N         ends after N frames\n"
          "  --record FILE      records the run there; without it a run that somebody sees is kept among the last twenty\n"

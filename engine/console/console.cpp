@@ -139,7 +139,7 @@ struct Console::State {
   host::Game& game;
   StepHooks hooks;
   LastValue last{};
-  bool quit = false;
+  bool quit = false, holds_clock = false;
   Past past{game, [this](const json& request) { eval_again(request); }};
 
   // Fails as it did.
@@ -176,6 +176,7 @@ struct Console::State {
       const FrameDrawCalls kept(left == 1);
       past.run_frame(static_cast<std::int64_t>(seconds * 1e6 + 0.5));
     }
+    holds_clock = holds_clock || frames > 0;
     json reply = place();
     if (!step_errors().shown.empty()) reply["errors"] = step_errors().shown;
     if (step_errors().more > 0) reply["more_errors"] = step_errors().more;
@@ -213,11 +214,11 @@ struct Console::State {
     if (request.contains("hash")) return hash_json(request);
     if (request.contains("stages")) return stages_json();
     if (request.contains("help")) return help_json(request);
+    if (request.contains("run")) return holds_clock = !flag(request, "run"), json{{"ok", true}};
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
     throw RequestError{
-        "unknown request; known are eval, step, snapshot, restore, rewind, key, mouse, button, instances, draws, sounds, log, hash, "
-        "stages, "
-        "help, quit"};
+        "unknown request; known are eval, step, run, snapshot, restore, rewind, key, mouse, button, instances, draws, sounds, log, hash, "
+        "stages, help, quit"};
   }
 };
 
@@ -234,6 +235,7 @@ Console::~Console() {
 }
 
 bool Console::has_quit() const { return state_->quit; }
+bool Console::holds_clock() const { return state_->holds_clock; }
 
 std::string Console::answer(const std::string& line) {
   const SessionScope scope(state_->game.session());

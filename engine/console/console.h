@@ -28,6 +28,8 @@ class Console {
   Console& operator=(const Console&) = delete;
   std::string answer(const std::string& line);
   bool has_quit() const;
+  // Whether a request stepped the game and none let it run again: beside a window that shows it, its frames wait for requests then.
+  bool holds_clock() const;
 
  private:
   struct State;

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "engine/platform/end_requests.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
 #else
 #include <fcntl.h>
 #include <poll.h>
@@ -24,6 +26,14 @@ constexpr std::size_t kChunk = 64 << 10;
 #ifdef _WIN32
 // Bytes read, 0 at the end, below 0 on failure. What waits here is cancelled by an end request.
 long read_some(char* into, std::size_t most) { return _read(_fileno(stdin), into, static_cast<unsigned>(most)); }
+
+// Of a console only whole lines can be read: what is typed is there when Enter was pressed.
+bool is_readable() {
+  const HANDLE input = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdin)));
+  DWORD bytes = 0;
+  if (GetFileType(input) == FILE_TYPE_PIPE) return !PeekNamedPipe(input, nullptr, 0, nullptr, &bytes, nullptr) || bytes > 0;
+  return GetFileType(input) != FILE_TYPE_CHAR || WaitForSingleObject(input, 0) == WAIT_OBJECT_0;
+}
 #else
 // Until the descriptor is ready; false when an end request came first.
 bool wait_for(int descriptor, short event) {
@@ -33,6 +43,12 @@ bool wait_for(int descriptor, short event) {
     if (both[0].revents != 0) return end_request() == 0;
   }
   return false;
+}
+
+// Something is there, or the end.
+bool is_readable() {
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, 0) > 0;
 }
 
 long read_some(char* into, std::size_t most) {
@@ -71,21 +87,26 @@ InputLines::Result InputLines::fill() {
   return got < 0 ? Result::kFailed : got == 0 ? Result::kEnd : Result::kLine;
 }
 
-InputLines::Result InputLines::next(std::string& line) {
-  line.clear();
-  for (bool is_begun = false;; is_begun = true) {
+InputLines::Result InputLines::next(std::string& line) { return take(line, true); }
+InputLines::Result InputLines::next_if_there(std::string& line) { return take(line, false); }
+
+InputLines::Result InputLines::take(std::string& line, bool waits) {
+  for (;;) {
     if (at_ == buffer_.size()) {
+      if (!waits && !is_readable()) return Result::kNothing;
       const Result result = fill();
-      if (result == Result::kEnd && is_begun) return Result::kLine;
+      if (result == Result::kEnd && !begun_.empty()) break;
       if (result != Result::kLine) return result;
     }
     const std::size_t end = std::min(buffer_.find('\n', at_), buffer_.size());
-    line.append(buffer_, at_, std::min(end - at_, longest_ + 1 - line.size()));
+    begun_.append(buffer_, at_, std::min(end - at_, longest_ + 1 - begun_.size()));
     at_ = end;
     if (at_ == buffer_.size()) continue;
     ++at_;
-    return Result::kLine;
+    break;
   }
+  line = std::exchange(begun_, {});
+  return Result::kLine;
 }
 
 #ifdef _WIN32

@@ -11,16 +11,19 @@ void hold_standard_streams();
 
 class InputLines {
  public:
-  enum class Result { kLine, kEnd, kFailed, kEndRequest };
+  enum class Result { kLine, kNothing, kEnd, kFailed, kEndRequest };
   // Of a longer line only this many bytes and one are given.
   explicit InputLines(std::size_t longest) : longest_(longest) {}
   // The line without its end; what stands behind the last line end is a line, too, unless it is empty.
   Result next(std::string& line);
+  // The same without waiting: kNothing while no whole line is there.
+  Result next_if_there(std::string& line);
 
  private:
+  Result take(std::string& line, bool waits);
   Result fill();
   std::size_t longest_;
-  std::string buffer_;
+  std::string buffer_, begun_;  // begun_: what is there of the next line
   std::size_t at_ = 0;
 };
 

@@ -3,6 +3,7 @@ What somebody plays there is recorded and proves to be the same run without a wi
 
 usage: check_display.py ARENA
 """
+import json
 import os
 import signal
 import subprocess
@@ -37,14 +38,14 @@ class Display:
         return done.stdout if done.returncode == 0 else ""
 
 
-def start(display, home, *arguments, plays=("--room", "rArena", "--demo")):
+def start(display, home, *arguments, plays=("--room", "rArena", "--demo"), **streams):
     environment = dict(os.environ, HOME=home, XDG_RUNTIME_DIR=home, SDL_AUDIODRIVER="dummy", ALSOFT_DRIVERS="null", XDG_STATE_HOME=home, XDG_DATA_HOME=home)
     for name in ("DISPLAY", "WAYLAND_DISPLAY"):
         environment.pop(name, None)
     if display is not None:
         environment["DISPLAY"] = display.name
     return subprocess.Popen([ARENA, "--mute", *plays, *arguments], cwd=home, env=environment, stderr=subprocess.PIPE,
-                            text=True)
+                            text=True, **streams)
 
 
 def until(condition, program):
@@ -139,6 +140,45 @@ def check_recordings(display, home):
     return problems + verify(second)
 
 
+def check_console(display, home):
+    """A console beside the window: frames by the clock, step by step, by the clock again."""
+    program = start(display, home, "--console", plays=("--room", "rArena"), stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+    problems = []
+
+    def ask(request):
+        program.stdin.write(json.dumps(request) + "\n")
+        program.stdin.flush()
+        return json.loads(program.stdout.readline())
+
+    def frame():
+        return ask({"step": 0})["frame"]
+
+    def expect(what, holds):
+        if not holds:
+            problems.append("console: " + what)
+
+    expect("no value came", ask({"eval": "6 * 7"})["value"] == 42)
+    first = frame()
+    expect("the clock stands still", until(lambda: frame() > first + 5, program))
+    stepped = ask({"step": 10})["frame"]
+    time.sleep(0.3)
+    expect("frames go on that nobody stepped", frame() == stepped and ask({"step": 3})["frame"] == stepped + 3)
+    ask({"run": True})
+    expect("the clock does not go on", until(lambda: frame() > stepped + 10, program))
+    ask({"step": 1})
+    program.stdin.write('{"eval": "1')  # half a line holds nothing up
+    program.stdin.flush()
+    time.sleep(0.2)
+    program.stdin.write('"}\n')
+    program.stdin.flush()
+    expect("half a line was lost", json.loads(program.stdout.readline()).get("value") == 1)
+    program.stdin.close()
+    program.stdin = None
+    time.sleep(0.3)
+    expect("the game ended with the console", program.poll() is None)
+    return problems + end(program, signal.SIGTERM, 143)
+
+
 def check():
     problems = []
     with Display() as display:
@@ -154,6 +194,8 @@ def check():
             problems += end(program, signal.SIGINT, 130)
         with tempfile.TemporaryDirectory() as home:
             problems += check_recordings(display, home)
+        with tempfile.TemporaryDirectory() as home:
+            problems += check_console(display, home)
     for by, status in ((signal.SIGTERM, 143), (signal.SIGINT, 130)):
         with tempfile.TemporaryDirectory() as home:
             program = start(None, home, "--frames", "10000000")
