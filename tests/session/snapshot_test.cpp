@@ -22,18 +22,19 @@ namespace {
 
 class Snapshots : public ArenaGame {
  protected:
+  void perform(const std::string& statements) { ASSERT_NE(eval(statements)[0], '!') << statements; }
   // Something of everything that a game can hold.
   void fill_all_parts() {
-    eval("global.list = ds_list_create(); ds_list_add(global.list, 1, \"two\", [3]); global.map = ds_map_create()");
-    eval("ds_map_set(global.map, \"key\", {a: 1}); ds_map_set(global.map, 2, 3); global.grid = ds_grid_create(3, 2)");
-    eval("ds_grid_set(global.grid, 1, 1, [1, [2, \"three\"]]); global.many = {}; i = 0");
-    eval("global.bound = method({hidden: 5}, abs); exception_unhandled_handler(show_debug_message)");
-    eval("global.long = array_create(5000, \"text\"); global.made_up_just_now = string_repeat(\"long \", 1000)");
-    eval("global.sparks = part_type_create(); part_type_set(global.sparks, {sprite: 1, life: 5, speed: [10, 20]})");
-    eval("global.system = part_system_create(); part_emit(global.system, global.sparks, 20, 1, 0, 0, 100, 100)");
-    eval("global.stickers = stickers_create(100); stickers_add(global.stickers, 1, 0, 5, 5, 1, 1, 0, 255, 1)");
-    eval("h = audio_play_sound(1, 1, true); audio_sound_gain(h, 0.5, 5000); window_set_cursor(-1); clipboard_set_text(\"mine\")");
-    eval("draw_set_alpha(0.25); keyboard_string = \"typed\"; layer_create(5, \"mine\")");
+    perform("global.list = ds_list_create(); ds_list_add(global.list, 1, \"two\", [3]); global.map = ds_map_create()");
+    perform("ds_map_set(global.map, \"key\", {a: 1}); ds_map_set(global.map, 2, 3); global.grid = ds_grid_create(3, 2)");
+    perform("ds_grid_set(global.grid, 1, 1, [1, [2, \"three\"]]); global.many = {}; i = 0");
+    perform("global.bound = method({hidden: 5}, abs); exception_unhandled_handler(show_debug_message)");
+    perform("global.long = array_create(5000, \"text\"); global.made_up_just_now = string_repeat(\"long \", 1000)");
+    perform("global.sparks = part_type_create(); part_type_set(global.sparks, {sprite: sprPlayer, life: 5, speed: [10, 20]})");
+    perform("global.system = part_system_create(); part_emit(global.system, global.sparks, 20, 1, 0, 0, 100, 100)");
+    perform("global.stickers = stickers_create(100); stickers_add(global.stickers, sprPlayer, 0, 5, 5, 1, 1, 0, 255, 1)");
+    perform("h = audio_play_sound(1, 1, true); audio_sound_gain(h, 0.5, 5000); window_set_cursor(-1); clipboard_set_text(\"mine\")");
+    perform("draw_set_alpha(0.25); keyboard_string = \"typed\"; layer_create(5, \"mine\")");
   }
 };
 
@@ -112,7 +113,10 @@ TEST_F(Snapshots, ShareWhatHasNotChanged) {
     }
   };
   fill_all_parts();
-  eval("for (i = 0; i < 2000; i += 1) stickers_add(global.stickers, 1, 0, i, i * 7 % 3000, 1, 1, 0, 255, 1)");
+  for (int i = 0; i < 2000; ++i) {
+    perform("stickers_add(global.stickers, sprPlayer, 0, " + std::to_string(i) + ", " + std::to_string(i * 7 % 3000) +
+            ", 1, 1, 0, 255, 1)");
+  }
   std::size_t bytes = 0;
   autoplayer::ArenaPlayer player;
   for (int round = 0; round < 11; ++round) {
@@ -121,9 +125,11 @@ TEST_F(Snapshots, ShareWhatHasNotChanged) {
       game->run_frame(16667);
     }
     // Large blocks come, change, and go; stickers, too.
-    eval("global.long = array_create(" + std::to_string(3000 + round % 4 * 500) + ", \"text\"); global.stays_long = array_create(4000, 1)");
-    eval("global.long[" + std::to_string(round * 100) + "] = \"changed\"; stickers_add(global.stickers, 1, 0, 5, 5, 1, 1, 0, 255, 1)");
-    if (round == 8) eval("stickers_clear(global.stickers)");
+    perform("global.long = array_create(" + std::to_string(3000 + round % 4 * 500) +
+            ", \"text\"); global.stays_long = array_create(4000, 1)");
+    perform("global.long[" + std::to_string(round * 100) +
+            "] = \"changed\"; stickers_add(global.stickers, sprPlayer, 0, 5, 5, 1, 1, 0, 255, 1)");
+    if (round == 8) perform("stickers_clear(global.stickers)");
     Kept next;
     game->take_snapshot(*next.snapshot, all.empty() ? nullptr : all.back().snapshot.get());
     next.hash = host::state_hash();
