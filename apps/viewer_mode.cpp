@@ -13,6 +13,7 @@
 #include "engine/recording/recorder.h"
 #include "engine/recording/timeline.h"
 #include "runtime/arrays_structs/array.h"
+#include "runtime/input/outside.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/values/strings.h"
 
@@ -45,11 +46,14 @@ class ViewerMode final : public Mode {
     for (const recording::Frame& frame : recorded.frames) ends_.push_back(ends_.back() + frame.microseconds);
   }
 
-  ~ViewerMode() override {
-    if (recorder_ != nullptr) recorder_->end();
+  NextTick tick() override {
+    const NextTick next = go_on();
+    if (next == NextTick::kNever && recorder_ != nullptr) end_recording();
+    return next;
   }
 
-  NextTick tick() override {
+ private:
+  NextTick go_on() {
     if (platform::end_request() != 0 || !poll()) return NextTick::kNever;
     const std::int64_t now = platform::steady_microseconds();
     const std::int64_t elapsed = std::clamp<std::int64_t>(now - before_, 0, kLongestTick);
@@ -57,7 +61,14 @@ class ViewerMode final : public Mode {
     return controls_ != nullptr ? show(elapsed) : play_on(elapsed);
   }
 
- private:
+  // In order only: a run that a script error ends breaks off in its frame.
+  void end_recording() {
+    const SessionScope scope(game_.session());
+    recorder_->end();
+    game_.set_listener(nullptr);
+    hear_answers({});
+  }
+
   NextTick show(std::int64_t elapsed) {
     if (!controls_->is_there()) return NextTick::kNever;
     controls_->advance(elapsed);

@@ -11,7 +11,7 @@
 
 namespace arena::recording {
 
-// Of the current session, from before its start (GameOptions::before_start) on; it must outlive the game. What cannot be written ends the
+// Of the current session, from before its start (FrameListener::before_start) on; it must outlive the game. What cannot be written ends the
 // recording with one line in the log, and the game goes on.
 class Recorder final : public host::FrameListener {
  public:
