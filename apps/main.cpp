@@ -58,13 +58,14 @@ std::string unwritable_picture(const Options& options) {
 struct Played {
   recording::Recording recording;
   std::unique_ptr<recording::Replay> replay;  // null: nothing is
+  std::string ending;                         // a sentence about what comes behind its last frame; "": nothing does
 };
 
 std::unique_ptr<Mode> mode_for(host::Game& game, platform::Window* window, Played& played, const Options& options) {
   const bool is_seen = !options.headless && platform::has_display();
   if (played.replay != nullptr && !options.compare.empty()) return compare_mode(game, *played.replay, options);
   if (played.replay != nullptr)
-    return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, options) : replay_mode(game, *played.replay, options);
+    return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, played.ending, options) : replay_mode(game, *played.replay, options);
   if (options.console && !is_seen) return console_mode(game, options);
   if (options.headless) return headless_mode(game, options);
   return is_seen ? window_mode(game, *window, options) : show_mode(game, options);
@@ -90,7 +91,8 @@ int tell_verdict(const recording::Replay& replay, const recording::Recording& re
 }
 
 // Takes the frame that failed off the recording, and says so; false when nothing is left to be played.
-bool stop_before_fault(recording::Recording& recorded) {
+bool stop_before_fault(Played& played) {
+  recording::Recording& recorded = played.recording;
   if (!recorded.damage.empty()) return true;
   if (!recorded.breaks_off()) {
     std::cout << "every frame of the run ended: there is no fault to stop before" << std::endl;
@@ -102,6 +104,7 @@ bool stop_before_fault(recording::Recording& recorded) {
   }
   std::cout << "the run broke off in frame " << recorded.frames.size() << ": the replay stops before it" << std::endl;
   recorded.frames.pop_back();
+  played.ending = "The fault is in the frame behind the last one.";
   return true;
 }
 
@@ -150,6 +153,7 @@ bool open_replay(const Options& options, const recording::Beginning& here, Playe
   if (!recording::open_recording(options.replay, played.recording, problem)) return false;
   problem = recording::misfit(played.recording.beginning, here);
   if (!problem.empty()) problem = files::on_one_line(options.replay + ": " + problem);
+  played.ending = played.recording.damage;
   played.replay = std::make_unique<recording::Replay>(played.recording);
   return problem.empty();
 }
@@ -185,7 +189,7 @@ int run(const Options& options) {
   const recording::Beginning beginning = beginning_of(options, *game_options.data);
   if (!options.replay.empty()) {
     if (!open_replay(options, beginning, played, problem)) return fail(problem, !options.headless, kFailed);
-    if (options.before_fault && !stop_before_fault(played.recording)) return kFine;
+    if (options.before_fault && !stop_before_fault(played)) return kFine;
     played.replay->prepare(game_options);
   }
   if (!open_screen(options, played.recording, game_options, window, problem)) return fail(problem, !options.headless, kFailed);
@@ -201,20 +205,6 @@ int run(const Options& options) {
   return status;
 }
 
-// Of a replay everything is there already but the report, which standard error and the dialog show.
-platform::CrashFolder crash_folder(const Options& options) {
-  if (!options.replay.empty()) return {};
-  platform::CrashFolder folder = next_crash_folder();
-  const std::filesystem::path program = files::program_file();
-  folder.play = program.empty() ? game_description().name : files::shell_word(files::utf8_of(program));
-  std::error_code ignored;
-  if (!options.data.empty())
-    folder.play += " --data " + files::shell_word(files::utf8_of(std::filesystem::absolute(files::path_of(options.data), ignored)));
-  folder.play += " --replay";
-  folder.play_until = "--before-fault";
-  return folder;
-}
-
 int tell(const std::string& text) { return (std::cout << text << std::flush) ? kFine : fail("the text cannot be written", false, kFailed); }
 
 int start(int argc, char** argv) {
@@ -226,7 +216,9 @@ int start(int argc, char** argv) {
   if (options.shows_version) return tell(name_and_version() + "\n");
   start_log();
   const bool has_dialogs = !options.headless && platform::has_display();
-  platform::report_crashes(crash_folder(options), name_and_version() + " crashed", has_dialogs ? game_description().title : "");
+  // Of a replay everything is there already but the report, which standard error and the dialog show; whoever takes over sees to it.
+  const platform::CrashFolder folder = options.replay.empty() ? next_crash_folder(options.data) : platform::CrashFolder();
+  platform::report_crashes(folder, name_and_version() + " crashed", has_dialogs ? game_description().title : "");
   try {
     return run(options);
   } catch (const WBKSLException& error) {

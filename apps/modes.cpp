@@ -208,7 +208,7 @@ class ReplayMode final : public Mode {
     replay_.step(game_);
     if (hashes_.is_wanted()) hashes_.write(hash_line(replay_.frame()));
     if (verifies_) {
-      if (const std::vector<std::string> parts = replay_.differences(); !parts.empty()) return fail(another_run(parts));
+      if (const std::string difference = replay_.difference(); !difference.empty()) return fail("the run is another one " + difference);
     }
     return NextTick::kAtOnce;
   }
@@ -217,12 +217,6 @@ class ReplayMode final : public Mode {
   NextTick end() {
     if (describes_ && !platform::write_output(host::describe_state())) return fail("the state cannot be written");
     return NextTick::kNever;
-  }
-  std::string another_run(const std::vector<std::string>& parts) const {
-    std::string sentence = "the run is another one from second " + std::to_string(replay_.checkpoints_passed()) + " on (by frame " +
-                           std::to_string(replay_.frame()) + "), in ";
-    for (std::size_t i = 0; i < parts.size(); ++i) sentence += (i > 0 ? ", " : "") + parts[i];
-    return sentence;
   }
   host::Game& game_;
   recording::Replay& replay_;

@@ -44,9 +44,9 @@ class Mode {
 std::unique_ptr<Mode> replay_mode(host::Game& game, recording::Replay& replay, const Options& options);
 // The same in another build of the program, too; says in problem() where that one differs.
 std::unique_ptr<Mode> compare_mode(host::Game& game, recording::Replay& replay, const Options& options);
-// The game was started without the window.
+// The game was started without the window. `ending` is a sentence about what comes behind the last frame; "": nothing does.
 std::unique_ptr<Mode> viewer_mode(host::Game& game, platform::Window& window, recording::Replay& replay,
-                                  const recording::Recording& recorded, const Options& options);
+                                  const recording::Recording& recorded, const std::string& ending, const Options& options);
 std::unique_ptr<Mode> console_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> headless_mode(host::Game& game, const Options& options);
 std::unique_ptr<Mode> window_mode(host::Game& game, platform::Window& window, const Options& options);

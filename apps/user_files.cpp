@@ -79,7 +79,7 @@ void start_log() {
 
 void end_log() { set_log_sink({}); }
 
-platform::CrashFolder next_crash_folder() {
+platform::CrashFolder next_crash_folder(const std::string& data) {
   constexpr std::size_t kKept = 10;  // crashes
   platform::CrashFolder next;
   const std::filesystem::path folder = files::user_data_folder(game_description().name);
@@ -94,6 +94,11 @@ platform::CrashFolder next_crash_folder() {
   for (; oldest + kKept < crashes.size(); ++oldest) std::filesystem::remove_all(crashes[oldest].path, ignored);
   if (crashes.size() >= kKept) next.oldest = crashes[oldest].path;
   if (!crashes.empty()) next.number = static_cast<std::uintptr_t>(crashes.back().number + 1);
+  const std::filesystem::path program = files::program_file();
+  next.play = program.empty() ? game_description().name : files::shell_word(files::utf8_of(program));
+  if (!data.empty()) next.play += " --data " + files::shell_word(files::utf8_of(std::filesystem::absolute(files::path_of(data), ignored)));
+  next.play += " --replay";
+  next.play_until = "--before-fault";
   return next;
 }
 

@@ -13,8 +13,8 @@ void start_log();
 // Writes what the log still owes and closes it.
 void end_log();
 // Where the next crash leaves its folder: crashes/crash-N beside the log; the oldest of the last ten makes room for it. Without a place
-// for it, only the trouble is told.
-platform::CrashFolder next_crash_folder();
+// for it, only the trouble is told. Its command plays the run with that data file; "": with the program's own.
+platform::CrashFolder next_crash_folder(const std::string& data);
 // Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; a folder
 // named after the game in the user's pictures when nothing can be written there.
 std::string screenshot_folder();

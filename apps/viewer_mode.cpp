@@ -30,14 +30,16 @@ constexpr std::int64_t kPassTick = 30'000;  // microseconds of the first pass be
 class ViewerMode final : public Mode {
  public:
   ViewerMode(host::Game& game, platform::Window& window, recording::Replay& replay, const recording::Recording& recorded,
-             const Options& options)
+             const std::string& ending, const Options& options)
       : game_(game),
         window_(window),
         replay_(replay),
         recorded_(recorded),
         timeline_(game, replay),
         controls_(std::make_unique<host::Companion>(game, "oReplayViewer", &window)),
+        ending_(ending),
         record_(options.record),
+        data_(options.data),
         begins_at_end_(options.before_fault),
         last_frame_(options.frames),
         take_over_at_(options.take_over) {
@@ -101,6 +103,7 @@ class ViewerMode final : public Mode {
     game_.hand_over(window_);
     std::error_code ignored;
     if (recorder_ != nullptr) platform::record_for_crash(std::filesystem::absolute(file, ignored));
+    platform::prepare_crash_folder(next_crash_folder(data_));
   }
 
   bool poll() {
@@ -187,9 +190,8 @@ class ViewerMode final : public Mode {
   }
   // How it ends, where that is worth a word.
   std::string note() const {
-    if (!timeline_.error().empty()) return "A script error ends this run.";
-    if (begins_at_end_) return "The fault is in the frame behind the last one.";
-    return recorded_.damage;
+    if (!timeline_.another_run().empty()) return "This is not the run that was recorded: " + timeline_.another_run();
+    return timeline_.error().empty() ? ending_ : "A script error ends this run.";
   }
 
   host::Game& game_;
@@ -200,7 +202,9 @@ class ViewerMode final : public Mode {
   std::unique_ptr<host::Companion> controls_;      // null once the player has taken over
   std::unique_ptr<recording::Recorder> recorder_;  // from then on
   std::vector<std::int64_t> ends_;                 // microseconds at which so many frames had run
+  std::string ending_;                             // what comes behind the last frame
   std::string record_;                             // where; "": among the last runs
+  std::string data_;                               // the data file that was asked for; "": the program's own
   bool begins_at_end_;                             // a few seconds before it, for whoever looks for a fault
   std::int64_t last_frame_, take_over_at_, before_ = platform::steady_microseconds();
   double due_ = 0;  // microseconds of the run whose turn it is
@@ -211,8 +215,8 @@ class ViewerMode final : public Mode {
 }  // namespace
 
 std::unique_ptr<Mode> viewer_mode(host::Game& game, platform::Window& window, recording::Replay& replay,
-                                  const recording::Recording& recorded, const Options& options) {
-  return std::make_unique<ViewerMode>(game, window, replay, recorded, options);
+                                  const recording::Recording& recorded, const std::string& ending, const Options& options) {
+  return std::make_unique<ViewerMode>(game, window, replay, recorded, ending, options);
 }
 
 }  // namespace arena::apps

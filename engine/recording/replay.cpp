@@ -72,4 +72,12 @@ std::vector<std::string> Replay::differences() const {
   return found;
 }
 
+std::string Replay::difference() const {
+  const std::vector<std::string> parts = differences();
+  if (parts.empty()) return "";
+  std::string words = "from second " + std::to_string(checkpoints_passed()) + " on (by frame " + std::to_string(frame()) + "), in ";
+  for (std::size_t i = 0; i < parts.size(); ++i) words += (i > 0 ? ", " : "") + parts[i];
+  return words;
+}
+
 }  // namespace arena::recording

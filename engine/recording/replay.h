@@ -34,6 +34,8 @@ class Replay final : public host::FrameListener {
   // Compares the state with what the recording says about it after this frame, where it says something: the parts that differ, or "state"
   // when none of their short figures does.
   std::vector<std::string> differences() const;
+  // The same as words, "from second 3 on (by frame 180), in clock, oEnemy"; "" where nothing differs.
+  std::string difference() const;
 
  private:
   const Frame& running() const { return frame_ == 0 ? recording_.start : recording_.frames[frame_ - 1]; }

@@ -97,6 +97,10 @@ void Timeline::step_of_pass() {
   }
   since_point_ += platform::steady_microseconds() - before;
   passed_ = replay_.frame();
+  if (another_run_.empty()) {
+    const SessionScope scope(game_.session());
+    another_run_ = replay_.difference();
+  }
   if (since_point_ >= limits_.between) keep_point();
 }
 

@@ -53,6 +53,8 @@ class Timeline {
   std::size_t bytes() const { return bytes_; }  // of all snapshots together
   // The report of the script error that ends the recording before its last frame; "": it goes to its end.
   const std::string& error() const { return error_; }
+  // Where the first pass was first seen to go another way than the recorded run (Replay::difference()); "": nowhere so far.
+  const std::string& another_run() const { return another_run_; }
 
  private:
   struct Point {
@@ -80,7 +82,7 @@ class Timeline {
   std::int64_t since_point_ = 0;  // microseconds that the pass took since the last point that it made
   bool is_built_ = false, is_in_past_ = false;
   std::vector<Mark> marks_;
-  std::string error_;
+  std::string error_, another_run_;
 };
 
 }  // namespace arena::recording

@@ -315,7 +315,7 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
     EXPECT_EQ(files::user_data_folder("arena"), folder + "/data/arena");
     EXPECT_TRUE(std::filesystem::is_directory(folder + "/data/arena"));
     EXPECT_EQ(files::pictures_folder(), folder + "/pictures");
-    EXPECT_EQ(apps::next_crash_folder().crashes, folder + "/data/arena/crashes");
+    EXPECT_EQ(apps::next_crash_folder("").crashes, folder + "/data/arena/crashes");
     // Where no folder of that name can be, the user's pictures take the screenshots.
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::create_directories(folder + "/game");
@@ -348,8 +348,8 @@ TEST(Paths, TheUsersFoldersAreThoseOfTheEnvironment) {
   std::ofstream(folder + "/file") << "in the way";
   const Variable blocked("XDG_DATA_HOME", folder + "/file");
   EXPECT_EQ(files::user_data_folder("arena"), "") << "no folder, no log, no crash";
-  EXPECT_EQ(apps::next_crash_folder().crashes, "");
-  EXPECT_EQ(apps::next_crash_folder().trouble, "arena: there is no place for what is left of a crash");
+  EXPECT_EQ(apps::next_crash_folder("").crashes, "");
+  EXPECT_EQ(apps::next_crash_folder("").trouble, "arena: there is no place for what is left of a crash");
   std::filesystem::remove_all(folder);
 }
 

@@ -137,7 +137,25 @@ def check_recordings(display, home):
     play(display, "d", 700, 300)
     until(has_grown(second, 100), program)
     problems += end(program, signal.SIGTERM, 143)
-    return problems + verify(second)
+    return problems + verify(second) + check_crash(display, home, first)
+
+
+def check_crash(display, home, recording):
+    """A run that was taken over leaves as much behind when it crashes as any other."""
+    program = start(display, home, "--replay", recording, "--take-over", "20", plays=())
+    if until(lambda: len(recordings(home)) > 2, program) is None:
+        return ["the replay was not taken over by an option"] + end(program, signal.SIGTERM, 143)
+    until(has_grown(recordings(home)[2], 100), program)
+    program.send_signal(signal.SIGSEGV)
+    _, errors = program.communicate(timeout=END_SECONDS)
+    folder = os.path.join(home, "arena/crashes/crash-1")
+    left = sorted(os.listdir(folder)) if os.path.isdir(folder) else []
+    if program.returncode != -signal.SIGSEGV or left != ["log.txt", "report.txt", "run.rec"]:
+        return ["a crash of a run that was taken over left %s, status %d: %s" % (left, program.returncode, errors)]
+    with open(os.path.join(folder, "report.txt"), encoding="utf-8") as report:
+        command = report.read().split("To play it up to there: ")[1].split("\n")[0]
+    done = subprocess.run(command + " --verify", shell=True, capture_output=True, text=True)
+    return [] if done.returncode == 0 and "the same run: " in done.stdout else ["%s: %s%s" % (command, done.stdout, done.stderr)]
 
 
 def check_console(display, home):

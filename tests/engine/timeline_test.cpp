@@ -101,6 +101,7 @@ TEST(Timelines, ReachEveryFrameAsAStraightPassDoes) {
     EXPECT_EQ(line.frames(), 600u);
     EXPECT_EQ(line.progress(), 1);
     EXPECT_EQ(line.error(), "");
+    EXPECT_EQ(line.another_run(), "");
     for (const std::size_t frame : {0, 600, 0, 1, 599, 100000}) seek(frame);
     for (int i = 0; i < 12; ++i) seek(static_cast<std::size_t>(chance.integer(0, 600)));
     // It goes on from there.
@@ -109,6 +110,21 @@ TEST(Timelines, ReachEveryFrameAsAStraightPassDoes) {
     EXPECT_EQ(played.hash(), straight[301]);
     seek(301);
   }
+}
+
+// What entered is changed in one place, and the hashes are still those of the run as it was.
+TEST(Timelines, TellWhereARunBecomesAnotherOne) {
+  Recording changed = fight();
+  changed.frames[200].microseconds += 7;
+  Played played(changed);
+  played.build();
+  EXPECT_EQ(played.line->frames(), 600u) << "it is played all the same";
+  std::size_t seconds = 0;
+  while (changed.checkpoints.at(seconds).frames <= 200) ++seconds;
+  const std::string where =
+      "from second " + std::to_string(seconds + 1) + " on (by frame " + std::to_string(changed.checkpoints[seconds].frames) + "), in ";
+  EXPECT_EQ(played.line->another_run().find(where), 0U) << played.line->another_run() << " instead of " << where;
+  EXPECT_NE(played.line->another_run().find("clock"), std::string::npos) << played.line->another_run();
 }
 
 TEST(Timelines, KeepMoreSnapshotsWhereMemoryAllows) {
