@@ -18,8 +18,10 @@ add_compile_options(-Wall -Wextra -Wconversion -Wshadow -ffp-contract=off)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
   add_compile_options(-march=x86-64-v2)
 endif()
+set(QUICK_BUILD -O1)  # for what is built quickly rather than to be quick
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   add_compile_options(-Wno-restrict)  # GCC 12 warns of its own std::string code
+  list(APPEND QUICK_BUILD -Wno-maybe-uninitialized)  # which needs more optimisation to tell what cannot happen
 endif()
 add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(ARENA_CHECKS)
@@ -27,6 +29,7 @@ if(ARENA_CHECKS)
 endif()
 if(ARENA_STRESS)
   add_compile_definitions(ARENA_STRESS)
+  add_compile_options(${QUICK_BUILD} -g1)
 endif()
 if(ARENA_SANITIZE STREQUAL "threads")
   add_compile_options(-fsanitize=thread)

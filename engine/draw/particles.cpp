@@ -1,6 +1,6 @@
 #define ARENA_DEFINES_BUILTINS
 
-#include "runtime/builtins/particles.h"
+#include "engine/draw/particles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,9 +8,9 @@
 
 #include "engine/draw/colors.h"
 #include "engine/draw/draw_service.h"
-#include "engine/draw/particles.h"
 #include "runtime/arrays_structs/array.h"
 #include "runtime/builtins/implement.h"
+#include "runtime/builtins/particles.h"
 #include "runtime/checks/assert.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/instances_loop/sprites.h"

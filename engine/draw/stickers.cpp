@@ -1,14 +1,14 @@
 #define ARENA_DEFINES_BUILTINS
 
-#include "runtime/builtins/stickers.h"
+#include "engine/draw/stickers.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "engine/draw/draw_service.h"
-#include "engine/draw/stickers.h"
 #include "runtime/arrays_structs/struct.h"
 #include "runtime/builtins/implement.h"
+#include "runtime/builtins/stickers.h"
 #include "runtime/checks/assert.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"

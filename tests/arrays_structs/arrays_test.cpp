@@ -1,4 +1,6 @@
 // Arrays by value, their growth and errors; structs, methods and constructors.
+#include <nlohmann/json.hpp>
+
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/container_stack.h"
 #include "runtime/arrays_structs/statics.h"

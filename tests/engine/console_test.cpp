@@ -3,6 +3,7 @@
 #include <fstream>
 #include <limits>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "runtime/input/outside.h"
 #include "runtime/instances_loop/random.h"

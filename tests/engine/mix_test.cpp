@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "engine/audio/openal/openal.h"
 #include "tests/support/test_game.h"

@@ -1,6 +1,7 @@
 // The boss, loot and pickups, with numbers worked out from the rules.
 #include <algorithm>
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "tests/support/test_game.h"

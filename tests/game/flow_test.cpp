@@ -1,6 +1,7 @@
 // From the preparation room through waves and rewards, by keys and pointer.
 #include <algorithm>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "engine/audio/audio.h"

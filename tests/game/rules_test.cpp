@@ -1,5 +1,6 @@
 // The game's rules, with numbers worked out by hand from them.
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "runtime/values/elementary.h"
 #include "tests/support/test_game.h"

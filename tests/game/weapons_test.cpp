@@ -1,5 +1,6 @@
 // Guns, their modifiers, and the three kinds of bullets, with numbers worked out from the rules.
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "tests/support/test_game.h"
 

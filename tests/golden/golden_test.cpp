@@ -1,5 +1,6 @@
 // What the game and the runtime did on the day that the files beside this one were written, they do again. The samples' run stands with
 // the samples' tests.
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "game/autoplayer/autoplayer.h"

@@ -1,4 +1,6 @@
 // When each event runs: the order of a frame, of creation and destruction, of drawing, and what an event may change under way.
+#include <nlohmann/json.hpp>
+
 #include "runtime/instances_loop/world.h"
 #include "tests/support/probes.h"
 #include "tests/support/test_game.h"

@@ -1,5 +1,6 @@
 // Creation, destruction, order, events, collisions, rooms.
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "runtime/instances_loop/collision_shapes.h"
 #include "runtime/instances_loop/random.h"

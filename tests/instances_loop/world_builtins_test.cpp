@@ -1,4 +1,6 @@
 // What scripts ask of the world: measures of instances, overlaps, layers, rooms, time, views and the keyboard's state.
+#include <nlohmann/json.hpp>
+
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/reports/report.h"

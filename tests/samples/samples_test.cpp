@@ -1,4 +1,6 @@
 // The second game: its menu leads into every room and back, and the gallery's widgets work.
+#include <nlohmann/json.hpp>
+
 #include "runtime/input/input_state.h"
 #include "runtime/reports/log.h"
 #include "tests/support/test_game.h"

@@ -76,6 +76,9 @@ def problems(root):
             yield f"{relative}: does not begin with #pragma once"
         if floor in LEVELS and folder_of(relative) not in LEVELS[floor] and not relative.startswith(PROGRAM_PARTS):
             yield f"{relative}: its folder has no place in the order of {floor}/"
+        own, first = relative[:-len(".cpp")] + ".h", next(includes_of(lines), (0, "", ""))[2]
+        if path.endswith(".cpp") and first != own and os.path.exists(os.path.join(root, own)):
+            yield f"{relative}: does not include {own} first, which proves that it compiles alone"
         for number, target, included in includes_of(lines):
             if not is_allowed(floor, relative, target, included):
                 yield f"{relative}:{number}: may not include {included}"

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "engine/console/evaluator.h"
 #include "runtime/input/input_state.h"

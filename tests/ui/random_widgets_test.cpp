@@ -1,5 +1,6 @@
 // Random operations on a tree of widgets, with clicks in between. Whatever scripts do to it, no error leaves the toolkit, and the tree
 // stays a tree.
+#include <nlohmann/json.hpp>
 #include <random>
 
 #include "runtime/reports/log.h"

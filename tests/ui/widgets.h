@@ -1,5 +1,6 @@
 #pragma once
 // A game with an interface, for tests that use it as a player does: pointer and keys through the input queue.
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "runtime/input/input_state.h"

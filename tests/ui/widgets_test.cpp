@@ -2,6 +2,7 @@
 #include "tests/ui/widgets.h"
 
 #include <chrono>
+#include <nlohmann/json.hpp>
 
 #include "runtime/input/input_state.h"
 #include "runtime/reports/log.h"

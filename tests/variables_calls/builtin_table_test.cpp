@@ -1,5 +1,6 @@
 // The rows of the built-in functions: what stands in the documents and in the console's help is what the program has.
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "runtime/builtins/describe.h"

@@ -1,6 +1,8 @@
 // Argument checks, reading and writing errors, the report's form, and what is restored after an error.
 #include "runtime/variables_calls/calls.h"
 
+#include <nlohmann/json.hpp>
+
 #include "engine/console/evaluator.h"
 #include "runtime/arrays_structs/array.h"
 #include "runtime/arrays_structs/collector.h"

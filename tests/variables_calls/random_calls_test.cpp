@@ -1,5 +1,6 @@
 // Every built-in function and every script, called with anything: whatever comes in, the answer is a value or an error, and the game
 // goes on.
+#include <nlohmann/json.hpp>
 #include <random>
 #include <set>
 
