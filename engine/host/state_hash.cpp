@@ -1,7 +1,6 @@
 #include "engine/host/state_hash.h"
 
 #include <algorithm>
-#include <bit>
 #include <string_view>
 #include <unordered_map>
 
@@ -13,6 +12,7 @@
 #include "runtime/program/names.h"
 #include "runtime/session/session.h"
 #include "runtime/session/state_visitor.h"
+#include "runtime/values/bit_cast.h"
 #include "runtime/values/number_text.h"
 #include "runtime/values/strings.h"
 
@@ -128,7 +128,7 @@ class Hasher final : public StateWalk {
 
   void number(std::uint64_t& bits) override { add(bits); }
   void count(std::uint64_t elements) override { add(elements); }
-  void real(double& value) override { add(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
+  void real(double& value) override { add(bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
   void text(std::string_view text) override {
     for (const char c : text) add(static_cast<unsigned char>(c));
     add(text.size());

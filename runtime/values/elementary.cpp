@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "runtime/values/bit_cast.h"
 #include "runtime/values/elementary_tables.h"
 
 namespace arena::elementary {
@@ -17,8 +18,8 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 // Added to a double below 2^51 and taken away again it leaves the nearest integer, whose low bits then stand in the sum.
 constexpr double kRounder = 0x1.8p52;
 
-std::uint64_t bits(double number) { return std::bit_cast<std::uint64_t>(number); }
-double from_bits(std::uint64_t number) { return std::bit_cast<double>(number); }
+std::uint64_t bits(double number) { return bit_cast<std::uint64_t>(number); }
+double from_bits(std::uint64_t number) { return bit_cast<double>(number); }
 // 2^exponent, from -1022 to 1023.
 double power_of_two(int exponent) { return from_bits(static_cast<std::uint64_t>(exponent + 1023) << 52); }
 // The upper half of the digits: products of two such halves are exact.

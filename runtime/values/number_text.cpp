@@ -4,6 +4,8 @@
 #include <cmath>
 #include <system_error>
 
+#include "runtime/values/real_chars.h"
+
 namespace arena {
 namespace {
 
@@ -77,7 +79,7 @@ std::string real_to_text(double number) {
   }
   if (const char* end = quick_hundredths(number, buffer)) return std::string(static_cast<const char*>(buffer), end);
   const bool whole = number == std::floor(number);
-  const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::fixed, whole ? 0 : 2);
+  const auto [end, error] = fixed_to_chars(buffer, buffer + sizeof buffer, number, whole ? 0 : 2);
   (void)error;
   std::string text(buffer, end);
   if (text == "-0") return "0";
@@ -86,7 +88,7 @@ std::string real_to_text(double number) {
 
 std::string real_to_exact_text(double number) {
   char buffer[64];
-  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
+  return {buffer, exact_to_chars(buffer, buffer + sizeof buffer, number).ptr};
 }
 
 std::optional<double> parse_real(std::string_view text) {
@@ -98,7 +100,7 @@ std::optional<double> parse_real(std::string_view text) {
     number = static_cast<double>(*whole);
   } else {
     if (digits.text.empty() || (digits.text[0] != '.' && (digits.text[0] < '0' || digits.text[0] > '9'))) return std::nullopt;
-    const auto [end, error] = std::from_chars(digits.text.data(), digits.text.data() + digits.text.size(), number);
+    const auto [end, error] = real_from_chars(digits.text.data(), digits.text.data() + digits.text.size(), number);
     if (end != digits.text.data() + digits.text.size()) return std::nullopt;
     if (error == std::errc::result_out_of_range) {
       // Too large or too small for a double: from_chars leaves the number alone, the exponent's sign tells which.
