@@ -1,13 +1,12 @@
 #include "engine/data/data_file.h"
 
-#include <zlib.h>
-
 #include <cstring>
 #include <fstream>
 #include <set>
 
 #include "arena_generated.h"
 #include "engine/files/paths.h"
+#include "engine/files/zipped.h"
 
 namespace arena::data {
 namespace {
@@ -188,7 +187,7 @@ class MeaningCheck {
 std::vector<std::uint8_t> header_for(const std::uint8_t* payload, std::size_t bytes) {
   std::vector<std::uint8_t> header(kMagic, kMagic + 8);
   put<std::uint32_t>(header, kVersion);
-  put<std::uint32_t>(header, static_cast<std::uint32_t>(crc32_z(0, payload, bytes)));
+  put<std::uint32_t>(header, files::crc32_of(0, payload, bytes));
   put<std::uint64_t>(header, bytes);
   return header;
 }
@@ -213,7 +212,8 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
   if (expected > kLargestPayload) return fail("the data file is damaged: its size is impossible");
   if (present > expected) return fail("the data file is damaged: " + std::to_string(present - expected) + " bytes too many");
   const std::uint8_t* payload = bytes.data() + kHeaderBytes;
-  if (crc32_z(0, payload, present) != get<std::uint32_t>(&bytes[12])) return fail("the data file is damaged: its checksum does not fit");
+  if (files::crc32_of(0, payload, present) != get<std::uint32_t>(&bytes[12]))
+    return fail("the data file is damaged: its checksum does not fit");
   flatbuffers::Verifier verifier(payload, present);
   if (!VerifyFileBuffer(verifier)) return fail("the data file is damaged: its structure is broken");
   const std::string wrong = MeaningCheck(*GetFile(payload)).run();

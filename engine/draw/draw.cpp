@@ -1,13 +1,12 @@
 #include "engine/draw/draw.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cmath>
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
 #include "engine/draw/pictures.h"
+#include "engine/files/zipped.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/world.h"
@@ -30,8 +29,7 @@ Draw::Draw(gpu::Gpu& gpu, const data::DataFile& file)
     : state_(&draw_state()), gpu_(gpu), file_(file), density_(static_cast<double>(file.content->density())) {
   for (const data::Page* page : *file.content->pages()) {
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(page->width()) * static_cast<std::size_t>(page->height()) * 4);
-    uLongf size = static_cast<uLongf>(pixels.size());
-    uncompress(pixels.data(), &size, page->pixels()->data(), page->pixels()->size());  // a short page stays transparent
+    files::unpack(pixels.data(), pixels.size(), page->pixels()->data(), page->pixels()->size());  // a short page stays transparent
     pages_.push_back({gpu.create_texture(page->width(), page->height(), pixels.data()), static_cast<double>(page->width()),
                       static_cast<double>(page->height())});
   }

@@ -2,8 +2,6 @@
 
 #include "engine/host/game.h"
 
-#include <png.h>
-
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -11,6 +9,7 @@
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
 #include "engine/files/paths.h"
+#include "engine/files/png.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
@@ -243,21 +242,14 @@ bool Game::save_screenshot(const std::string& path) {
 }
 
 bool Game::save_png(const std::string& path, std::vector<std::uint8_t> pixels) {
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  image.width = static_cast<png_uint_32>(gpu_->width());
-  image.height = static_cast<png_uint_32>(gpu_->height());
-  image.format = PNG_FORMAT_RGBA;
-  if (pixels.empty() || pixels.size() != PNG_IMAGE_SIZE(image)) return false;
   for (std::size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
-  std::vector<char> encoded(PNG_IMAGE_PNG_SIZE_MAX(image));
-  png_alloc_size_t size = encoded.size();
-  if (png_image_write_to_memory(&image, encoded.data(), &size, 0, pixels.data(), 0, nullptr) == 0) return false;
+  const std::string encoded = files::png_of(gpu_->width(), gpu_->height(), pixels);
+  if (encoded.empty()) return false;
   const std::filesystem::path file = files::path_of(path), fresh = files::path_of(path + ".new");
   std::error_code failure;
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), failure);
   std::ofstream stream(fresh, std::ios::binary);
-  stream.write(encoded.data(), static_cast<std::streamsize>(size));
+  stream.write(encoded.data(), static_cast<std::streamsize>(encoded.size()));
   stream.close();
   const bool is_whole = !stream.fail();
   if (is_whole) std::filesystem::rename(fresh, file, failure);
