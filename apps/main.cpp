@@ -8,8 +8,10 @@
 #include "apps/options.h"
 #include "apps/user_files.h"
 #include "engine/audio/openal/openal.h"
+#include "engine/console/console.h"
 #include "engine/files/paths.h"
 #include "engine/gpu/backend.h"
+#include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
 #include "engine/platform/crash_reports.h"
 #include "engine/platform/end_requests.h"
@@ -81,12 +83,12 @@ int run_mode(host::Game& game, platform::Window* window, Played& played, const O
 }
 
 recording::Beginning beginning_of(const Options& options, const data::DataFile& data) {
-  return {game_description().name, game_description().version, data.hash(), options.room, options.has_seed, options.seed};
+  return {game_description().name, game_description().version, data.hash(), options.room, options.has_seed, options.seed, options.console};
 }
 
 // A recording that ends early is verified up to there, and says so.
 int tell_verdict(const recording::Replay& replay, const recording::Recording& recorded) {
-  std::cout << "the same run: " << replay.frame() << " frames, " << replay.checkpoints_passed() << " hashes" << std::endl;
+  std::cout << recording::same_run(replay) << std::endl;
   return recorded.damage.empty() ? kFine : fail(recorded.damage, false, kFailed);
 }
 
@@ -158,15 +160,36 @@ bool open_replay(const Options& options, const recording::Beginning& here, Playe
   return problem.empty();
 }
 
+// Looks on where the recording is one to be read, and no graphics card draws; else null.
+std::unique_ptr<recording::Witness> make_witness(const Options& options, const recording::Recording& replayed,
+                                                 host::GameOptions& game_options) {
+  const bool is_wanted = options.replay.empty() ? recording::is_text_file(files::path_of(options.record))
+                                                : options.verify && replayed.figure_bits == recording::kFigureBitsOfText;
+  if (!is_wanted || game_options.backend != nullptr) return nullptr;
+  auto backend = std::make_unique<gpu::Recorder>();
+  auto witness = std::make_unique<recording::Witness>(*backend);
+  game_options.backend = std::move(backend);
+  return witness;
+}
+
+// What performs the requests of a run that a console drove; null for others.
+std::unique_ptr<console::Console> make_console(host::Game& game, Played& played) {
+  if (played.replay == nullptr || !played.recording.beginning.has_console) return nullptr;
+  auto made = std::make_unique<console::Console>(game);
+  played.replay->set_console([console = made.get()](const std::string& request) { console->answer(request); });
+  return made;
+}
+
 // Null when the run is not recorded.
-std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const recording::Beginning& beginning) {
+std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const recording::Beginning& beginning,
+                                                   recording::Witness* witness) {
   const bool is_wanted = !options.record.empty() || !options.headless;
   if (!is_wanted || !options.replay.empty()) return nullptr;
   const std::filesystem::path file = options.record.empty() ? new_recording_file() : files::path_of(options.record);
   if (file.empty()) return nullptr;
   std::error_code ignored;
   platform::record_for_crash(std::filesystem::absolute(file, ignored));
-  return std::make_unique<recording::Recorder>(file, beginning);
+  return std::make_unique<recording::Recorder>(file, beginning, witness);
 }
 
 int run(const Options& options) {
@@ -193,12 +216,15 @@ int run(const Options& options) {
     played.replay->prepare(game_options);
   }
   if (!open_screen(options, played.recording, game_options, window, problem)) return fail(problem, !options.headless, kFailed);
-  const std::unique_ptr<recording::Recorder> recorder = make_recorder(options, beginning);
+  const std::unique_ptr<recording::Witness> witness = make_witness(options, played.recording, game_options);
+  if (played.replay != nullptr) played.replay->set_witness(witness.get());
+  const std::unique_ptr<recording::Recorder> recorder = make_recorder(options, beginning, witness.get());
   if (recorder != nullptr) game_options.listener = recorder.get();
 
   host::Started started = host::Game::start(std::move(game_options));
   if (started.game == nullptr)
     return fail(started.problem, !options.headless, started.failure == host::Started::Failure::kUnknownRoom ? kBadOption : kFailed);
+  const std::unique_ptr<console::Console> console = make_console(*started.game, played);
   const int status = run_mode(*started.game, window.get(), played, options);
   if (recorder != nullptr) recorder->end();
   if (played.replay != nullptr && status == kFine && options.verify) return tell_verdict(*played.replay, played.recording);

@@ -204,9 +204,13 @@ class ReplayMode final : public Mode {
   NextTick tick() override {
     if (!hashes_.is_good()) return fail(hashes_.problem());
     if (must_end()) return NextTick::kNever;
-    if (replay_.is_at_end() || replay_.frame() == static_cast<std::size_t>(frames_)) return end();
-    replay_.step(game_);
-    if (hashes_.is_wanted()) hashes_.write(hash_line(replay_.frame()));
+    if (replay_.frame() == static_cast<std::size_t>(frames_)) return end();
+    if (replay_.is_at_end()) {
+      if (!replay_.finish()) return end();
+    } else {
+      replay_.step(game_);
+      if (hashes_.is_wanted()) hashes_.write(hash_line(replay_.frame()));
+    }
     if (verifies_) {
       if (const std::string difference = replay_.difference(); !difference.empty()) return fail("the run is another one " + difference);
     }

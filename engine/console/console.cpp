@@ -44,12 +44,20 @@ class LastValue final : public Holder {
 struct StepErrors {
   json shown = json::array();
   std::int64_t more = 0;
+  host::Game* game = nullptr;  // of the console
+
+  void clear() {
+    shown = json::array();
+    more = 0;
+  }
 };
 const Part<StepErrors> step_errors{PartLevel::kHost, "console: errors of a step"};
 
 void keep_error(const WBKSLException& error) {
   draw::restore_draw_state();
   log_message("ERROR: " + error.message());
+  if (host::FrameListener* const listener = step_errors().game->listener(); listener != nullptr)
+    listener->console_says("! " + error.message());
   if (step_errors().shown.size() >= kMostErrors) {
     ++step_errors().more;
   } else {
@@ -118,6 +126,34 @@ json help_json(const json& request) {
   return {{"help", std::move(found)}};
 }
 
+// Of the work, or of how it failed.
+template <class Work>
+json reply_to(Work work) {
+  const auto complaint = [](const std::string& about) -> json {
+    return {{"error", about.size() > kLongestComplaint ? about.substr(0, kLongestComplaint) + "..." : about}, {"report", ""}};
+  };
+  try {
+    return work();
+  } catch (const WBKSLException& error) {
+    return {{"error", error.message()}, {"report", error.report()}};
+  } catch (const ParseError& error) {
+    return complaint(error.message);
+  } catch (const RequestError& error) {
+    return complaint(error.message);
+  } catch (const std::bad_alloc&) {
+    return complaint(messages::kOutOfMemory.format);
+  } catch (const std::exception& error) {
+    return complaint(error.what());
+  }
+}
+
+void turn_wheel(std::int32_t steps) {
+  InputEvent event;
+  event.type = InputEvent::Type::kWheel;
+  event.code = steps;
+  push_input(event);
+}
+
 std::string hex(std::uint64_t number) {
   std::string digits;
   for (int shift = 60; shift >= 0; shift -= 4) digits += "0123456789abcdef"[number >> shift & 15];
@@ -169,7 +205,7 @@ struct Console::State {
   json step(const json& request) {
     const std::int64_t frames = whole(request, "step", "a whole number of frames", 0, kMostFrames);
     const double seconds = request.contains("dt") ? number(request, "dt", "a number of seconds", 0, kLongestFrame) : kDefaultFrame;
-    step_errors() = {};
+    step_errors().clear();
     for (std::int64_t left = frames; left > 0 && !world().ended; --left) {
       if (hooks.must_end && hooks.must_end()) break;
       if (hooks.before_frame) hooks.before_frame();
@@ -194,18 +230,29 @@ struct Console::State {
 
   json rewind(const json& request) {
     past.rewind(whole(request, "rewind", "a whole number of frames", 0, kMostRewound));
-    step_errors() = {};  // of frames that were run again
+    step_errors().clear();  // of frames that were run again
     return place();
   }
 
+  // A recording that runs along has the request, and a text of what comes of it.
+  json eval_recorded(const json& request) {
+    host::FrameListener* const listener = game.listener();
+    if (listener == nullptr) return eval(request);
+    listener->before_request(request.dump(-1, ' ', false, json::error_handler_t::replace));
+    json reply = reply_to([&] { return eval(request); });
+    listener->console_says(reply.contains("error") ? "! " + reply["error"].get<std::string>() : reply["text"].get<std::string>());
+    return reply;
+  }
+
   json perform(const json& request) {
-    if (request.contains("eval")) return eval(request);
+    if (request.contains("eval")) return eval_recorded(request);
     if (request.contains("step")) return step(request);
     if (request.contains("snapshot")) return past.save(text(request, "snapshot")), place();
     if (request.contains("restore")) return past.restore(text(request, "restore")), place();
     if (request.contains("rewind")) return rewind(request);
     if (request.contains("key")) return push_key(whole_number(request, "key"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("mouse")) return pointer(request);
+    if (request.contains("wheel")) return turn_wheel(whole_number(request, "wheel")), json{{"ok", true}};
     if (request.contains("button")) return push_button(whole_number(request, "button"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("instances")) return instances_json(request);
     if (request.contains("draws")) return draw_calls_json();
@@ -217,7 +264,8 @@ struct Console::State {
     if (request.contains("run")) return holds_clock = !flag(request, "run"), json{{"ok", true}};
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
     throw RequestError{
-        "unknown request; known are eval, step, run, snapshot, restore, rewind, key, mouse, button, instances, draws, sounds, log, hash, "
+        "unknown request; known are eval, step, run, snapshot, restore, rewind, key, mouse, wheel, button, instances, draws, sounds, log, "
+        "hash, "
         "stages, help, quit"};
   }
 };
@@ -225,6 +273,7 @@ struct Console::State {
 Console::Console(host::Game& game, StepHooks hooks) {
   const SessionScope scope(game.session());
   state_.reset(new State{game, std::move(hooks)});
+  step_errors().game = &game;
   set_script_error_sink(keep_error);
 }
 
@@ -239,23 +288,7 @@ bool Console::holds_clock() const { return state_->holds_clock; }
 
 std::string Console::answer(const std::string& line) {
   const SessionScope scope(state_->game.session());
-  const auto written = [](const json& reply) { return reply.dump(-1, ' ', false, json::error_handler_t::replace); };
-  const auto complaint = [&](const std::string& about) {
-    return written({{"error", about.size() > kLongestComplaint ? about.substr(0, kLongestComplaint) + "..." : about}, {"report", ""}});
-  };
-  try {
-    return written(state_->perform(parse_request(line)));
-  } catch (const WBKSLException& error) {
-    return written({{"error", error.message()}, {"report", error.report()}});
-  } catch (const ParseError& error) {
-    return complaint(error.message);
-  } catch (const RequestError& error) {
-    return complaint(error.message);
-  } catch (const std::bad_alloc&) {
-    return complaint(messages::kOutOfMemory.format);
-  } catch (const std::exception& error) {
-    return complaint(error.what());
-  }
+  return reply_to([&] { return state_->perform(parse_request(line)); }).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 }  // namespace arena::console

@@ -29,6 +29,10 @@ class FrameListener {
   virtual void before_frame(std::int64_t /*microseconds*/) {}
   // Not called for a frame that a script error ended.
   virtual void after_frame() {}
+  // Between two frames a console performs a request, one line of JSON, that may change the game.
+  virtual void before_request(const std::string& /*request*/) {}
+  // What came of it: the value's text, or "! " and the message of an error; of errors in frames, too.
+  virtual void console_says(const std::string& /*text*/) {}
 };
 
 struct GameOptions {
@@ -81,6 +85,7 @@ class Game {
   void restore(const Snapshot& snapshot);
   // From the next frame on; null: nobody. Not owned.
   void set_listener(FrameListener* listener) { listener_ = listener; }
+  FrameListener* listener() const { return listener_; }
   // From here on scripts reach this window and it tells the game what happens in it; keys and buttons that are down go up first.
   void hand_over(platform::Window& window);
   // Pixels of the drawing area; follows the window.

@@ -1,10 +1,13 @@
 #pragma once
 // Numbers and texts as the bytes of a recording. Small numbers are short: seven bits a byte, the lowest first, the eighth says that more
 // follow. Signed ones are folded first: 0, -1, 1, -2, 2 are 0, 1, 2, 3, 4.
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#include "runtime/values/bit_cast.h"
 
 namespace arena::recording {
 
@@ -27,6 +30,14 @@ inline void put_text(std::string& out, std::string_view text) {
 // So many bytes, the lowest first.
 inline void put_fixed(std::string& out, std::uint64_t number, int bytes) {
   for (int i = 0; i < bytes; ++i, number >>= 8) out += static_cast<char>(number & 255);
+}
+
+// The whole pixels from one place to the other; false where they do not lead there exactly.
+inline bool steps_between(double from, double to, std::int64_t& steps) {
+  const double difference = to - from;
+  if (!(std::fabs(difference) < 1e9) || difference != std::floor(difference)) return false;
+  steps = static_cast<std::int64_t>(difference);
+  return bit_cast<std::uint64_t>(from + static_cast<double>(steps)) == bit_cast<std::uint64_t>(to);
 }
 
 // Reads them again. Past the end everything reads 0 and `is_good` stays false.

@@ -1,42 +1,34 @@
 #include "engine/recording/recording.h"
 
-#include <zlib.h>
-
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 #include "engine/files/paths.h"
+#include "engine/files/zipped.h"
 #include "engine/recording/bytes.h"
+#include "engine/recording/recording_text.h"
+#include "runtime/values/bit_cast.h"
 
 namespace arena::recording {
 namespace {
 
-constexpr std::string_view kMagic = "RECORD\x1A\x01";   // the last byte is the version of the format
-constexpr std::uint64_t kLongestFrame = 3'600'000'000;  // microseconds
+constexpr std::string_view kMagic = "RECORD\x1A\x02";  // the last byte is the version of the format
+constexpr char kFirstVersion = 1;
 
 // The lowest two bits of an entry's first number.
 enum Tag : std::uint64_t { kQuietFrame = 0, kFrame = 1, kEntry = 2 };
 // What an entry that is no frame holds.
-enum Entry : std::uint64_t { kStart = 0, kAnswer = 1, kCheckpoint = 2 };
+enum Entry : std::uint64_t { kStart = 0, kAnswer = 1, kCheckpoint = 2, kRequest = 3 };
+// Of the beginning.
+enum Trait : std::uint8_t { kHasSeed = 1, kHasConsole = 2 };
 
 constexpr std::uint8_t kTypeBits = 15, kIsDown = 16, kIsExact = 64;
 constexpr int kSpaceShift = 4;
 
-std::uint32_t crc(std::uint32_t before, std::string_view bytes) {
-  return static_cast<std::uint32_t>(crc32_z(before, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
-}
-
-// The whole pixels from one place to the other; false where they do not lead there exactly.
-bool steps_between(double from, double to, std::int64_t& steps) {
-  const double difference = to - from;
-  if (!(std::fabs(difference) < 1e9) || difference != std::floor(difference)) return false;
-  steps = static_cast<std::int64_t>(difference);
-  return std::bit_cast<std::uint64_t>(from + static_cast<double>(steps)) == std::bit_cast<std::uint64_t>(to);
-}
+std::uint32_t crc(std::uint32_t before, std::string_view bytes) { return files::crc32_of(before, bytes.data(), bytes.size()); }
 
 class Decoder {
  public:
@@ -46,14 +38,17 @@ class Decoder {
     problem = "the recording is cut off inside its beginning";
     if (bytes_.size() < kMagic.size() && kMagic.starts_with(bytes_) && !bytes_.empty()) return false;
     if (!bytes_.starts_with(kMagic.substr(0, kMagic.size() - 1))) return problem = "this is no recording", false;
-    if (bytes_[kMagic.size() - 1] != kMagic.back()) return problem = "the recording is of another version of the format", false;
+    if (const char version = bytes_[kMagic.size() - 1]; version < kFirstVersion || version > kMagic.back())
+      return problem = "the recording is of another version of the format", false;
     for (std::size_t i = 0; i < kMagic.size(); ++i) in_.byte();
     Beginning& read = to_.beginning;
     read.game = in_.text();
     read.version = in_.text();
     read.data_hash = static_cast<std::uint32_t>(in_.fixed(4));
     read.room = in_.text();
-    read.has_seed = in_.byte() != 0;
+    const std::uint8_t traits = in_.byte();
+    read.has_seed = (traits & kHasSeed) != 0;
+    read.has_console = (traits & kHasConsole) != 0;
     read.seed = in_.fixed(8);
     const std::uint32_t expected = crc(0, bytes_.substr(0, in_.position()));
     const std::uint64_t found = in_.fixed(4);
@@ -86,19 +81,26 @@ class Decoder {
       case kStart: return to_.frames.empty() && events(to_.start.input);
       case kAnswer: return answer();
       case kCheckpoint: return checkpoint();
+      case kRequest: return request();
       default: return false;
     }
   }
 
+  bool request() {
+    std::string line = in_.text();
+    if (in_.is_good()) to_.add_request(std::move(line));
+    return in_.is_good();
+  }
+
   bool frame(std::int64_t longer, bool has_input) {
-    Frame read;
-    if (longer > static_cast<std::int64_t>(kLongestFrame) || longer < -static_cast<std::int64_t>(kLongestFrame)) return false;
-    read.microseconds = microseconds_ + longer;
-    if (read.microseconds < 0 || read.microseconds > static_cast<std::int64_t>(kLongestFrame)) return false;
-    if (has_input && !events(read.input)) return false;
+    if (longer > kLongestFrame || longer < -kLongestFrame) return false;
+    const std::int64_t microseconds = microseconds_ + longer;
+    if (microseconds < 0 || microseconds > kLongestFrame) return false;
+    std::vector<InputEvent> input;
+    if (has_input && !events(input)) return false;
     if (!in_.is_good()) return false;
-    microseconds_ = read.microseconds;
-    to_.frames.push_back(std::move(read));
+    microseconds_ = microseconds;
+    to_.add_frame(microseconds, std::move(input));
     return true;
   }
 
@@ -155,14 +157,12 @@ class Decoder {
 
   bool answer() {
     std::string text = in_.text();
-    if (!in_.is_good()) return false;
-    (to_.frames.empty() ? to_.start : to_.frames.back()).answers.push_back(std::move(text));
-    return true;
+    if (in_.is_good()) to_.add_answer(std::move(text));
+    return in_.is_good();
   }
 
   bool checkpoint() {
     Checkpoint read;
-    read.frames = to_.frames.size();
     read.hash = in_.fixed(8);
     std::vector<Checkpoint::Figure> parts = parts_;
     for (std::uint64_t left = in_.number(); left > 0 && in_.is_good(); --left) {
@@ -180,7 +180,7 @@ class Decoder {
     for (const Checkpoint::Figure& part : parts_) {
       if (part.hash != 0) read.figures.push_back(part);
     }
-    to_.checkpoints.push_back(std::move(read));
+    to_.add_checkpoint(std::move(read));
     return true;
   }
 
@@ -188,6 +188,8 @@ class Decoder {
   void note_damage() {
     const std::size_t trusted = to_.checkpoints.empty() ? 0 : to_.checkpoints.back().frames;
     to_.frames.resize(trusted);
+    to_.last_requests.clear();
+    to_.last_answers.clear();
     to_.damage =
         "the recording is damaged in second " + std::to_string(to_.checkpoints.size() + 1) + ", behind frame " + std::to_string(trusted);
   }
@@ -203,15 +205,40 @@ class Decoder {
 
 }  // namespace
 
-Checkpoint checkpoint_of(std::size_t frames, const std::vector<host::StateFigure>& figures) {
+// 0: the part shows nothing.
+std::uint16_t short_figure(std::uint64_t hash, int bits) {
+  const std::uint16_t low = static_cast<std::uint16_t>(hash & ((1u << bits) - 1));
+  return low == 0 ? std::uint16_t{1} : low;
+}
+
+Checkpoint checkpoint_of(std::size_t frames, const std::vector<host::StateFigure>& figures, int bits) {
   Checkpoint made;
   made.frames = frames;
   made.hash = host::hash_of(figures);
   for (const host::StateFigure& figure : figures) {
-    const std::uint16_t low = static_cast<std::uint16_t>(figure.hash);
-    made.figures.push_back({figure.name, low == 0 ? std::uint16_t{1} : low});  // 0: the part shows nothing
+    made.figures.push_back({figure.name, short_figure(figure.hash, bits)});
   }
   return made;
+}
+
+void Recording::add_request(std::string line) { last_requests.push_back(std::move(line)); }
+
+void Recording::add_frame(std::int64_t microseconds, std::vector<InputEvent> input) {
+  frames.push_back({microseconds, std::exchange(last_requests, {}), std::move(input), std::exchange(last_answers, {})});
+}
+
+void Recording::add_answer(std::string text) {
+  if (!last_requests.empty()) {
+    last_answers.push_back(std::move(text));
+  } else {
+    (frames.empty() ? start : frames.back()).answers.push_back(std::move(text));
+  }
+}
+
+void Recording::add_checkpoint(Checkpoint made) {
+  made.frames = frames.size();
+  made.requests = last_requests.size();
+  checkpoints.push_back(std::move(made));
 }
 
 bool Recording::breaks_off() const { return damage.empty() && (checkpoints.empty() || checkpoints.back().frames != frames.size()); }
@@ -227,7 +254,7 @@ std::string Writer::beginning(const Beginning& of) {
   put_text(out, of.version);
   put_fixed(out, of.data_hash, 4);
   put_text(out, of.room);
-  out += static_cast<char>(of.has_seed ? 1 : 0);
+  out += static_cast<char>((of.has_seed ? kHasSeed : 0) | (of.has_console ? kHasConsole : 0));
   put_fixed(out, of.seed, 8);
   put_fixed(out, crc(0, out), 4);
   return out;
@@ -269,8 +296,8 @@ void Writer::event(std::string& out, const InputEvent& input) {
         put_signed(out, right);
         put_signed(out, down);
       } else {
-        put_fixed(out, std::bit_cast<std::uint64_t>(input.x), 8);
-        put_fixed(out, std::bit_cast<std::uint64_t>(input.y), 8);
+        put_fixed(out, bit_cast<std::uint64_t>(input.x), 8);
+        put_fixed(out, bit_cast<std::uint64_t>(input.y), 8);
       }
       pointer_x_ = input.x;
       pointer_y_ = input.y;
@@ -295,6 +322,13 @@ void Writer::event(std::string& out, const InputEvent& input) {
       put_signed(out, input.code);
       break;
   }
+}
+
+std::string Writer::request(const std::string& line) {
+  std::string out;
+  put_number(out, kRequest << 2 | kEntry);
+  put_text(out, line);
+  return passed(std::move(out));
 }
 
 std::string Writer::answer(const std::string& text) {
@@ -342,6 +376,7 @@ std::string Writer::checkpoint(const Checkpoint& of) {
 
 bool read_recording(std::string_view bytes, Recording& into, std::string& problem) {
   into = {};
+  if (is_recording_text(bytes)) return read_recording_text(bytes, into, problem);
   Decoder decoder(bytes, into);
   if (!decoder.beginning(problem)) return false;
   decoder.entries();

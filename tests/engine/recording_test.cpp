@@ -2,6 +2,7 @@
 #include "engine/recording/recording.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <bit>
@@ -12,7 +13,10 @@
 #include <sys/resource.h>
 #endif
 
+#include "engine/console/console.h"
+#include "engine/recording/bytes.h"
 #include "engine/recording/recorder.h"
+#include "engine/recording/recording_text.h"
 #include "engine/recording/replay.h"
 #include "game/autoplayer/autoplayer.h"
 #include "runtime/instances_loop/random.h"
@@ -72,8 +76,13 @@ struct Written {
 
   explicit Written(int seconds) {
     recording::Writer writer;
+    write(seconds, writer);
+  }
+  Written(int seconds, recording::Form& writer) { write(seconds, writer); }
+
+  void write(int seconds, recording::Form& writer) {
     RandomGenerator chance(3);
-    recording.beginning = {"arena", "1.2.3", 0xFEDCBA98, "rArena", true, UINT64_MAX};
+    recording.beginning = {"arena", "1.2.3", 0xFEDCBA98, "rArena", true, UINT64_MAX, true};
     recording.start.input = all_kinds();
     bytes = writer.beginning(recording.beginning) + writer.start(recording.start.input);
     answer(writer, recording.start, "seed");
@@ -82,17 +91,22 @@ struct Written {
       next.microseconds = frame == 50 ? 1000000 : chance.integer(1, 40000);
       if (frame % 7 == 0) next.input = {pointer(PointerSpace::kWindow, static_cast<double>(chance.integer(0, 1280)), 9)};
       if (frame % 31 == 0) next.input = all_kinds();
+      if (frame % 50 == 0) {
+        next.requests = {R"({"eval":"x = \"ü\"; 1"})", R"({"eval":"2"})"};
+        for (const std::string& request : next.requests) bytes += writer.request(request);
+      }
       bytes += writer.frame(next.microseconds, next.input);
       if (frame % 40 == 0) answer(writer, next, std::string(static_cast<std::size_t>(frame), 'c'));
       if (frame % 60 != 0) continue;
-      recording::Checkpoint checkpoint = {recording.frames.size(), chance.next(), {{"world", 1}}};
-      if (frame % 120 == 0) checkpoint.figures.push_back({"oEnemy", static_cast<std::uint16_t>(frame)});
+      recording::Checkpoint checkpoint = {
+          recording.frames.size(), chance.next(), {{"world", 1}}, 0, recording::Witnessed{1, 2, 0xFFFFFFFF}};
+      if (frame % 120 == 0) checkpoint.figures.push_back({"oEnemy", recording::short_figure(chance.next(), writer.figure_bits())});
       bytes += writer.checkpoint(checkpoint);
       recording.checkpoints.push_back(checkpoint);
       checkpoint_ends.push_back(bytes.size());
     }
   }
-  void answer(recording::Writer& writer, recording::Frame& of, const std::string& text) {
+  void answer(recording::Form& writer, recording::Frame& of, const std::string& text) {
     bytes += writer.answer(text);
     of.answers.push_back(text);
   }
@@ -108,6 +122,7 @@ std::string shown(const InputEvent& input) {
 std::string shown(const recording::Frame& frame) {
   std::string text = std::to_string(frame.microseconds);
   for (const InputEvent& each : frame.input) text += "\n  " + shown(each);
+  for (const std::string& each : frame.requests) text += "\n  request " + each;
   for (const std::string& each : frame.answers) text += "\n  answer " + each;
   return text;
 }
@@ -143,6 +158,91 @@ TEST(Recordings, HoldEverythingThatEnters) {
   ASSERT_EQ(read.checkpoints.size(), written.recording.checkpoints.size());
   EXPECT_EQ(shown(read.frames.back()), shown(written.recording.frames.back()));
   expect_a_beginning_of(read, written.recording, "whole");
+}
+
+TEST(TextRecordings, HoldEverythingThatEnters) {
+  recording::TextWriter writer;
+  const Written written(5, writer);
+  Recording read;
+  std::string problem;
+  ASSERT_TRUE(recording::read_recording(written.bytes, read, problem)) << problem;
+  EXPECT_EQ(read.damage, "");
+  EXPECT_EQ(read.beginning.game + read.beginning.version + read.beginning.room, "arena1.2.3rArena");
+  EXPECT_EQ(read.beginning.data_hash, 0xFEDCBA98);
+  EXPECT_EQ(read.beginning.seed, UINT64_MAX);
+  EXPECT_TRUE(read.beginning.has_seed && read.beginning.has_console);
+  EXPECT_EQ(shown(read.start), shown(written.recording.start));
+  ASSERT_EQ(read.frames.size(), written.recording.frames.size());
+  ASSERT_EQ(read.checkpoints.size(), written.recording.checkpoints.size());
+  EXPECT_EQ(shown(read.frames.back()), shown(written.recording.frames.back()));
+  expect_a_beginning_of(read, written.recording, "whole");
+  ASSERT_TRUE(read.checkpoints.back().shown.has_value());
+  EXPECT_EQ(read.checkpoints.back().shown->replies, 0xFFFFFFFFu);
+}
+
+// Cut anywhere it is the run up to there; a line that is none is named, and what stands before it is the run.
+TEST(TextRecordings, ThatEndEarlyOrAreDamagedAreTheRunUpToThere) {
+  recording::TextWriter writer;
+  const Written written(2, writer);
+  Recording read;
+  std::string problem;
+  std::size_t frames = 0;
+  for (std::size_t end = 0; end <= written.bytes.size(); ++end) {
+    if (!recording::read_recording(written.bytes.substr(0, end), read, problem)) {
+      EXPECT_EQ(frames, 0u) << end;
+      continue;
+    }
+    EXPECT_EQ(read.damage, "") << end;
+    EXPECT_GE(read.frames.size(), frames) << end;
+    frames = read.frames.size();
+    expect_a_beginning_of(read, written.recording, std::to_string(end));
+  }
+  EXPECT_EQ(frames, 120u);
+  const std::string before = "recording of arena\nbegin\nlength 16667\nframes 3\n";
+  for (const char* line : {"frames",
+                           "frames 0",
+                           "frames 3000001",
+                           "frames 99999999999999999999",
+                           "frames 1 2",
+                           "frames -1",
+                           "go 1",
+                           "go 1 x",
+                           "key 65",
+                           "key 65 1 1",
+                           "length -1",
+                           "length 3600000001",
+                           "is",
+                           "is 12 - - - 01",
+                           "is x - - - ",
+                           "text \\x",
+                           "wheel 1.5",
+                           "pointer nowhere 1 1",
+                           "begin",
+                           "room rArena",
+                           "nothing"}) {
+    ASSERT_TRUE(recording::read_recording(before + line + "\nframes 1\n", read, problem)) << line << problem;
+    EXPECT_EQ(read.damage, "line 5 of the recording cannot be read") << line;
+    EXPECT_EQ(read.frames.size(), 3u) << line;
+  }
+  for (const char* beginning : {"recording of \nbegin\n", "recording of arena\nframes 1\nbegin\n", "recording of arena\nseed\nbegin\n",
+                                "recording of arena\ndata 123456789\nbegin\n", "recording of arena\n"})
+    EXPECT_FALSE(recording::read_recording(beginning, read, problem)) << beginning;
+}
+
+TEST(Recordings, OfTheFirstVersionAreRead) {
+  recording::Writer writer;
+  std::string bytes = writer.beginning({"arena", "1", 5, "", false, 0});
+  bytes[7] = 1;
+  bytes.resize(bytes.size() - 4);
+  recording::put_fixed(bytes, crc32(0, reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned>(bytes.size())), 4);
+  bytes += writer.start({}) + writer.frame(16667, {});
+  Recording read;
+  std::string problem;
+  ASSERT_TRUE(recording::read_recording(bytes, read, problem)) << problem;
+  EXPECT_EQ(read.frames.size(), 1u);
+  bytes[7] = 3;
+  EXPECT_FALSE(recording::read_recording(bytes, read, problem));
+  EXPECT_EQ(problem, "the recording is of another version of the format");
 }
 
 TEST(Recordings, ThatEndAnywhereAreTheRunUpToThere) {
@@ -244,17 +344,25 @@ long most_memory() {
 #endif
 }
 
-void expect_the_same_run(const Recording& recorded) {
+// The frame at which a replay is another run, and in what; "none".
+std::string first_difference(const Recording& recorded) {
   recording::Replay replay(recorded);
   host::GameOptions options;
   replay.prepare(options);
   const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
-  while (!replay.is_at_end()) {
-    replay.step(*game);
-    ASSERT_EQ(replay.differences(), std::vector<std::string>()) << replay.frame();
+  std::unique_ptr<console::Console> console;
+  if (recorded.beginning.has_console) console = std::make_unique<console::Console>(*game);
+  replay.set_console([&](const std::string& request) { console->answer(request); });
+  while (!replay.is_at_end() || replay.finish()) {
+    if (!replay.is_at_end()) replay.step(*game);
+    const std::vector<std::string> parts = replay.differences();
+    if (!parts.empty()) return std::to_string(replay.frame()) + ": " + testing::PrintToString(parts);
   }
   EXPECT_EQ(replay.checkpoints_passed(), recorded.checkpoints.size());
+  return "none";
 }
+
+void expect_the_same_run(const Recording& recorded) { EXPECT_EQ(first_difference(recorded), "none"); }
 
 TEST(PlayedRecordings, AreTheSameRun) {
   const Recording recorded = read_fight(record_a_fight());
@@ -267,18 +375,6 @@ TEST(PlayedRecordings, AreTheSameRun) {
 // One press that is left out, one microsecond: the hashes say so, and in which parts.
 TEST(PlayedRecordings, AnotherRunIsNoticed) {
   const Recording recorded = read_fight(record_a_fight());
-  const auto first_difference = [&](const Recording& changed) {
-    recording::Replay replay(changed);
-    host::GameOptions options;
-    replay.prepare(options);
-    const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
-    while (!replay.is_at_end()) {
-      replay.step(*game);
-      const std::vector<std::string> parts = replay.differences();
-      if (!parts.empty()) return std::to_string(replay.frame()) + ": " + testing::PrintToString(parts);
-    }
-    return std::string("none");
-  };
   EXPECT_EQ(first_difference(recorded), "none");
   Recording changed = recorded;
   const auto is_press = [](const InputEvent& each) { return each.type == InputEvent::Type::kButton && each.value != 0; };
@@ -301,6 +397,45 @@ TEST(Recordings, OfOtherGamesVersionsAndDataDoNotFit) {
   EXPECT_EQ(recording::misfit(other, here), "the recording was made by version 0.9 of the game, this is version 1.0");
   other.game = "samples";
   EXPECT_EQ(recording::misfit(other, here), "the recording is of 'samples', this is 'arena'");
+}
+
+// What a console evaluates enters, too: statements, those that fail, errors of handlers, what was asked behind the last frame.
+TEST(PlayedRecordings, OfAConsoleAreTheSameRun) {
+  for (const char* name : {"console.rec", "console.txt"}) {
+    const std::string path = temporary_path(name);
+    recording::Recorder recorder(path, {"arena", "1", 5, "rArena", true, 1, true});
+    host::GameOptions options;
+    options.listener = &recorder;
+    options.room = "rArena";
+    options.has_seed = true;
+    options.seed = 1;
+    const std::unique_ptr<host::Game> game = start_recorded(std::move(options));
+    {
+      console::Console console(*game);
+      for (const char* request :
+           {"{'step': 70}", "{'eval': 'oPlayer.hp = 50; global.text = clipboard_get_text()'}", "{'step': 5}", "{'eval': '1 + {}'}",
+            "{'eval': 'oPlayer.h_speed = []'}", "{'step': 90}", "{'eval': 'oPlayer.hp = 49'}"}) {
+        std::string line = request;
+        std::replace(line.begin(), line.end(), '\'', '"');
+        console.answer(line);
+      }
+      recorder.end();
+    }
+    const Recording recorded = read_fight(path);
+    EXPECT_EQ(recorded.frames.size(), 165u);
+    EXPECT_EQ(recorded.frames[70].answers.size(), 1u);
+    EXPECT_EQ(recorded.last_requests.size(), 1u);
+    EXPECT_FALSE(recorded.breaks_off());
+    expect_the_same_run(recorded);
+    // The hash is of the state before the last request, or behind it.
+    Recording changed = recorded;
+    changed.frames[75].requests.clear();
+    EXPECT_NE(first_difference(changed), "none") << name;
+    changed = recorded;
+    changed.last_requests.clear();
+    changed.checkpoints.back().requests = 0;
+    EXPECT_EQ(first_difference(changed), "165: { \"oPlayer\" }") << name;
+  }
 }
 
 // Ten minutes of the autoplayer, or hours where tests are to go on for longer: recorded as they happen, the same run again, and after the
