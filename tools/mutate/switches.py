@@ -51,38 +51,23 @@ def widened(before, after):
     return start, stop, stop_after
 
 
+def reach(code, at, step, stops):
+    """How far an expression goes from a place, backwards (step -1) or forwards (1): to one of `stops`, a comma, or what encloses it. None where
+    the line ends inside of its brackets."""
+    opening, closing = ("([{", ")]}") if step > 0 else (")]}", "([{")
+    depth = 0
+    while 0 <= (letter := at if step > 0 else at - 1) < len(code) and (depth > 0 or at not in stops and code[letter] not in ",;" + closing):
+        depth += (code[letter] in opening) - (code[letter] in closing)
+        at += step
+    return at if depth == 0 else None
+
+
 def operand_bounds(code, start, stop, strength):
     """The expression around a place: as far as to what encloses it or binds less. None where it goes on in another line."""
     stops = [(m.start(), m.end()) for m in OPERATOR.finditer(code) if PRECEDENCE[m.group()] < strength] + [m.span() for m in KEYWORD.finditer(code)]
-    depth, left = 0, start
-    while left > 0:
-        if depth == 0 and any(end == left for _, end in stops):
-            break
-        letter = code[left - 1]
-        if letter in ")]}":
-            depth += 1
-        elif letter in "([{":
-            if depth == 0:
-                break
-            depth -= 1
-        elif letter in ",;" and depth == 0:
-            break
-        left -= 1
-    depth, right = 0, stop
-    while right < len(code):
-        if depth == 0 and any(begin == right for begin, _ in stops):
-            break
-        letter = code[right]
-        if letter in "([{":
-            depth += 1
-        elif letter in ")]}":
-            if depth == 0:
-                break
-            depth -= 1
-        elif letter in ",;" and depth == 0:
-            break
-        right += 1
-    return (left, right) if depth == 0 else None
+    left = reach(code, start, -1, {end for _, end in stops})
+    right = reach(code, stop, 1, {begin for begin, _ in stops})
+    return (left, right) if left is not None and right is not None else None
 
 
 def as_statement(code, begins):
