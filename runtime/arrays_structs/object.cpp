@@ -138,11 +138,10 @@ void PropertyObject::become_dictionary() {
   dictionary_ = dictionary.release();
 }
 
-bool PropertyObject::remove_variable(std::int32_t id) {
-  if (find_own(id) == nullptr) return false;
+void PropertyObject::remove_variable(std::int32_t id) {
+  if (find_own(id) == nullptr) return;
   if (dictionary_ == nullptr) become_dictionary();
   dictionary_->remove(id);
-  return true;
 }
 
 std::vector<std::int32_t> PropertyObject::variable_ids() const {

@@ -32,8 +32,8 @@ class PropertyObject : public WBObjectBase {
     const std::uint8_t position = shape->positions[id];
     return position == kNoPosition ? nullptr : row + position;
   }
-  // Removes the variable; false when there was none.
-  bool remove_variable(std::int32_t id);
+  // Removes the variable, if there is one.
+  void remove_variable(std::int32_t id);
   // Ids in order of insertion; unset slots included.
   std::vector<std::int32_t> variable_ids() const;
   std::size_t variable_count() const;
