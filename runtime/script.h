@@ -13,6 +13,7 @@
 #include "runtime/builtins/instances.h"
 #include "runtime/builtins/numbers.h"
 #include "runtime/builtins/particles.h"
+#include "runtime/builtins/pointer.h"
 #include "runtime/builtins/screen.h"
 #include "runtime/builtins/sounds.h"
 #include "runtime/builtins/sprites.h"

@@ -3,11 +3,20 @@
 #include <SDL_keycode.h>
 #include <SDL_scancode.h>
 
+#include <algorithm>
+
 namespace arena::platform {
 namespace {
 
+// In the order of kSigns.
+constexpr std::array<int, kSigns.size()> kSignPlaces = {SDL_SCANCODE_SEMICOLON,    SDL_SCANCODE_EQUALS,      SDL_SCANCODE_COMMA,
+                                                        SDL_SCANCODE_MINUS,        SDL_SCANCODE_PERIOD,      SDL_SCANCODE_SLASH,
+                                                        SDL_SCANCODE_GRAVE,        SDL_SCANCODE_LEFTBRACKET, SDL_SCANCODE_BACKSLASH,
+                                                        SDL_SCANCODE_RIGHTBRACKET, SDL_SCANCODE_APOSTROPHE,  SDL_SCANCODE_NONUSBACKSLASH};
+
 // SDL counts the digits from 1 to 9 and then 0, as they stand.
-static_assert(SDL_SCANCODE_Z - SDL_SCANCODE_A == 25 && SDL_SCANCODE_0 - SDL_SCANCODE_1 == 9);
+static_assert(SDL_SCANCODE_Z - SDL_SCANCODE_A == 25 && SDL_SCANCODE_0 - SDL_SCANCODE_1 == 9 && SDL_SCANCODE_KP_9 - SDL_SCANCODE_KP_1 == 8 &&
+              SDLK_F24 - SDLK_F13 == 11);
 
 // The capital of a Latin, Greek or Cyrillic letter; any other character of these scripts as it is; 0 for the rest.
 int capital(int character) {
@@ -31,7 +40,11 @@ int key_code(int scancode, int keycode) {
   if (scancode >= SDL_SCANCODE_A && scancode <= SDL_SCANCODE_Z) return scancode - SDL_SCANCODE_A + 'A';
   if (scancode >= SDL_SCANCODE_1 && scancode <= SDL_SCANCODE_9) return scancode - SDL_SCANCODE_1 + '1';
   if (scancode == SDL_SCANCODE_0) return '0';
+  if (const auto sign = std::find(kSignPlaces.begin(), kSignPlaces.end(), scancode); sign != kSignPlaces.end())
+    return kSigns[static_cast<std::size_t>(sign - kSignPlaces.begin())];
+  if (scancode >= SDL_SCANCODE_KP_1 && scancode <= SDL_SCANCODE_KP_9) return scancode - SDL_SCANCODE_KP_1 + 97;
   if (keycode >= SDLK_F1 && keycode <= SDLK_F12) return keycode - SDLK_F1 + 112;
+  if (keycode >= SDLK_F13 && keycode <= SDLK_F24) return keycode - SDLK_F13 + 124;
   switch (keycode) {
     case SDLK_BACKSPACE: return 8;
     case SDLK_TAB: return 9;
@@ -43,6 +56,8 @@ int key_code(int scancode, int keycode) {
     case SDLK_RCTRL: return 17;
     case SDLK_LALT:
     case SDLK_RALT: return 18;
+    case SDLK_PAUSE: return 19;
+    case SDLK_CAPSLOCK: return 20;
     case SDLK_ESCAPE: return 27;
     case SDLK_SPACE: return 32;
     case SDLK_PAGEUP: return 33;
@@ -55,13 +70,24 @@ int key_code(int scancode, int keycode) {
     case SDLK_DOWN: return 40;
     case SDLK_INSERT: return 45;
     case SDLK_DELETE: return 46;
+    case SDLK_APPLICATION: return 93;
+    case SDLK_KP_0: return 96;
+    case SDLK_KP_MULTIPLY: return 106;
+    case SDLK_KP_PLUS: return 107;
+    case SDLK_KP_MINUS: return 109;
+    case SDLK_KP_PERIOD: return 110;
+    case SDLK_KP_DIVIDE: return 111;
+    case SDLK_NUMLOCKCLEAR: return 144;
+    case SDLK_SCROLLLOCK: return 145;
     default: return 0;
   }
 }
 
-int scancode_of(char place) {
-  if (place >= 'A' && place <= 'Z') return place - 'A' + SDL_SCANCODE_A;
-  return place == '0' ? SDL_SCANCODE_0 : place - '1' + SDL_SCANCODE_1;
+int scancode_of(int code) {
+  if (code >= 'A' && code <= 'Z') return code - 'A' + SDL_SCANCODE_A;
+  if (code >= '0' && code <= '9') return code == '0' ? SDL_SCANCODE_0 : code - '1' + SDL_SCANCODE_1;
+  const auto sign = std::find(kSigns.begin(), kSigns.end(), code);
+  return sign != kSigns.end() ? kSignPlaces[static_cast<std::size_t>(sign - kSigns.begin())] : SDL_SCANCODE_UNKNOWN;
 }
 
 std::string key_label(int keycode) {

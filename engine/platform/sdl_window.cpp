@@ -2,6 +2,8 @@
 #define SDL_MAIN_HANDLED
 #include <SDL.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <utility>
 
@@ -15,7 +17,24 @@ namespace arena::platform {
 namespace {
 
 int button_number(std::uint8_t button) {
-  return button == SDL_BUTTON_LEFT ? 1 : button == SDL_BUTTON_RIGHT ? 2 : button == SDL_BUTTON_MIDDLE ? 3 : 0;
+  switch (button) {
+    case SDL_BUTTON_LEFT: return 1;
+    case SDL_BUTTON_RIGHT: return 2;
+    case SDL_BUTTON_MIDDLE: return 3;
+    case SDL_BUTTON_X1: return 4;
+    case SDL_BUTTON_X2: return 5;
+    default: return 0;
+  }
+}
+
+void push_of_type(InputEvent::Type type, std::int32_t code, std::int32_t value = 0, double x = 0, double y = 0) {
+  InputEvent event;
+  event.type = type;
+  event.code = code;
+  event.value = value;
+  event.x = x;
+  event.y = y;
+  push_input(event);
 }
 
 void push_size(int width, int height) {
@@ -69,6 +88,13 @@ class SdlWindow final : public Window {
   void resize(int width, int height) override {
     if (!is_fullscreen()) SDL_SetWindowSize(window_, width, height);
   }
+  void lock_mouse(bool wanted) override { SDL_SetRelativeMouseMode(wanted ? SDL_TRUE : SDL_FALSE); }
+  bool is_mouse_locked() const { return SDL_GetRelativeMouseMode() == SDL_TRUE; }
+  void move_mouse(int x, int y) override { SDL_WarpMouseInWindow(window_, x, y); }
+  void set_text_area(int x, int y, int width, int height) override {
+    const SDL_Rect area{x, y, width, height};
+    SDL_SetTextInputRect(&area);
+  }
   void set_clipboard(const std::string& text) override { SDL_SetClipboardText(text.c_str()); }
   std::string clipboard() const override {
     char* const text = SDL_GetClipboardText();
@@ -89,14 +115,14 @@ class SdlWindow final : public Window {
     push_size(width, height);
   }
 
-  // What stands on the letter and digit keys, where that changed.
+  // What stands on the keys that are places, where that changed.
   void report_keys() {
-    for (std::size_t i = 0; i < kPlaces.size(); ++i) {
+    for (std::size_t i = 0; i < kPlaces; ++i) {
       InputEvent label;
       label.type = InputEvent::Type::kKeyLabel;
-      label.code = kPlaces[i];
-      label.text = key_label(SDL_GetKeyFromScancode(static_cast<SDL_Scancode>(scancode_of(kPlaces[i]))));
-      if (label.text == std::string(1, kPlaces[i])) label.text.clear();
+      label.code = place_code(i);
+      label.text = key_label(SDL_GetKeyFromScancode(static_cast<SDL_Scancode>(scancode_of(label.code))));
+      if (label.text == us_key_name(label.code)) label.text.clear();
       if (label.text == labels_[i]) continue;
       labels_[i] = label.text;
       push_input(label);
@@ -108,19 +134,24 @@ class SdlWindow final : public Window {
       case SDL_QUIT: closed_ = true; break;
       case SDL_KEYDOWN:
       case SDL_KEYUP: handle_key(event.key); break;
-      case SDL_MOUSEMOTION: push_pointer(PointerSpace::kWindow, event.motion.x, event.motion.y); break;
+      case SDL_MOUSEMOTION: handle_motion(event.motion); break;
       case SDL_MOUSEBUTTONDOWN:
       case SDL_MOUSEBUTTONUP:
-        push_pointer(PointerSpace::kWindow, event.button.x, event.button.y);
+        if (!is_mouse_locked()) push_pointer(PointerSpace::kWindow, event.button.x, event.button.y);
         push_button(button_number(event.button.button), event.type == SDL_MOUSEBUTTONDOWN);
         break;
-      case SDL_MOUSEWHEEL: {
-        InputEvent wheel;
-        wheel.type = InputEvent::Type::kWheel;
-        wheel.code = event.wheel.y;
-        push_input(wheel);
+      case SDL_MOUSEWHEEL:
+        if (event.wheel.y != 0) push_of_type(InputEvent::Type::kWheel, event.wheel.y);
+        if (event.wheel.x != 0) push_of_type(InputEvent::Type::kMotion, kMotionWheelAcross, 0, event.wheel.x);
         break;
-      }
+      case SDL_FINGERDOWN:
+      case SDL_FINGERMOTION:
+      case SDL_FINGERUP: handle_finger(event.tfinger); break;
+      case SDL_TEXTEDITING: handle_composition(event.edit.text, event.edit.start); break;
+      case SDL_TEXTEDITING_EXT:
+        handle_composition(event.editExt.text, event.editExt.start);
+        SDL_free(event.editExt.text);
+        break;
       case SDL_TEXTINPUT: {
         InputEvent typed;
         typed.type = InputEvent::Type::kText;
@@ -151,7 +182,38 @@ class SdlWindow final : public Window {
     if (code != 0) push_key(code, down);
   }
 
+  // A locked pointer stays where it is.
+  void handle_motion(const SDL_MouseMotionEvent& motion) {
+    if (is_mouse_locked()) {
+      push_of_type(InputEvent::Type::kMotion, kMotionPointer, 0, motion.xrel, motion.yrel);
+    } else {
+      push_pointer(PointerSpace::kWindow, motion.x, motion.y);
+    }
+  }
+
+  // A finger has the lowest number that is free, for as long as it stays.
+  void handle_finger(const SDL_TouchFingerEvent& finger) {
+    auto place = std::find(fingers_.begin(), fingers_.end(), finger.fingerId);
+    if (place == fingers_.end() && finger.type == SDL_FINGERDOWN) place = std::find(fingers_.begin(), fingers_.end(), kNoFinger);
+    if (place == fingers_.end()) return;
+    *place = finger.type == SDL_FINGERUP ? kNoFinger : finger.fingerId;
+    int width = 0, height = 0;
+    SDL_GetWindowSize(window_, &width, &height);
+    push_of_type(InputEvent::Type::kTouch, static_cast<std::int32_t>(place - fingers_.begin()), finger.type == SDL_FINGERUP ? 0 : 1,
+                 static_cast<double>(finger.x) * width, static_cast<double>(finger.y) * height);
+  }
+
+  static void handle_composition(const char* text, std::int32_t cursor) {
+    InputEvent composition;
+    composition.type = InputEvent::Type::kComposition;
+    composition.text = text;
+    composition.code = cursor;
+    push_input(composition);
+  }
+
   void handle_window(const SDL_WindowEvent& event) {
+    if (event.event == SDL_WINDOWEVENT_ENTER) push_of_type(InputEvent::Type::kPointerInside, 0, 1);
+    if (event.event == SDL_WINDOWEVENT_LEAVE) push_of_type(InputEvent::Type::kPointerInside, 0, 0);
     if (event.event == SDL_WINDOWEVENT_SIZE_CHANGED) report_size();
     if (event.event != SDL_WINDOWEVENT_FOCUS_GAINED && event.event != SDL_WINDOWEVENT_FOCUS_LOST) return;
     InputEvent focus;
@@ -160,10 +222,18 @@ class SdlWindow final : public Window {
     push_input(focus);
   }
 
+  static constexpr SDL_FingerID kNoFinger = -1;
+  static constexpr std::array<SDL_FingerID, kFingers> no_fingers() {
+    std::array<SDL_FingerID, kFingers> none = {};
+    for (SDL_FingerID& each : none) each = kNoFinger;
+    return none;
+  }
+
   SDL_Window* window_;
   std::unique_ptr<WindowGraphics> graphics_;
-  SDL_Rect windowed_;                   // where it stands when it does not fill the display
-  std::string labels_[kPlaces.size()];  // as reported last; "": that of the US layout
+  SDL_Rect windowed_;            // where it stands when it does not fill the display
+  std::string labels_[kPlaces];  // as reported last; "": that of the US layout
+  std::array<SDL_FingerID, kFingers> fingers_ = no_fingers();
   bool closed_ = false, takes_screenshot_ = false;
 };
 
@@ -179,6 +249,7 @@ bool has_display() {
 
 std::unique_ptr<Window> open_window(const WindowOptions& options, std::string& problem) {
   SDL_SetMainReady();
+  SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
   const Uint32 wanted = prepare_graphics(options.offscreen);
   if (SDL_Init(SDL_INIT_VIDEO) != 0) {
     problem = std::string("no window can be opened: ") + SDL_GetError();

@@ -33,6 +33,11 @@ class Window {
   virtual void resize(int width, int height) = 0;  // of the window, in its own units; does nothing in fullscreen
   virtual void set_clipboard(const std::string& text) = 0;
   virtual std::string clipboard() const = 0;
+  // The pointer is hidden and stays where it is; only its motion is told.
+  virtual void lock_mouse(bool /*wanted*/) {}
+  virtual void move_mouse(int /*x*/, int /*y*/) {}  // to a place in the window, in its own units
+  // Where text is being typed, in the window's own units: an input method shows its choices beside it.
+  virtual void set_text_area(int /*x*/, int /*y*/, int /*width*/, int /*height*/) {}
 };
 
 // Null and a sentence in `problem` when there is no display or no suitable graphics driver.

@@ -3,6 +3,7 @@
 
 #include <tuple>
 
+#include "engine/platform/pointer_state.h"
 #include "engine/platform/window.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/builtins/window.h"
@@ -73,8 +74,12 @@ const BuiltinTable table("Window", "", kRows);
 void use_window(Window* shown) {
   used() = shown;
   show_cursor();
+  use_window_for_pointer(shown);
 }
 
-void follow_window_state() { show_cursor(); }
+void follow_window_state() {
+  show_cursor();
+  follow_pointer_state();
+}
 
 }  // namespace arena::platform

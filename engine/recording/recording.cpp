@@ -25,10 +25,39 @@ enum Entry : std::uint64_t { kStart = 0, kAnswer = 1, kCheckpoint = 2, kRequest 
 // Of the beginning.
 enum Trait : std::uint8_t { kHasSeed = 1, kHasConsole = 2 };
 
-constexpr std::uint8_t kTypeBits = 15, kIsDown = 16, kIsExact = 64;
+constexpr std::uint8_t kTypeBits = 7, kIsDown = 16, kIsExact = 64;
 constexpr int kSpaceShift = 4;
+// Types from 8 on are all written alike: 8 in the head's low bits, the type's lowest three bits below it and the rest above it, then which
+// fields are not 0, and these.
+constexpr std::uint8_t kIsNewer = 8;
+constexpr int kFirstNewer = 8, kLastType = static_cast<int>(InputEvent::Type::kPointerInside);
+enum Present : std::uint8_t { kHasCode = 1, kHasValue = 2, kHasX = 4, kHasY = 8, kHasText = 16, kHasSpace = 32 };
+constexpr double kFineness = 32768;  // coordinates that are so fine are written as whole numbers
 
 std::uint32_t crc(std::uint32_t before, std::string_view bytes) { return files::crc32_of(before, bytes.data(), bytes.size()); }
+
+// One coordinate: 0 and a real, or the whole number of its fineness, folded, plus 1.
+void put_coordinate(std::string& out, double value) {
+  const double fine = value * kFineness;
+  const bool is_whole = std::fabs(fine) < 1e15 && fine == std::floor(fine) && (fine != 0 || !std::signbit(value));
+  put_number(out, is_whole ? fold(static_cast<std::int64_t>(fine)) + 1 : 0);
+  if (!is_whole) put_fixed(out, std::bit_cast<std::uint64_t>(value), 8);
+}
+
+void put_newer_event(std::string& out, const InputEvent& input) {
+  const int type = static_cast<int>(input.type) - kFirstNewer;
+  out += static_cast<char>(kIsNewer | (type & kTypeBits) | (type >> 3 << 4));
+  const bool has_x = std::bit_cast<std::uint64_t>(input.x) != 0, has_y = std::bit_cast<std::uint64_t>(input.y) != 0;
+  const bool has_space = input.space != PointerSpace::kWindow;
+  out += static_cast<char>((input.code != 0 ? kHasCode : 0) | (input.value != 0 ? kHasValue : 0) | (has_x ? kHasX : 0) |
+                           (has_y ? kHasY : 0) | (input.text.empty() ? 0 : kHasText) | (has_space ? kHasSpace : 0));
+  if (input.code != 0) put_signed(out, input.code);
+  if (input.value != 0) put_signed(out, input.value);
+  if (has_x) put_coordinate(out, input.x);
+  if (has_y) put_coordinate(out, input.y);
+  if (!input.text.empty()) put_text(out, input.text);
+  if (has_space) out += static_cast<char>(input.space);
+}
 
 class Decoder {
  public:
@@ -119,7 +148,7 @@ class Decoder {
   bool event(InputEvent& read) {
     using Type = InputEvent::Type;
     const std::uint8_t head = in_.byte();
-    if ((head & kTypeBits) > static_cast<int>(Type::kKeyLabel)) return false;
+    if ((head & kIsNewer) != 0) return newer_event(head, read);
     read.type = static_cast<Type>(head & kTypeBits);
     switch (read.type) {
       case Type::kKey:
@@ -151,8 +180,32 @@ class Decoder {
         read.value = in_.whole();
         break;
       case Type::kWheel: read.code = in_.whole(); break;
+      default: return false;
     }
     return in_.is_good();
+  }
+
+  bool newer_event(std::uint8_t head, InputEvent& read) {
+    const int type = kFirstNewer + (head & kTypeBits) + (head >> 4 << 3);
+    if (type > kLastType) return false;
+    read.type = static_cast<InputEvent::Type>(type);
+    const std::uint8_t present = in_.byte();
+    if (present >= kHasSpace << 1) return false;
+    if ((present & kHasCode) != 0) read.code = in_.whole();
+    if ((present & kHasValue) != 0) read.value = in_.whole();
+    if ((present & kHasX) != 0) read.x = coordinate();
+    if ((present & kHasY) != 0) read.y = coordinate();
+    if ((present & kHasText) != 0) read.text = in_.text();
+    if ((present & kHasSpace) != 0) {
+      const std::uint8_t space = in_.byte();
+      if (space > static_cast<int>(PointerSpace::kGui)) return false;
+      read.space = static_cast<PointerSpace>(space);
+    }
+    return in_.is_good();
+  }
+  double coordinate() {
+    const std::uint64_t whole = in_.number();
+    return whole == 0 ? in_.real() : static_cast<double>(unfold(whole - 1)) / kFineness;
   }
 
   bool answer() {
@@ -321,6 +374,7 @@ void Writer::event(std::string& out, const InputEvent& input) {
       out += static_cast<char>(head);
       put_signed(out, input.code);
       break;
+    default: put_newer_event(out, input); break;
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "runtime/arrays_structs/collector.h"
 #include "runtime/checks/assert.h"
+#include "runtime/input/gamepads.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
@@ -101,21 +102,20 @@ void run_alarms() {
 }
 
 void run_key_events() {
-  const InputState& input = input_state();
   for (const auto& [key, list] : object_types().lists()) {
     if (list.empty()) continue;
-    if (key.kind == EventKind::kKeyboard && key_test(input.key_down, key.number)) run_pass(key);
-    if (key.kind == EventKind::kKeyPress && key_test(input.key_pressed, key.number)) run_pass(key);
-    if (key.kind == EventKind::kKeyRelease && key_test(input.key_released, key.number)) run_pass(key);
+    if (key.kind == EventKind::kKeyboard && key_test(key.number, &Switch::down)) run_pass(key);
+    if (key.kind == EventKind::kKeyPress && key_test(key.number, &Switch::pressed)) run_pass(key);
+    if (key.kind == EventKind::kKeyRelease && key_test(key.number, &Switch::released)) run_pass(key);
   }
 }
 
 bool mouse_event_is_on(std::int32_t number) {
-  const InputState& input = input_state();
+  const ButtonSwitches& buttons = input_state().buttons;
   const std::int32_t which = number >= kMouseAnywhere ? number - kMouseAnywhere : number;
-  if (which >= kMouseReleased && which < kMouseReleased + 3) return input.button_released.data()[which - kMouseReleased + 1];
-  if (which >= kMousePressed && which < kMousePressed + 3) return input.button_pressed.data()[which - kMousePressed + 1];
-  return which >= 0 && which < 3 && input.button_down.data()[which + 1];
+  if (which >= kMouseReleased && which < kMouseReleased + 3) return buttons.data()[which - kMouseReleased + 1].released;
+  if (which >= kMousePressed && which < kMousePressed + 3) return buttons.data()[which - kMousePressed + 1].pressed;
+  return which >= 0 && which < 3 && buttons.data()[which + 1].down;
 }
 
 void run_mouse_events() {
@@ -198,6 +198,7 @@ void timed(Stage stage, Work work) {
 // Everything of a frame before its drawing.
 void do_a_step(std::int64_t microseconds) {
   begin_input_frame();
+  advance_gamepads(microseconds);
   game_clock().frame_microseconds = microseconds;
   game_clock().total_microseconds += microseconds;
   ++game_clock().frame;

@@ -47,6 +47,13 @@ InputEvent pointer(PointerSpace space, double x, double y) {
   return made;
 }
 
+InputEvent newer(InputEvent::Type type, std::int32_t code, std::int32_t value, double x = 0, double y = 0, const char* text = "") {
+  InputEvent made = event(type, code, value, text);
+  made.x = x;
+  made.y = y;
+  return made;
+}
+
 std::vector<InputEvent> all_kinds() {
   using Type = InputEvent::Type;
   const double huge = 1e300, nowhere = std::numeric_limits<double>::quiet_NaN();
@@ -65,7 +72,17 @@ std::vector<InputEvent> all_kinds() {
           pointer(PointerSpace::kGui, huge, -huge),
           pointer(PointerSpace::kGui, 5, nowhere),
           pointer(PointerSpace::kWindow, -0.0, 1e9),
-          pointer(PointerSpace::kWindow, 0.0, 1e9 + 7)};
+          pointer(PointerSpace::kWindow, 0.0, 1e9 + 7),
+          newer(Type::kPad, 7, 1, 0, 0, "guid\nA pad"),
+          newer(Type::kPadButton, 7, 31, 1),
+          newer(Type::kPadAxis, 2147483647, 5, -12345 / 32768.0),
+          newer(Type::kPadAxis, 0, 0, -0.0),
+          newer(Type::kPadAxis, 0, 1, nowhere),
+          newer(Type::kPadSensor, 3, 5, 0.1, -1e-300),
+          newer(Type::kMotion, kMotionPointer, 0, -3, 1e17),
+          newer(Type::kComposition, 2, 0, 0, 0, "にほ"),
+          newer(Type::kTouch, 9, 1, 0.1 + 0.2, -12345678),
+          newer(Type::kPointerInside, 0, 1)};
 }
 
 // A run of some seconds that nobody played, and its bytes.
@@ -229,19 +246,25 @@ TEST(TextRecordings, ThatEndEarlyOrAreDamagedAreTheRunUpToThere) {
     EXPECT_FALSE(recording::read_recording(beginning, read, problem)) << beginning;
 }
 
+// The first version of the format had fewer types of events.
 TEST(Recordings, OfTheFirstVersionAreRead) {
   recording::Writer writer;
   std::string bytes = writer.beginning({"arena", "1", 5, "", false, 0});
-  bytes[7] = 1;
-  bytes.resize(bytes.size() - 4);
-  recording::put_fixed(bytes, crc32(0, reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned>(bytes.size())), 4);
-  bytes += writer.start({}) + writer.frame(16667, {});
+  const auto retitle = [&](char version) {
+    bytes[7] = version;
+    const std::size_t checked = bytes.size() - 4;
+    std::string sum;
+    recording::put_fixed(sum, crc32_z(0, reinterpret_cast<const unsigned char*>(bytes.data()), checked), 4);
+    return bytes.substr(0, checked) + sum;
+  };
+  std::vector<InputEvent> known = all_kinds();
+  std::erase_if(known, [](const InputEvent& each) { return each.type > InputEvent::Type::kKeyLabel; });
+  const std::string rest = writer.start(known);
   Recording read;
   std::string problem;
-  ASSERT_TRUE(recording::read_recording(bytes, read, problem)) << problem;
-  EXPECT_EQ(read.frames.size(), 1u);
-  bytes[7] = 3;
-  EXPECT_FALSE(recording::read_recording(bytes, read, problem));
+  ASSERT_TRUE(recording::read_recording(retitle(1) + rest, read, problem)) << problem;
+  EXPECT_EQ(read.start.input.size(), known.size());
+  EXPECT_FALSE(recording::read_recording(retitle(3) + rest, read, problem));
   EXPECT_EQ(problem, "the recording is of another version of the format");
 }
 
