@@ -9,6 +9,7 @@
 #include "runtime/builtins/conversions.h"
 #include "runtime/builtins/drawing.h"
 #include "runtime/builtins/game.h"
+#include "runtime/builtins/gamepads.h"
 #include "runtime/builtins/input.h"
 #include "runtime/builtins/instances.h"
 #include "runtime/builtins/numbers.h"

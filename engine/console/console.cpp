@@ -13,6 +13,7 @@
 #include "engine/host/state_hash.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/describe.h"
+#include "runtime/input/gamepads.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/stage_times.h"
@@ -228,6 +229,23 @@ struct Console::State {
     return {{"ok", true}};
   }
 
+  // {"pad": 1, "plugged": true, "name": "A pad"}, {"pad": 1, "button": 0, "down": true}, {"pad": 1, "axis": 0, "at": -0.5}: as the device
+  // of that number would do it.
+  json gamepad(const json& request) {
+    const std::int32_t device = whole_number(request, "pad");
+    if (request.contains("button")) {
+      push_pad_button(device, whole_number(request, "button"), flag(request, "down"));
+    } else if (request.contains("axis")) {
+      push_pad_axis(device, whole_number(request, "axis"), number(request, "at", "a number from -1 to 1", -1, 1));
+    } else if (flag(request, "plugged")) {
+      const std::string name = request.contains("name") ? text(request, "name") : "Gamepad";
+      push_pad(device, {"console", std::to_string(device), name, request.contains("labels") ? text(request, "labels") : "", ""});
+    } else {
+      push_pad_gone(device);
+    }
+    return {{"ok", true}};
+  }
+
   json rewind(const json& request) {
     past.rewind(whole(request, "rewind", "a whole number of frames", 0, kMostRewound));
     step_errors().clear();  // of frames that were run again
@@ -250,6 +268,7 @@ struct Console::State {
     if (request.contains("snapshot")) return past.save(text(request, "snapshot")), place();
     if (request.contains("restore")) return past.restore(text(request, "restore")), place();
     if (request.contains("rewind")) return rewind(request);
+    if (request.contains("pad")) return gamepad(request);
     if (request.contains("key")) return push_key(whole_number(request, "key"), flag(request, "down")), json{{"ok", true}};
     if (request.contains("mouse")) return pointer(request);
     if (request.contains("wheel")) return turn_wheel(whole_number(request, "wheel")), json{{"ok", true}};
@@ -264,7 +283,8 @@ struct Console::State {
     if (request.contains("run")) return holds_clock = !flag(request, "run"), json{{"ok", true}};
     if (request.contains("quit")) return quit = true, json{{"ok", true}};
     throw RequestError{
-        "unknown request; known are eval, step, run, snapshot, restore, rewind, key, mouse, wheel, button, instances, draws, sounds, log, "
+        "unknown request; known are eval, step, run, snapshot, restore, rewind, key, mouse, wheel, button, pad, instances, draws, sounds, "
+        "log, "
         "hash, "
         "stages, help, quit"};
   }

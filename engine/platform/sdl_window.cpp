@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "engine/platform/key_codes.h"
+#include "engine/platform/sdl_gamepads.h"
 #include "engine/platform/window.h"
 #include "engine/platform/window_graphics.h"
 #include "engine/platform/x11_display.h"
@@ -53,13 +54,18 @@ class SdlWindow final : public Window {
   }
   ~SdlWindow() override {
     graphics_.reset();
+    gamepads_.reset();
     SDL_DestroyWindow(window_);
     SDL_Quit();
   }
 
   bool poll() override {
     SDL_Event event;
-    while (SDL_PollEvent(&event) != 0) handle(event);
+    while (SDL_PollEvent(&event) != 0) {
+      gamepads_->handle(event);
+      handle(event);
+    }
+    gamepads_->end_poll();
     return !closed_;
   }
 
@@ -68,6 +74,7 @@ class SdlWindow final : public Window {
   void announce() override {
     report_size();
     report_keys();
+    gamepads_->announce();
   }
   bool takes_screenshot() override { return std::exchange(takes_screenshot_, false); }
   void show_cursor(bool shown) override { SDL_ShowCursor(shown ? SDL_ENABLE : SDL_DISABLE); }
@@ -233,6 +240,7 @@ class SdlWindow final : public Window {
   std::unique_ptr<WindowGraphics> graphics_;
   SDL_Rect windowed_;            // where it stands when it does not fill the display
   std::string labels_[kPlaces];  // as reported last; "": that of the US layout
+  std::unique_ptr<SdlGamepads> gamepads_ = std::make_unique<SdlGamepads>();
   std::array<SDL_FingerID, kFingers> fingers_ = no_fingers();
   bool closed_ = false, takes_screenshot_ = false;
 };

@@ -150,6 +150,14 @@ inline constexpr Message<Text, Int, Text, Int, Int> kArgumentResource{"%s argume
 inline constexpr Message<Text, Int, Text, Int> kArgumentHandle{"%s argument %d invalid reference to (%s) - requested %d"};
 inline constexpr Message<Text> kInstanceContext{"%s() must be called in an instance context"};
 
+// Gamepads and actions
+inline constexpr Message<Text> kThresholds{"%s: thresholds must be 0 < release <= press <= 1 and 0 <= inner < outer <= 1"};
+inline constexpr Message<Text> kCurve{"%s: the exponent of a curve must be from 0.1 to 10"};
+inline constexpr Message<Text, Int, Text> kNoInput{"%s argument %d names no input: \"%s\""};
+inline constexpr Message<Text, Int, Text> kNoDirection{"%s argument %d names no direction: \"%s\""};
+inline constexpr Message<Text, Int, Int> kActionName{"%s argument %d: the name of an action has 1 to %d bytes and no tab or line end"};
+inline constexpr Message<Text, Int> kTooManyActions{"%s: a player has at most %d inputs for actions"};
+
 // Instances
 inline constexpr Message<Int> kWorldFull{"cannot create another instance: the world holds %d already"};
 
