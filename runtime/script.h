@@ -1,6 +1,7 @@
 #pragma once
 // Everything that a gameplay file needs: values and Reals, self[...] and global[...], the macros that define scripts, the functions that
 // compile straight into the code, and the rows of the built-in functions, through which services are reached.
+#include "runtime/builtins/actions.h"
 #include "runtime/builtins/arrays.h"
 #include "runtime/builtins/chance.h"
 #include "runtime/builtins/collisions.h"
