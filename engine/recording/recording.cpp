@@ -30,7 +30,7 @@ constexpr int kSpaceShift = 4;
 // Types from 8 on are all written alike: 8 in the head's low bits, the type's lowest three bits below it and the rest above it, then which
 // fields are not 0, and these.
 constexpr std::uint8_t kIsNewer = 8;
-constexpr int kFirstNewer = 8, kLastType = static_cast<int>(InputEvent::Type::kPointerInside);
+constexpr int kFirstNewer = 8, kLastType = static_cast<int>(kLastInputType);
 enum Present : std::uint8_t { kHasCode = 1, kHasValue = 2, kHasX = 4, kHasY = 8, kHasText = 16, kHasSpace = 32 };
 constexpr double kFineness = 32768;  // coordinates that are so fine are written as whole numbers
 
@@ -41,13 +41,13 @@ void put_coordinate(std::string& out, double value) {
   const double fine = value * kFineness;
   const bool is_whole = std::fabs(fine) < 1e15 && fine == std::floor(fine) && (fine != 0 || !std::signbit(value));
   put_number(out, is_whole ? fold(static_cast<std::int64_t>(fine)) + 1 : 0);
-  if (!is_whole) put_fixed(out, std::bit_cast<std::uint64_t>(value), 8);
+  if (!is_whole) put_fixed(out, bit_cast<std::uint64_t>(value), 8);
 }
 
 void put_newer_event(std::string& out, const InputEvent& input) {
   const int type = static_cast<int>(input.type) - kFirstNewer;
   out += static_cast<char>(kIsNewer | (type & kTypeBits) | (type >> 3 << 4));
-  const bool has_x = std::bit_cast<std::uint64_t>(input.x) != 0, has_y = std::bit_cast<std::uint64_t>(input.y) != 0;
+  const bool has_x = bit_cast<std::uint64_t>(input.x) != 0, has_y = bit_cast<std::uint64_t>(input.y) != 0;
   const bool has_space = input.space != PointerSpace::kWindow;
   out += static_cast<char>((input.code != 0 ? kHasCode : 0) | (input.value != 0 ? kHasValue : 0) | (has_x ? kHasX : 0) |
                            (has_y ? kHasY : 0) | (input.text.empty() ? 0 : kHasText) | (has_space ? kHasSpace : 0));

@@ -179,7 +179,9 @@ class TextReader {
       pointer_x_ = read.x;
       pointer_y_ = read.y;
     } else if (word == "event") {
-      read.type = static_cast<Type>(words.whole<std::uint8_t>());
+      const auto type = words.whole<std::uint8_t>();
+      if (type > static_cast<std::uint8_t>(kLastInputType)) return false;
+      read.type = static_cast<Type>(type);
       read.code = words.whole<std::int32_t>();
       read.value = words.whole<std::int32_t>();
       read.space = words.space();

@@ -180,6 +180,7 @@ void apply(InputState& state, const InputEvent& event) {
     case InputEvent::Type::kPadButton:
     case InputEvent::Type::kPadAxis:
     case InputEvent::Type::kPadSensor: apply_pad_event(event); break;
+    case InputEvent::Type::kAsync: break;  // its event tells of it
   }
 }
 

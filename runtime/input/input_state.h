@@ -43,9 +43,10 @@ struct InputEvent {
     kComposition,    // text: what an input method is about to type; code: characters before its cursor
     kTouch,          // code: the finger, from 0; value: 1 it is there, 0 it left; x, y: where, in the window
     kPointerInside,  // value: the pointer came into the window, left it
+    kAsync = 16,     // code: the number of a request; value: the kind of result; text: what came of it
   } type = Type::kKey;
-  std::int32_t code = 0;   // key code, button, width, wheel steps
-  std::int32_t value = 0;  // 1 down, 0 up; focus gained; height
+  std::int32_t code = 0;   // key code, button, width, wheel steps; number of a request
+  std::int32_t value = 0;  // 1 down, 0 up; focus gained; height; kind of asynchronous result
   PointerSpace space = PointerSpace::kWindow;
   double x = 0, y = 0;
   std::string text;  // typed; what stands on the key, "" for that of the US layout
@@ -55,6 +56,8 @@ struct InputEvent {
                       field("text", &InputEvent::text));
   }
 };
+
+inline constexpr InputEvent::Type kLastInputType = InputEvent::Type::kAsync;  // all numbers up to it are types
 
 using KeySwitches = std::array<Switch, kKeys>;
 using ButtonSwitches = std::array<Switch, kButtons>;

@@ -24,4 +24,6 @@ std::string answer_from_outside(const std::function<std::string()>& ask_machine)
 AnswerListener hear_answers(AnswerListener listener) { return std::exchange(part().listener, std::move(listener)); }
 AnswerSource give_answers(AnswerSource source) { return std::exchange(part().source, std::move(source)); }
 
+bool asks_machine() { return !part().source; }
+
 }  // namespace arena

@@ -16,5 +16,7 @@ AnswerListener hear_answers(AnswerListener listener);
 // From now on answers come from here and the machine is not asked; empty: from the machine. The source before is given back.
 using AnswerSource = std::function<std::string()>;
 AnswerSource give_answers(AnswerSource source);
+// Whether it is the machine that answers now.
+bool asks_machine();
 
 }  // namespace arena

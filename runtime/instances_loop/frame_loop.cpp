@@ -8,6 +8,7 @@
 #include "runtime/checks/assert.h"
 #include "runtime/input/gamepads.h"
 #include "runtime/input/input_state.h"
+#include "runtime/instances_loop/async_results.h"
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/collisions.h"
@@ -189,6 +190,17 @@ void draw_world() {
   draw_backgrounds_above(-std::numeric_limits<double>::infinity());
 }
 
+// What arrived from outside is told before anything else happens in the frame, in the order in which it came.
+void run_async_events() {
+  const std::size_t count = applied_input().size();
+  for (std::size_t i = 0; i < count && i < applied_input().size(); ++i) {
+    if (applied_input()[i].type != InputEvent::Type::kAsync) continue;
+    const std::int32_t subtype = applied_input()[i].value;
+    const AsyncResultScope result(applied_input()[i]);
+    if (result.is_there()) run_pass({EventKind::kAsync, subtype});
+  }
+}
+
 template <class Work>
 void timed(Stage stage, Work work) {
   const StageTimer timer(stage);
@@ -203,6 +215,7 @@ void do_a_step(std::int64_t microseconds) {
   game_clock().total_microseconds += microseconds;
   ++game_clock().frame;
   timed(Stage::kHandleInstanceMovement, remember_positions);
+  timed(Stage::kHandleOther, run_async_events);
   timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepBegin}); });
   timed(Stage::kHandleAlarm, run_alarms);
   timed(Stage::kHandleMouse, [] {

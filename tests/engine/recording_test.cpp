@@ -233,6 +233,7 @@ TEST(TextRecordings, ThatEndEarlyOrAreDamagedAreTheRunUpToThere) {
                            "is x - - - ",
                            "text \\x",
                            "wheel 1.5",
+                           "event 99 0 0 window 0 0 ",
                            "pointer nowhere 1 1",
                            "begin",
                            "room rArena",

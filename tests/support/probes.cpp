@@ -54,6 +54,7 @@ PROBE_EVENT(oProbe, Mouse_57)
 PROBE_EVENT(oProbe, Other_4)
 PROBE_EVENT(oProbe, Other_5)
 PROBE_EVENT(oProbe, Other_10)
+PROBE_EVENT(oProbe, Async_2)
 PROBE_EVENT(oProbe, Draw_72)
 PROBE_EVENT(oProbe, Draw_0)
 PROBE_EVENT(oProbe, Draw_73)
@@ -69,9 +70,9 @@ namespace arena::test {
 std::vector<ObjectDefinition> probe_objects() {
   ObjectDefinition probe, child;
   probe.name = "oProbe";
-  probe.events = {"Create_0", "Destroy_0",   "CleanUp_0",   "Step_1",        "Step_0",  "Step_2",   "Alarm_0",
-                  "Alarm_3",  "Keyboard_65", "KeyPress_65", "KeyRelease_65", "Mouse_4", "Mouse_54", "Mouse_57",
-                  "Other_4",  "Other_5",     "Other_10",    "Draw_72",       "Draw_0",  "Draw_73",  "Draw_64"};
+  probe.events = {"Create_0",    "Destroy_0",   "CleanUp_0",     "Step_1",  "Step_0",   "Step_2",   "Alarm_0", "Alarm_3",
+                  "Keyboard_65", "KeyPress_65", "KeyRelease_65", "Mouse_4", "Mouse_54", "Mouse_57", "Other_4", "Other_5",
+                  "Other_10",    "Async_2",     "Draw_72",       "Draw_0",  "Draw_73",  "Draw_64"};
   child.name = "oProbeChild";
   child.parent = kProbe;
   child.events = {"Create_0", "Collision_oProbe"};
