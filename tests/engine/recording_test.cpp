@@ -67,6 +67,7 @@ std::vector<InputEvent> all_kinds() {
           event(Type::kKeyLabel, 'Q', 0, "Й"),
           event(Type::kWindowSize, INT32_MAX, INT32_MIN),
           event(Type::kWheel, -3, 0),
+          event(Type::kAsync, INT32_MAX, 2, std::string("D\0\xFF bytes", 9)),
           pointer(PointerSpace::kWindow, 640, 360),
           pointer(PointerSpace::kRoom, -1, 0.1 + 0.2),
           pointer(PointerSpace::kGui, huge, -huge),
