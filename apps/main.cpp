@@ -10,6 +10,7 @@
 #include "engine/audio/openal/openal.h"
 #include "engine/console/console.h"
 #include "engine/files/paths.h"
+#include "engine/files/storage.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
@@ -192,6 +193,12 @@ std::unique_ptr<recording::Recorder> make_recorder(const Options& options, const
   return std::make_unique<recording::Recorder>(file, beginning, witness);
 }
 
+// Nobody's files are touched by a replay, or where nobody plays; null: in memory.
+std::unique_ptr<files::Storage> save_storage(const Options& options) {
+  if (!options.saves.empty()) return files::folder_storage(options.saves);
+  return options.headless || !options.replay.empty() ? nullptr : files::folder_storage(save_folder());
+}
+
 int run(const Options& options) {
   std::string problem;
   // Known before the game is played, not after.
@@ -205,6 +212,7 @@ int run(const Options& options) {
   game_options.has_seed = options.has_seed;
   game_options.seed = options.seed;
   game_options.screenshot_folder = screenshot_folder;
+  game_options.save_folder = save_storage(options);
 
   // All of these outlive the game.
   Played played;

@@ -44,6 +44,7 @@ std::string what_does_not_fit(const Options& options) {
                                                     {options.demo, "--demo"},
                                                     {options.console, "--console"},
                                                     {options.has_seed, "--seed"},
+                                                    {!options.saves.empty(), "--saves"},
                                                     {!options.room.empty(), "--room"}};
   for (const auto& [is_given, name] : strangers) {
     if (replays && is_given) return std::string(name) + " does not go with --replay";
@@ -71,6 +72,7 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       {"--room", [&](const std::string& value) { return take_text(value, options.room); }},
       {"--record", [&](const std::string& value) { return take_text(value, options.record); }},
       {"--replay", [&](const std::string& value) { return take_text(value, options.replay); }},
+      {"--saves", [&](const std::string& value) { return take_text(value, options.saves); }},
       {"--compare", [&](const std::string& value) { return take_text(value, options.compare); }},
       {"--take-over", [&](const std::string& value) { return read_number(value, options.take_over) && options.take_over >= 0; }},
       {"--hashes", [&](const std::string& value) { return take_text(value, options.hashes); }},
@@ -125,6 +127,7 @@ std::string help_text() {
          "stepped\n" +
          (plays_itself ? "  --demo             the game plays itself\n" : "") +
          "  --frames N         ends after N frames\n"
+         "  --saves FOLDER     scripts save there; without it in the user's folder, and when headless nowhere but in memory\n"
          "  --record FILE      records the run there; without it a run that somebody sees is kept among the last twenty\n"
          "  --replay FILE      plays a recording\n"
          "  --verify           with --replay: as fast as it goes, without window; status 5 when it is not the same run\n"

@@ -13,6 +13,7 @@ struct Options {
   std::string hashes;      // gets a line every 600 frames, of a replay every frame; "-": standard output
   std::string record;      // where the run is recorded; "": among the last runs, where somebody plays
   std::string replay;      // a recording to play
+  std::string saves;       // where scripts save; "": the user's folder, or memory when headless
   bool has_seed = false;
   std::uint64_t seed = 0;
   std::int64_t frames = -1;  // ends after so many; -1: never

@@ -114,6 +114,11 @@ std::filesystem::path new_recording_file() {
   return folder / ("run-" + std::to_string(runs.empty() ? 1 : runs.back().number + 1) + ".rec");
 }
 
+std::string save_folder() {
+  const std::filesystem::path folder = files::user_data_folder(game_description().name);
+  return folder.empty() ? "" : files::utf8_of(folder / "saves");
+}
+
 std::string screenshot_folder() {
 #ifdef _WIN32
   const std::filesystem::path here = files::program_file().parent_path() / "Screenshots";

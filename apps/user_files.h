@@ -18,6 +18,8 @@ platform::CrashFolder next_crash_folder(const std::string& data);
 // Where screenshots go: Screenshots beside the game, where the game is a folder that the user unpacked, or in the current one; a folder
 // named after the game in the user's pictures when nothing can be written there.
 std::string screenshot_folder();
+// Where scripts save: the folder saves beside the log. Empty when there is no such place.
+std::string save_folder();
 // Where the run that begins is recorded; the oldest of the last twenty makes room. Empty when there is no such place.
 std::filesystem::path new_recording_file();
 

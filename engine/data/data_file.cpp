@@ -6,6 +6,7 @@
 
 #include "arena_generated.h"
 #include "engine/files/paths.h"
+#include "engine/files/sandbox.h"
 #include "engine/files/zipped.h"
 
 namespace arena::data {
@@ -61,6 +62,7 @@ class MeaningCheck {
     objects();
     rooms();
     starters();
+    packed_files();
     check(file_.rooms()->size() > 0, "there is no room");
     check(has_room(file_.first_room()), "the first room does not exist");
   }
@@ -173,6 +175,14 @@ class MeaningCheck {
     }
   }
 
+  void packed_files() {
+    if (file_.files() == nullptr) return;
+    std::set<std::string> seen;
+    for (const PackedFile* file : *file_.files()) {
+      const std::string name = file->name()->str();
+      check(files::flaw_of_name(name).empty() && seen.insert(name).second, "a packed file has an impossible name");
+    }
+  }
   void starters() {
     if (file_.starters() == nullptr) return;
     for (const int object : *file_.starters()) check(has_object(object), "a run begins with an unknown object");

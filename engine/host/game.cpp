@@ -8,8 +8,10 @@
 
 #include "arena_generated.h"
 #include "engine/draw/draw_service.h"
+#include "engine/files/game_files.h"
 #include "engine/files/paths.h"
 #include "engine/files/png.h"
+#include "engine/files/save_folder.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/platform/window.h"
@@ -97,6 +99,15 @@ void load_clips(const data::File& content) {
   }
 }
 
+void pack_files(const data::File& content) {
+  files::PackedFiles packed;
+  if (content.files() != nullptr) {
+    for (const data::PackedFile* file : *content.files())
+      packed[file->name()->str()] = {reinterpret_cast<const char*>(file->bytes()->data()), file->bytes()->size()};
+  }
+  files::use_packed_files(std::move(packed));
+}
+
 std::int32_t find_room(const std::string& name) {
   if (name.empty()) return world().first_room;
   for (std::size_t i = 0; i < world().rooms.size(); ++i) {
@@ -135,6 +146,8 @@ Started Game::start(GameOptions options) {
   draw::use_draw_service(game->draw_.get());
   set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, before_handler});
   load_clips(*game->data_->content);
+  pack_files(*game->data_->content);
+  files::use_save_folder(std::move(options.save_folder));
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);
   platform::use_window(options.window);
@@ -155,6 +168,7 @@ Game::~Game() = default;
 void Game::run_frame(std::int64_t microseconds) {
   const SessionScope scope(session_);
   screen().run_began = false;
+  files::deliver_arrivals();
   if (listener_ != nullptr) listener_->before_frame(microseconds);
   arena::run_frame(microseconds);
   // What a new run plays from its start is heard from its first frame on, as after a first start.

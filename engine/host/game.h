@@ -9,6 +9,7 @@
 #include "engine/audio/audio.h"
 #include "engine/data/data_file.h"
 #include "engine/draw/draw.h"
+#include "engine/files/storage.h"
 #include "engine/gpu/backend.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/object_type.h"
@@ -49,6 +50,8 @@ struct GameOptions {
   FrameListener* listener = nullptr;  // not owned
   // False: nobody sees the frames; they are drawn all the same, but only those of which a picture is taken go to the graphics card.
   bool shows_frames = true;
+  // Where scripts save; null: in memory, gone with the game.
+  std::unique_ptr<files::Storage> save_folder;
   // Where numbered screenshots go, asked when one is taken; none: Screenshots in the current folder.
   std::function<std::string()> screenshot_folder;
 };

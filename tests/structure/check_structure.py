@@ -13,7 +13,8 @@ from collections import defaultdict
 HOUSE = [
     ("runtime", ["checks", "memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
                  "script", "builtins", "."]),
-    ("engine", ["files gpu audio", "data gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent", "draw platform", "host", "recording console"]),
+    ("engine", ["formats gpu audio", "files", "data buffers gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent", "draw platform documents", "host",
+                "recording console"]),
     ("toolkit", [".", "support ui/layout", "ui", "viewer"]),
     ("game", [".", "support decals", "combat", "loot", "enemies player", "flow"]),
     ("samples", ["."]),

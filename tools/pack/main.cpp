@@ -12,6 +12,8 @@
 
 #include "arena_generated.h"
 #include "engine/data/data_file.h"
+#include "engine/files/paths.h"
+#include "engine/files/sandbox.h"
 #include "tools/pack/fonts.h"
 #include "tools/pack/images.h"
 #include "tools/pack/music.h"
@@ -43,9 +45,10 @@ class Packer {
     const auto rooms = build_rooms();
     std::vector<int> starters;
     for (const auto& object : sources_.starters) starters.push_back(object_number(object));
+    const auto files = build_files();
     builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", sources_.first_room), builder_.CreateVector(sprites),
                                      builder_.CreateVector(pages_), builder_.CreateVector(fonts), builder_.CreateVector(sounds),
-                                     builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects)));
+                                     builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects), files));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
     bytes.insert(bytes.end(), builder_.GetBufferPointer(), builder_.GetBufferPointer() + builder_.GetSize());
     return bytes;
@@ -211,6 +214,28 @@ class Packer {
     }
     for (const auto& [name, json] : sources_.objects.items()) object_number(name);
     return written;
+  }
+
+  // All that stands in the folder files, as it is; nothing where there is none.
+  flatbuffers::Offset<flatbuffers::Vector<flatbuffers::Offset<data::PackedFile>>> build_files() {
+    const std::filesystem::path folder = arena::files::path_of(assets_ + "/files");
+    std::map<std::string, std::filesystem::path> found;  // by name, so that they stand in the same order everywhere
+    if (std::filesystem::is_directory(folder)) {
+      for (const auto& each : std::filesystem::recursive_directory_iterator(folder)) {
+        if (each.is_regular_file()) found[arena::files::utf8_of(each.path().lexically_relative(folder).generic_u8string())] = each.path();
+      }
+    }
+    std::vector<flatbuffers::Offset<data::PackedFile>> written;
+    for (const auto& [name, path] : found) {
+      if (const std::string_view flaw = arena::files::flaw_of_name(name); !flaw.empty())
+        throw std::runtime_error("files/" + name + " has no name that scripts may use: " + std::string(flaw));
+      std::ifstream stream(path, std::ios::binary);
+      const std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+      if (!stream) throw std::runtime_error("files/" + name + " cannot be read");
+      const auto name_written = builder_.CreateString(name);
+      written.push_back(data::CreatePackedFile(builder_, name_written, builder_.CreateVector(bytes)));
+    }
+    return written.empty() ? 0 : builder_.CreateVector(written);
   }
 
   static data::Fill fill_named(const std::string& name) {
