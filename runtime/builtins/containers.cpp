@@ -5,27 +5,13 @@
 
 #include <algorithm>
 
-#include "runtime/arrays_structs/containers.h"
+#include "runtime/builtins/container_arguments.h"
 #include "runtime/builtins/implement.h"
 #include "runtime/instances_loop/random.h"
 #include "runtime/values/compare.h"
 #include "runtime/values/refs.h"
 
 namespace arena {
-
-// A structure by its handle; a stale or foreign one is reported and the call ends.
-struct ListArgument {
-  DsList* list;
-  std::int32_t handle;
-};
-struct MapArgument {
-  DsMap* map;
-  std::int32_t handle;
-};
-struct GridArgument {
-  DsGrid* grid;
-  std::int32_t handle;
-};
 
 namespace {
 
@@ -45,33 +31,21 @@ Structure* find_structure(const ContainerTable<Structure>& table, const CallCont
 
 }  // namespace
 
-template <>
-struct Argument<ListArgument> {
-  static constexpr bool consumes = true;
-  static ListArgument get(const CallContext& call, int at) {
-    ListArgument argument{nullptr, -1};
-    argument.list = find_structure(ds_lists(), call, at, "list", argument.handle);
-    return argument;
-  }
-};
-template <>
-struct Argument<MapArgument> {
-  static constexpr bool consumes = true;
-  static MapArgument get(const CallContext& call, int at) {
-    MapArgument argument{nullptr, -1};
-    argument.map = find_structure(ds_maps(), call, at, "map", argument.handle);
-    return argument;
-  }
-};
-template <>
-struct Argument<GridArgument> {
-  static constexpr bool consumes = true;
-  static GridArgument get(const CallContext& call, int at) {
-    GridArgument argument{nullptr, -1};
-    argument.grid = find_structure(ds_grids(), call, at, "grid", argument.handle);
-    return argument;
-  }
-};
+ListArgument check_list(const CallContext& call, int at) {
+  ListArgument argument{nullptr, -1};
+  argument.list = find_structure(ds_lists(), call, at, "list", argument.handle);
+  return argument;
+}
+MapArgument check_map(const CallContext& call, int at) {
+  MapArgument argument{nullptr, -1};
+  argument.map = find_structure(ds_maps(), call, at, "map", argument.handle);
+  return argument;
+}
+GridArgument check_grid(const CallContext& call, int at) {
+  GridArgument argument{nullptr, -1};
+  argument.grid = find_structure(ds_grids(), call, at, "grid", argument.handle);
+  return argument;
+}
 
 namespace {
 

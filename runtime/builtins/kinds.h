@@ -12,8 +12,12 @@
 #include "runtime/script/dynamic.h"
 
 namespace arena {
+struct BinaryFileArgument;
+struct BufferArgument;
 struct Callable;
+struct FileName;
 struct GridArgument;
+struct IniArgument;
 struct ListArgument;
 struct MapArgument;
 struct MutableArray;
@@ -24,6 +28,7 @@ struct PointerArgument;
 struct ReadArray;
 struct Rest;
 struct StructArgument;
+struct TextFileArgument;
 }  // namespace arena
 
 namespace arena::script {
@@ -65,10 +70,19 @@ ARENA_KIND(GridNumber, "grid", std::int32_t, Real)
 ARENA_KIND(StickersNumber, "stickers", std::int32_t, Real)
 ARENA_KIND(ParticleSystemNumber, "particle system", std::int32_t, Real)
 ARENA_KIND(ParticleTypeNumber, "particle type", std::int32_t, Real)
+ARENA_KIND(TextFileNumber, "text file", std::int32_t, Real)
+ARENA_KIND(BinaryFileNumber, "binary file", std::int32_t, Real)
+ARENA_KIND(IniNumber, "ini", std::int32_t, Real)
+ARENA_KIND(BufferNumber, "buffer", std::int32_t, Real)
 // Containers by handle, which must be alive.
 ARENA_KIND(List, "list", ListArgument, Real)
 ARENA_KIND(Map, "map", MapArgument, Real)
 ARENA_KIND(GridHandle, "grid", GridArgument, Real)
+ARENA_KIND(TextFile, "text file", TextFileArgument, Real)
+ARENA_KIND(BinaryFile, "binary file", BinaryFileArgument, Real)
+ARENA_KIND(Ini, "ini", IniArgument, Real)
+ARENA_KIND(Buffer, "buffer", BufferArgument, Real)
+ARENA_KIND(SaveName, "file name", FileName, Value)  // of a file or folder that scripts may reach
 // The other kinds of values.
 ARENA_KIND(Text, "text", std::string_view, Value)
 ARENA_KIND(Array, "array", ReadArray, Value)

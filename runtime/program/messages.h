@@ -158,6 +158,11 @@ inline constexpr Message<Text, Int, Text> kNoDirection{"%s argument %d names no 
 inline constexpr Message<Text, Int, Int> kActionName{"%s argument %d: the name of an action has 1 to %d bytes and no tab or line end"};
 inline constexpr Message<Text, Int> kTooManyActions{"%s: a player has at most %d inputs for actions"};
 
+// Files and formats
+inline constexpr Message<Text, Int, Text, Text> kFileName{"%s argument %d is no name that a game may use: '%s' (%s)"};
+inline constexpr Message<Text, Int, Text, Int, Text> kNotOpenFor{"%s argument %d: %s %d is not open for %s"};
+inline constexpr Message<Text, Text> kFormat{"%s: %s"};
+
 // Instances
 inline constexpr Message<Int> kWorldFull{"cannot create another instance: the world holds %d already"};
 

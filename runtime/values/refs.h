@@ -11,7 +11,8 @@ inline constexpr std::int32_t kObject = 0x01000000, kSprite = 0x01000001, kSound
                               kFont = 0x01000006;
 inline constexpr std::int32_t kInstance = 0x04000001, kLayer = 0x04000002, kCamera = 0x04000003, kList = 0x04000004, kMap = 0x04000005,
                               kGrid = 0x04000006, kParticleSystem = 0x04000007, kParticleType = 0x04000008, kStickers = 0x04000009,
-                              kSoundInstance = 0x0400000A;
+                              kSoundInstance = 0x0400000A, kTextFile = 0x04000010, kBinaryFile = 0x04000011, kIni = 0x04000012,
+                              kBuffer = 0x04000013;
 }  // namespace ref_type
 
 // How references of a type read as text: "ref sprite sprPlayer", or "ref list 3" where nothing of the index has a name. Static storage,

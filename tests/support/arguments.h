@@ -16,6 +16,8 @@ struct ArgumentSamples {
 
 inline constexpr const char* kMakeArgumentHolders =
     "global.kept = [1, [2], {k: 3}]; global.grid = ds_grid_create(3, 3); global.list = ds_list_create(); global.map = ds_map_create(); "
+    "global.text_file = text_file_create(\"kept.txt\"); global.binary_file = binary_file_create(\"kept.bin\"); "
+    "global.ini = ini_parse(\"[a]\\nb=1\"); global.buffer = buffer_create(16, 1, 1); "
     "global.stickers = stickers_create(10); global.system = part_system_create(); global.type = part_type_create()";
 
 // By the kind's word; a new kind needs a line here.
@@ -43,6 +45,11 @@ inline const std::map<std::string_view, ArgumentSamples> kArgumentSamples = {
     {"list", {{"global.list"}, "\"text\""}},
     {"map", {{"global.map"}, "\"text\""}},
     {"grid", {{"global.grid"}, "\"text\""}},
+    {"text file", {{"global.text_file", "text_file_create(\"other.txt\")"}, "\"text\""}},
+    {"binary file", {{"global.binary_file"}, "\"text\""}},
+    {"ini", {{"global.ini"}, "\"text\""}},
+    {"buffer", {{"global.buffer", "buffer_from_text(\"text\")"}, "\"text\""}},
+    {"file name", {{"\"text\"", "\"saves/añ.txt\"", "\"kept.txt\""}, "5"}},
     {"stickers", {{"global.stickers", "99"}, "[]"}},
     {"particle system", {{"global.system", "99"}, "[]"}},
     {"particle type", {{"global.type", "99"}, "[]"}},
