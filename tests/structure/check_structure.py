@@ -11,9 +11,9 @@ from collections import defaultdict
 
 # From the ground up. The folders of one line see nothing of each other, only what stands below; "." is the floor's own folder.
 HOUSE = [
-    ("runtime", ["checks", "memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
+    ("runtime", ["checks calendar", "memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
                  "script", "builtins", "."]),
-    ("engine", ["formats gpu audio", "files", "data buffers gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent", "draw platform documents", "host",
+    ("engine", ["formats gpu audio machine licence", "files", "data buffers gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent", "draw platform documents", "host",
                 "recording console"]),
     ("toolkit", [".", "support ui/layout", "ui", "viewer"]),
     ("game", [".", "support decals", "combat", "loot", "enemies player", "flow"]),
