@@ -22,11 +22,11 @@ namespace {
 
 using platform::NextTick;
 
-constexpr std::int64_t kFrame = 16667;           // microseconds of a frame without a screen to wait for
-constexpr std::int64_t kLongestFrame = 1000000;  // a stall counts as at most this
-constexpr std::int64_t kHashEvery = 600;         // frames
-constexpr std::int64_t kScreenshotEvery = 240;   // frames of an off-screen show
-constexpr std::int64_t kShowFrames = 20 * 60;    // unless told otherwise
+constexpr std::int64_t kFrame = 16667;                       // microseconds of a frame without a screen to wait for
+constexpr std::int64_t kLongestFrame = 1000000;              // a stall counts as at most this
+constexpr std::int64_t kHashEvery = 600;                     // frames
+constexpr std::int64_t kScreenshotEvery = 240;               // frames of an off-screen show
+constexpr std::int64_t kShowFrames = 20 * std::int64_t{60};  // unless told otherwise
 
 bool must_end() { return platform::end_request() != 0; }
 

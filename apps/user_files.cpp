@@ -93,7 +93,7 @@ platform::CrashFolder next_crash_folder(const std::string& data) {
   std::size_t oldest = 0;
   for (; oldest + kKept < crashes.size(); ++oldest) std::filesystem::remove_all(crashes[oldest].path, ignored);
   if (crashes.size() >= kKept) next.oldest = crashes[oldest].path;
-  if (!crashes.empty()) next.number = static_cast<std::uintptr_t>(crashes.back().number + 1);
+  if (!crashes.empty()) next.number = static_cast<std::uintptr_t>(crashes.back().number) + 1;
   const std::filesystem::path program = files::program_file();
   next.play = program.empty() ? game_description().name : files::shell_word(files::utf8_of(program));
   if (!data.empty()) next.play += " --data " + files::shell_word(files::utf8_of(std::filesystem::absolute(files::path_of(data), ignored)));

@@ -21,7 +21,7 @@ namespace {
 using Character = std::filesystem::path::value_type;
 
 constexpr std::size_t kLongestPath = 32768;    // characters
-constexpr std::size_t kLogBytes = 64 * 1024;   // of log.txt
+constexpr std::size_t kLogBytes = 65536;       // of log.txt
 constexpr std::uintptr_t kMostAttempts = 100;  // other programs that crashed meanwhile
 constexpr const char *kReport = "report.txt", *kLog = "log.txt", *kRecording = "run.rec";
 

@@ -59,7 +59,7 @@ void fetch_ahead(const EventList& list, std::size_t at) {
   }
   if (at + 2 < list.size()) {
     const RValue* row = list[at + 2].instance->row;
-    for (int line = 0; line < 4; ++line) __builtin_prefetch(row + line * 4);
+    for (std::ptrdiff_t line = 0; line < 4; ++line) __builtin_prefetch(row + line * 4);
   }
 }
 

@@ -24,7 +24,7 @@ class LossyBackend final : public gpu::Backend {
   explicit LossyBackend(Card& card) : card_(card) {}
   std::uint32_t create_texture(int width, int height, const std::uint8_t* pixels) override {
     if (card_.is_lost || width > 4096) return 0;
-    card_.textures[++card_.last_id].assign(pixels, pixels + width * height * 4);
+    card_.textures[++card_.last_id].assign(pixels, pixels + std::ptrdiff_t{width} * height * 4);
     return card_.last_id;
   }
   void destroy_texture(std::uint32_t texture) override { card_.textures.erase(texture); }
@@ -74,7 +74,7 @@ class DeviceLoss : public ::testing::Test {
     const Vertex triangle[3] = {};
     on.draw({id, gpu::Blend::kNormal, 1, {}}, triangle, 3);
     on.end_frame();
-    if (card.drawn_textures.size() != 1 || card.textures.count(card.drawn_textures[0]) == 0) return -1;
+    if (card.drawn_textures.size() != 1 || !card.textures.contains(card.drawn_textures[0])) return -1;
     return card.textures[card.drawn_textures[0]][0];
   }
   Card card;
@@ -123,7 +123,7 @@ TEST_F(DeviceLoss, TheGameGoesOnUntilTheCardIsBack) {
 }
 
 TEST_F(DeviceLoss, WhatTheCardCannotMakeHasNoId) {
-  const std::vector<std::uint8_t> wide(5000 * 4);
+  const std::vector<std::uint8_t> wide(20000);
   EXPECT_EQ(on.create_texture(5000, 1, wide.data()).value, 0u);
   const gpu::TextureId fine = texture(7);
   on.lose_device();

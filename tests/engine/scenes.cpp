@@ -107,7 +107,8 @@ void clips_and_meshes(gpu::Gpu& on) {
 void many(gpu::Gpu& on) {
   const gpu::TextureId texture = rings(on);
   for (int i = 0; i < 12000; ++i) {
-    const float x = static_cast<float>(i % 60), y = static_cast<float>(i / 200);
+    const int row = i / 200;
+    const float x = static_cast<float>(i % 60), y = static_cast<float>(row);
     textured(on, texture, x, y, 4, 0, 0, 4, 0xFFFFFFFFu - static_cast<std::uint32_t>(i % 200));
   }
 }

@@ -44,7 +44,8 @@ Image new_image(int width, int height) {
 
 Image crop(const Image& image, int x, int y, int width, int height) {
   Image piece = new_image(width, height);
-  for (int row = 0; row < height; ++row) std::copy(image.at(x, y + row), image.at(x, y + row) + width * 4, piece.at(0, row));
+  const std::ptrdiff_t row_bytes = std::ptrdiff_t{width} * 4;
+  for (int row = 0; row < height; ++row) std::copy(image.at(x, y + row), image.at(x, y + row) + row_bytes, piece.at(0, row));
   return piece;
 }
 
