@@ -36,7 +36,7 @@ Past::~Past() {
 void Past::save(const std::string& name) {
   if (name.empty() || name.size() > kLongestName)
     throw RequestError{"the name of a snapshot has 1 to " + std::to_string(kLongestName) + " bytes"};
-  if (named_.size() >= kMostSnapshots && named_.count(name) == 0)
+  if (named_.size() >= kMostSnapshots && !named_.contains(name))
     throw RequestError{"there are " + std::to_string(kMostSnapshots) + " snapshots already; one that has a name can be taken anew"};
   named_[name] = snapshot();
 }

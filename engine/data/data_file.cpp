@@ -81,9 +81,9 @@ class MeaningCheck {
     const Page* on = file_.pages()->Get(static_cast<unsigned>(page));
     return x + width <= on->width() && y + height <= on->height();
   }
-  bool has_sprite(int index) const { return index == -1 || sprites_.count(index) > 0; }
+  bool has_sprite(int index) const { return index == -1 || sprites_.contains(index); }
   bool has_object(int index) const { return index >= 0 && index < static_cast<std::int64_t>(file_.objects()->size()); }
-  bool has_room(int index) const { return rooms_.count(index) > 0; }
+  bool has_room(int index) const { return rooms_.contains(index); }
 
   void pages() {
     std::int64_t pixels = 0;

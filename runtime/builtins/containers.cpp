@@ -96,7 +96,7 @@ RValue map_get(MapArgument a, const RValue& key) {
   const auto found = a.map->values.find(DsMap::key_of(key));
   return found == a.map->values.end() ? RValue() : found->second;
 }
-bool map_exists(MapArgument a, const RValue& key) { return a.map->values.count(DsMap::key_of(key)) > 0; }
+bool map_exists(MapArgument a, const RValue& key) { return a.map->values.contains(DsMap::key_of(key)); }
 void map_delete(MapArgument a, const RValue& key) { a.map->values.erase(DsMap::key_of(key)); }
 RValue map_first(MapArgument a) { return a.map->values.empty() ? RValue() : DsMap::value_of(a.map->values.begin()->first); }
 RValue map_next(MapArgument a, const RValue& key) {

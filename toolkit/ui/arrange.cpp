@@ -161,7 +161,7 @@ class Arrangement {
     const std::int32_t box = tree_.add(above, made, measured);
     widgets_.push_back(object_of(widget));
     for (const Value& each : inside) {
-      if (depth < kDeepest && is_set(each, visible_field, true) && placed_.count(each.object) == 0) add(each, box, depth + 1);
+      if (depth < kDeepest && is_set(each, visible_field, true) && !placed_.contains(each.object)) add(each, box, depth + 1);
     }
   }
 
