@@ -106,6 +106,7 @@ std::unique_ptr<ChildOutput> ChildOutput::start(const std::filesystem::path& pro
   std::vector<std::string> words = {program.string()};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& each : words) pointers.push_back(each.data());
   pointers.push_back(nullptr);
   posix_spawn_file_actions_t actions;

@@ -38,7 +38,7 @@ ObjectTypes::ObjectTypes() { session().object_types = this; }
 
 void ObjectTypes::save(State& into) const {
   into.populations.resize(types_.size());
-  for (std::size_t i = 0; i < types_.size(); ++i) into.populations[i] = *types_[i];
+  for (std::size_t i = 0; i < types_.size(); ++i) into.populations[i] = static_cast<const Population&>(*types_[i]);
   into.lists = lists_;
 }
 
