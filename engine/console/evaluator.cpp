@@ -164,6 +164,7 @@ class Evaluator {
   // Calls
   std::vector<RValue> arguments(const Node& node, std::size_t first) {
     std::vector<RValue> values;
+    values.reserve(node.children.size());
     for (std::size_t i = first; i < node.children.size(); ++i) values.push_back(run(*node.children[i]));
     return values;
   }

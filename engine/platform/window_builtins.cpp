@@ -71,8 +71,8 @@ const BuiltinTable table("Window", "", kRows);
 
 }  // namespace
 
-void use_window(Window* shown) {
-  used() = shown;
+void use_window(Window* window) {
+  used() = window;
   show_cursor();
   use_window_for_pointer(shown);
 }

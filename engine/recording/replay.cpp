@@ -21,7 +21,7 @@ std::vector<std::string> different_parts(const Checkpoint& said, const Checkpoin
   };
   note_missing(said.figures, now.figures);
   note_missing(now.figures, said.figures);
-  if (found.empty()) found.push_back("state");
+  if (found.empty()) found.emplace_back("state");
   return found;
 }
 
@@ -112,9 +112,9 @@ std::vector<std::string> Replay::differences() {
   if (witness_ == nullptr) return found;
   const Witnessed now = witness_->take();
   if (!said->shown.has_value()) return found;
-  if (now.drawing != said->shown->drawing) found.push_back("drawing calls");
-  if (now.sounds != said->shown->sounds) found.push_back("sounds");
-  if (now.replies != said->shown->replies) found.push_back("replies");
+  if (now.drawing != said->shown->drawing) found.emplace_back("drawing calls");
+  if (now.sounds != said->shown->sounds) found.emplace_back("sounds");
+  if (now.replies != said->shown->replies) found.emplace_back("replies");
   return found;
 }
 
