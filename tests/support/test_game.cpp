@@ -11,7 +11,6 @@
 #include "runtime/input/input_state.h"
 #include "runtime/program/functions.h"
 #include "runtime/script.h"
-#include "tests/support/golden.h"
 #include "tests/support/probes.h"
 
 namespace arena::test {
@@ -102,14 +101,7 @@ void TestGame::step(int frames, double seconds) {
 nlohmann::ordered_json TestGame::step_once(double seconds) {
   auto reply = ask({{"step", 1}, {"dt", seconds}});
   [] { ASSERT_EQ(broken_invariant(), ""); }();
-  if (golden_run_ != nullptr) golden_run_->frame();
   return reply;
-}
-
-void TestGame::follow_golden_run(const std::string& scenario) { golden_run_ = std::make_unique<GoldenRun>(scenario, *recorder); }
-
-void TestGame::TearDown() {
-  if (golden_run_ != nullptr) golden_run_->finish();
 }
 
 std::vector<TestGame::Drawn> TestGame::drawn(const std::string& statement) {

@@ -13,8 +13,6 @@
 
 namespace arena::test {
 
-class GoldenRun;
-
 // One row: what is evaluated, and the text of its value; "! message" for an error's message.
 struct Row {
   const char* statement;
@@ -33,8 +31,6 @@ class TestGame : public ::testing::Test {
   // The console's reply, with the errors of scripts that step() would not let pass.
   nlohmann::ordered_json step_once(double seconds = 1.0 / 60);
   void key(int code, bool down);
-  // From here on every frame that is stepped is held against the scenario's golden run (golden.h).
-  void follow_golden_run(const std::string& scenario);
   // Checks every row; all are tried, and a failing one shows its label and both texts.
   void check(const std::vector<Row>& rows);
 
@@ -48,10 +44,6 @@ class TestGame : public ::testing::Test {
   gpu::Recorder* recorder = nullptr;  // the game's backend
   std::unique_ptr<host::Game> game;
   std::unique_ptr<console::Console> console;
-
- private:
-  void TearDown() override;
-  std::unique_ptr<GoldenRun> golden_run_;  // null: none
 };
 
 class ArenaGame : public TestGame {

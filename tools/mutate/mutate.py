@@ -39,7 +39,7 @@ PROGRAMS = ("arena_tests", "samples_tests")
 OTHER_TESTS = ("ctest", "-R", "^display$", "--timeout", "300")
 BATCH = 150  # changes that one build holds
 DISPLAY_SECONDS = 10
-GOLDEN = ("Golden", "Samples.TheGallery")
+GOLDEN = ("Of/GoldenRecordings", "Samples.GoldenRecordings")
 QUICK = 1.0  # seconds of a test that runs before the others
 # Quickly built; the forced header is what switches ask. Whether they warn does not matter.
 FLAGS = ("-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG", "-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF",
