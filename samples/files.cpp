@@ -11,8 +11,8 @@ const Sample sample{rFiles, "Files", "Settings and saves that are there next tim
 
 const Variable opened{"opened"}, notes{"notes"}, progress{"progress"}, told{"told"}, listed{"listed"}, buffer_field{"buffer"},
     status{"status"}, action{"action"}, done{"done"}, total{"total"}, message{"message"}, id_field{"id"}, lines{"lines"},
-    column_gap{"column_gap"}, row_gap{"row_gap"}, inset_left{"inset_left"}, inset_top{"inset_top"}, name_field{"name"}, suffix{"suffix"},
-    written{"written"};
+    column_gap{"column_gap"}, row_gap{"row_gap"}, inset_left{"inset_left"}, inset_top{"inset_top"}, name_field{"name"}, prefix{"prefix"},
+    suffix{"suffix"}, written{"written"};
 
 constexpr const char* kSettings = "samples/settings.ini";
 constexpr const char* kNotes = "samples/notes.json";
@@ -88,7 +88,7 @@ EVENT(oFiles, Create_0) {
 }
 
 EVENT(oFiles, Async_2) {
-  const Value result = async_result;
+  const Value result = async_result();
   const Real share = Real(Value(result[done])) / max(1, Real(Value(result[total])));
   self[progress] = 100 * share;
   if (result[status] == "progress") return;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "engine/console/draw_calls.h"
+#include "engine/files/game_files.h"
 #include "engine/host/game.h"
 
 namespace arena::console {
@@ -81,6 +82,7 @@ void Past::note_evaluation(const json& request) {
 
 void Past::run_frame(std::int64_t microseconds) {
   if (keyframes_.empty()) return game_.run_frame(microseconds);
+  files::deliver_arrivals();
   next_.input = queued_input();
   next_.microseconds = microseconds;
   try {

@@ -11,6 +11,7 @@
 #include "runtime/arrays_structs/containers.h"
 #include "runtime/builtins/files.h"
 #include "runtime/builtins/implement.h"
+#include "runtime/instances_loop/async_results.h"
 #include "runtime/session/pooled_bytes.h"
 #include "runtime/values/refs.h"
 #include "runtime/values/text.h"
@@ -271,6 +272,7 @@ RValue find_next(const CallContext& call, std::string_view, std::string_view nam
 }
 
 constexpr Implementation kRows[] = {
+    implement<script::async_result, current_async_result>,
     implement<script::text_file_open, text_open>,
     implement<script::text_file_create, text_create>,
     implement<script::text_file_append, text_append>,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "engine/files/sandbox.h"
 #include "engine/files/save_folder.h"
@@ -14,6 +15,7 @@
 namespace arena::files {
 namespace {
 
+const Part<bool> is_delivered{PartLevel::kServices, "delivery of files"};
 const Part<PackedFiles> packed{PartLevel::kServices, "packed files"};
 
 // What is kept back until the set is whole, and what is on its way.
@@ -242,12 +244,14 @@ std::uint32_t begin_save(const std::string& name, std::string bytes) {
 }
 
 void deliver_arrivals() {
-  if (!asks_machine()) return;
+  if (!asks_machine() || std::exchange(is_delivered(), true)) return;
   for (const Arrival& arrival : save_folder().take_arrivals()) push_arrival(arrival);
   for (const auto& [ticket, request] : part().requests) {
     if (is_lost(ticket)) push_arrival({Arrival::Status::kFailed, ticket, 0, 0, request.name + ": was interrupted"});
   }
 }
+
+void end_delivery() { is_delivered() = false; }
 
 std::optional<Request> find_request(std::uint32_t ticket) {
   const auto found = part().requests.find(ticket);

@@ -47,7 +47,9 @@ struct Request {
 std::optional<Request> find_request(std::uint32_t ticket);
 void end_request(std::uint32_t ticket);
 std::optional<std::string> packed_file(const std::string& name);
-// Puts what arrived into the input queue: between two frames. Never in a replay, whose queue has it.
+// Puts what arrived into the input queue: between two frames, and once for each. Never in a replay, whose queue has it.
 void deliver_arrivals();
+// The next frame takes the queue as it is now.
+void end_delivery();
 
 }  // namespace arena::files

@@ -169,6 +169,7 @@ void Game::run_frame(std::int64_t microseconds) {
   const SessionScope scope(session_);
   screen().run_began = false;
   files::deliver_arrivals();
+  files::end_delivery();
   if (listener_ != nullptr) listener_->before_frame(microseconds);
   arena::run_frame(microseconds);
   // What a new run plays from its start is heard from its first frame on, as after a first start.

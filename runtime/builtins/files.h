@@ -5,6 +5,8 @@
 
 namespace arena::script {
 
+BUILTIN(async_result, Any(), "", "What arrived, in an event Async_N: a struct that nobody can change; undefined elsewhere.");
+
 BUILTIN(binary_file_change, BinaryFileNumber(SaveName), "name", "Opens a file for reading and writing; -1 when there is none.");
 BUILTIN(binary_file_close, Flag(BinaryFile), "file", "Ends the file, saves what was written, and says whether it can be saved.");
 BUILTIN(binary_file_create, BinaryFileNumber(SaveName), "name", "Opens a new, empty file for writing.");

@@ -1,7 +1,6 @@
 #include "runtime/instances_loop/async_results.h"
 
 #include "runtime/arrays_structs/struct.h"
-#include "runtime/program/builtin_variable.h"
 #include "runtime/session/session.h"
 
 namespace arena {
@@ -11,8 +10,6 @@ const AsyncSource* first = nullptr;
 
 // Only while an event runs: nothing of it is left between two frames.
 const Part<RValue> result{PartLevel::kWorld, "asynchronous result"};
-
-const BuiltinVariable async_result{"async_result", false, [](CInstance*, std::int32_t) { return result(); }};
 
 }  // namespace
 
@@ -26,5 +23,7 @@ AsyncResultScope::AsyncResultScope(const InputEvent& event) {
 }
 AsyncResultScope::~AsyncResultScope() { result() = RValue(); }
 bool AsyncResultScope::is_there() const { return result().is_object(); }
+
+RValue current_async_result() { return result(); }
 
 }  // namespace arena

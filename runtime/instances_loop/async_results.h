@@ -22,7 +22,7 @@ class AsyncSource {
   const AsyncSource* const next;
 };
 
-// async_result is what the event brought, for the life of the scope.
+// The event's result is the current one for the life of the scope.
 class AsyncResultScope {
  public:
   explicit AsyncResultScope(const InputEvent& event);
@@ -31,5 +31,8 @@ class AsyncResultScope {
   AsyncResultScope& operator=(const AsyncResultScope&) = delete;
   bool is_there() const;
 };
+
+// Undefined outside of these events.
+RValue current_async_result();
 
 }  // namespace arena

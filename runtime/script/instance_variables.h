@@ -84,7 +84,6 @@ class WorldVariable : public Variable {
   Real number() const;
 };
 inline const WorldVariable delta_time{"delta_time"};
-inline const WorldVariable async_result{"async_result"};
 inline const WorldVariable current_time{"current_time"};
 inline const WorldVariable mouse_x{"mouse_x"};
 inline const WorldVariable mouse_y{"mouse_y"};

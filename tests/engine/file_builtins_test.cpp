@@ -186,7 +186,8 @@ class AsyncFiles : public Files {
   // Steps until the probe has heard so many results, and what it wrote down of them.
   std::string heard(int results) {
     statement_to_draw =
-        "array_push(global.heard, [async_result.id, async_result.action, async_result.status, async_result.done, async_result.message])";
+        "array_push(global.heard, [async_result().id, async_result().action, async_result().status, async_result().done, "
+        "async_result().message])";
     for (int i = 0; i < 2000 && number("array_length(global.heard)") < results; ++i) {
       ask({{"step", 1}});
       files::save_folder().wait();
@@ -207,9 +208,9 @@ TEST_F(AsyncFiles, ArriveAsEvents) {
   EXPECT_EQ(heard(1), "[[1,\"save\",\"done\",5,\"\"]]");
   eval("global.heard = []; buffer_load_async(\"x.bin\"); buffer_load_async(\"none.bin\")");
   EXPECT_EQ(heard(2), "[[2,\"load\",\"done\",5,\"\"],[3,\"load\",\"failed\",0,\"none.bin: there is no such file\"]]");
-  EXPECT_EQ(eval("async_result"), "undefined");
+  EXPECT_EQ(eval("async_result()"), "undefined");
   // What arrives cannot be changed, in depth.
-  statement_to_draw = "global.heard = async_result; async_result.id = 9";
+  statement_to_draw = "global.heard = async_result(); async_result().id = 9";
   eval("buffer_load_async(\"x.bin\")");
   files::save_folder().wait();
   EXPECT_NE(ask({{"step", 1}}).dump().find("read-only"), std::string::npos);
@@ -223,7 +224,7 @@ TEST_F(AsyncFiles, TellHowFarTheyAre) {
   eval("buffer_save(buffer_create(40000000, 0, 1), \"large\")");
   ASSERT_TRUE(files::save_folder().wait());
   listen();
-  statement_to_draw = "array_push(global.heard, [async_result.status, async_result.done / async_result.total])";
+  statement_to_draw = "array_push(global.heard, [async_result().status, async_result().done / async_result().total])";
   eval("buffer_load_async(\"large\")");
   double before = 0;
   std::string last;
@@ -250,6 +251,21 @@ TEST_F(AsyncFiles, ThatArrivedBeforeAStateWasPutBackAreToldAsInterrupted) {
   EXPECT_EQ(heard(1), "[[1,\"load\",\"failed\",0,\"x.bin: was interrupted\"]]");
   ask({{"step", 3}});
   EXPECT_EQ(eval("array_length(global.heard)"), "1");
+}
+
+TEST_F(AsyncFiles, ThatArrivedAreInThePastToo) {
+  files::use_save_folder(files::folder_storage(temporary_path("past")));
+  eval("buffer_save(buffer_from_text(\"hello\"), \"x.bin\")");
+  listen();
+  ask({{"rewind", 0}});
+  eval("buffer_load_async(\"x.bin\")");
+  const std::string before = heard(1);
+  ask({{"step", 3}});
+  const std::string hash = ask({{"hash", true}})["hash"];
+  ask({{"step", 2}});
+  ask({{"rewind", 2}});
+  EXPECT_EQ(eval("global.heard"), before);
+  EXPECT_EQ(ask({{"hash", true}})["hash"], hash);
 }
 
 class Inis : public TestGame {};

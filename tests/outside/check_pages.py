@@ -80,7 +80,7 @@ def problems_of(program, room, requests, expected):
     if len(replies) != len(asked) + 2:
         return [f"ended early: {done.stdout[-500:]}{done.stderr[-2000:]}"]
     found = [f"{asked[i]}: {reply}" for i, reply in enumerate(replies[:len(asked)]) if "error" in reply or "errors" in reply]
-    logged = [line for line in replies[-2]["log"] if not line.startswith("WBC lookup")]
+    logged = [line for entry in replies[-2]["log"] if not entry.startswith("WBC lookup") for line in entry.split("\n")]
     if len(logged) != len(expected) or not all(map(fits, expected, logged)):
         found.append("the page says\n    " + "\n    ".join(expected) + "\n  and the example logs\n    " + "\n    ".join(logged))
     return found
