@@ -160,7 +160,8 @@ TEST_F(PadGame, AnAxisHasFourThresholdsAndACurve) {
   push_pad_axis(5, 5, -0.5);
   step();
   EXPECT_EQ(axes(4, 5), "[500,0]");
-  check({{"[gamepad_get_axis_raw(0, 4), gamepad_check_button(0, 21), gamepad_check_button(0, 22)]", "[0.50,true,false]"},
+  check({{"[gamepad_get_axis_raw(0, 4), gamepad_get_axis_raw(0, 5), gamepad_check_button(0, 21), gamepad_check_button(0, 22)]",
+          "[0.50,0,true,false]"},
          {"gamepad_get_curve(0, 0)", "2"}});
 }
 
