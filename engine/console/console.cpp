@@ -200,7 +200,7 @@ struct Console::State {
   }
 
   json place() const {
-    return {{"frame", game_clock().frame}, {"room", world().rooms[static_cast<std::size_t>(world().room)].name}, {"ended", world().ended}};
+    return {{"frame", game_clock().frame}, {"room", world().room_definition(world().room).name}, {"ended", world().ended}};
   }
 
   json step(const json& request) {

@@ -94,9 +94,7 @@ class Evaluator {
     for (std::size_t i = 0; i < sprite_infos().size() && number < 0; ++i) {
       if (sprite_infos()[i].name == text) number = static_cast<std::int32_t>(i);
     }
-    for (std::size_t i = 0; i < world().rooms.size() && number < 0; ++i) {
-      if (world().rooms[i].name == text) number = static_cast<std::int32_t>(i);
-    }
+    if (number < 0) number = world().find_room(text);
     out = RValue(static_cast<double>(number));
     return number >= 0;
   }

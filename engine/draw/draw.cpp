@@ -20,7 +20,7 @@ constexpr double kDegree = elementary::kPi / 180.0;
 
 std::uint32_t room_color() {
   const World& the = world();
-  return the.room >= 0 ? the.rooms[static_cast<std::size_t>(the.room)].color : 0;
+  return the.room >= 0 ? the.room_definition(the.room).color : 0;
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ void room_goto(std::int32_t room) {
 }
 void room_restart() { world().room_wanted = world().room; }
 std::string room_get_name(std::int32_t room) {
-  return require_room(room, current_builtin_name()) ? world().rooms[static_cast<std::size_t>(room)].name : std::string();
+  return require_room(room, current_builtin_name()) ? world().room_definition(room).name : std::string();
 }
 void game_restart() { world().restart_wanted = true; }
 void game_end() { world().ended = true; }

@@ -72,7 +72,7 @@ void destroy(const CallContext& call, const RValue& target, bool runs) {
 bool exists(const RValue& target) {
   if (target.is_undefined() || target.is_array() || target.is_string()) return false;
   const CInstance* found = target.is_object() ? instance_of(target.object) : instance_of(resolve_object(target));
-  return found != nullptr && found->is_alive;
+  return found != nullptr && (found->is_alive || found->is_asleep);
 }
 std::int32_t number_of(std::int32_t object) {
   if (object == kAllTarget) return world().live_count();

@@ -29,6 +29,7 @@ struct ReadArray;
 struct Rest;
 struct StructArgument;
 struct TextFileArgument;
+struct TimerArgument;
 }  // namespace arena
 
 namespace arena::script {
@@ -47,6 +48,7 @@ ARENA_KIND(Natural, "whole number", std::uint32_t, Real)
 ARENA_KIND(Flag, "bool", bool, bool)
 ARENA_KIND(Degrees, "degrees", double, Real)  // counter-clockwise from the right
 ARENA_KIND(Radians, "radians", double, Real)
+ARENA_KIND(Date, "date", double, Real)      // seconds since 1970-01-01 00:00 UTC
 ARENA_KIND(Colour, "colour", double, Real)  // blue, green, red from the high byte down
 // Numbers that name something.
 ARENA_KIND(ObjectIndex, "object", std::int32_t, Real)
@@ -83,6 +85,8 @@ ARENA_KIND(BinaryFile, "binary file", BinaryFileArgument, Real)
 ARENA_KIND(Ini, "ini", IniArgument, Real)
 ARENA_KIND(Buffer, "buffer", BufferArgument, Real)
 ARENA_KIND(SaveName, "file name", FileName, Value)  // of a file or folder that scripts may reach
+// By the number that it was given; it may have ended.
+ARENA_KIND(Timer, "timer", TimerArgument, Real)
 // The other kinds of values.
 ARENA_KIND(Text, "text", std::string_view, Value)
 ARENA_KIND(Array, "array", ReadArray, Value)
@@ -99,6 +103,7 @@ ARENA_KIND(InstanceId, "instance", const RValue&, Value)        // by id or as a
 ARENA_KIND(Target, "instance or object", const RValue&, Value)  // an instance, or an object for its instances
 ARENA_KIND(Targets, "object, instance or array of them", const RValue&, Value)
 ARENA_KIND(LayerName, "layer", const RValue&, Value)            // by name or number
+ARENA_KIND(AlarmName, "alarm", const RValue&, Value)            // by name or number
 ARENA_KIND(Fields, "struct or instance", const RValue&, Value)  // checked after the arguments before it have been looked up
 ARENA_KIND(WeakReference, "weak reference", const RValue&, Value)
 ARENA_KIND(Int64, "int64", const RValue&, Value)

@@ -181,6 +181,7 @@ void apply(InputState& state, const InputEvent& event) {
     case InputEvent::Type::kPadAxis:
     case InputEvent::Type::kPadSensor: apply_pad_event(event); break;
     case InputEvent::Type::kAsync: break;  // its event tells of it
+    case InputEvent::Type::kClose: break;  // the frame loop asks who handles it
   }
 }
 

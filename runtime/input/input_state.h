@@ -44,6 +44,7 @@ struct InputEvent {
     kTouch,          // code: the finger, from 0; value: 1 it is there, 0 it left; x, y: where, in the window
     kPointerInside,  // value: the pointer came into the window, left it
     kAsync = 16,     // code: the number of a request; value: the kind of result; text: what came of it
+    kClose = 17,     // the player wants the window closed
   } type = Type::kKey;
   std::int32_t code = 0;   // key code, button, width, wheel steps; number of a request
   std::int32_t value = 0;  // 1 down, 0 up; focus gained; height; kind of asynchronous result
@@ -57,7 +58,7 @@ struct InputEvent {
   }
 };
 
-inline constexpr InputEvent::Type kLastInputType = InputEvent::Type::kAsync;  // all numbers up to it are types
+inline constexpr InputEvent::Type kLastInputType = InputEvent::Type::kClose;  // all numbers up to it are types
 
 using KeySwitches = std::array<Switch, kKeys>;
 using ButtonSwitches = std::array<Switch, kButtons>;

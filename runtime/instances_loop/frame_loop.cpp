@@ -12,9 +12,11 @@
 #include "runtime/instances_loop/cameras.h"
 #include "runtime/instances_loop/clock.h"
 #include "runtime/instances_loop/collisions.h"
+#include "runtime/instances_loop/crossings.h"
 #include "runtime/instances_loop/motion.h"
 #include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/stage_times.h"
+#include "runtime/instances_loop/timers.h"
 #include "runtime/reports/report.h"
 #include "runtime/session/session.h"
 #include "runtime/values/compare.h"
@@ -217,14 +219,20 @@ void do_a_step(std::int64_t microseconds) {
   timed(Stage::kHandleInstanceMovement, remember_positions);
   timed(Stage::kHandleOther, run_async_events);
   timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepBegin}); });
-  timed(Stage::kHandleAlarm, run_alarms);
+  timed(Stage::kHandleAlarm, [&] {
+    run_alarms();
+    run_named_alarms();
+    timers().run(microseconds);
+  });
   timed(Stage::kHandleMouse, [] {
     run_key_events();
     run_mouse_events();
+    run_wheel_pointer_and_window_events();
   });
   timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepNormal}); });
   timed(Stage::kHandleInstanceMovement, move_all);
   timed(Stage::kHandleCollision, run_collision_events);
+  timed(Stage::kHandleOther, [] { run_outside_events(); });
   timed(Stage::kHandleStep, [] { run_pass({EventKind::kStep, kStepEnd}); });
   timed(Stage::kHandleOther, [] {
     animate_all();
@@ -274,7 +282,7 @@ void run_frame(std::int64_t microseconds) {
     timed(Stage::kDoAStep, [&] { do_a_step(microseconds); });
     draw_frame();
     timed(Stage::kHandleOther, restart_if_wanted);
-    timed(Stage::kUpdateActiveLists, [] { world().forget_dead(); });
+    timed(Stage::kUpdateActiveLists, [] { world().settle_lists(); });
     const double before = whole.microseconds();
     collect_at_safe_point();
     renew_memory_reserve();

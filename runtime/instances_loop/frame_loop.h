@@ -1,8 +1,9 @@
 #pragma once
 // One frame of the game, in this order:
 //
-//   input, clock, previous positions, begin step, alarms, keys and mouse, step, built-in motion, collisions, end step,
-//   animation, room changes, drawing (world, then GUI layer), restart, collection
+//   input, clock, previous positions, begin step, alarms (by number, then by name), timers, keys, mouse, wheel, pointer, window, step,
+//   built-in motion, collisions, who left the room or a view, end step, animation, room changes, drawing (world, then GUI layer), restart,
+//   changes of objects, waking, collection
 //
 // Within an event all instances of all handling types run in order of creation. A new instance takes part from the next pass on.
 #include <cstdint>

@@ -2,7 +2,7 @@
 // One live object of an object type: its built-in variables as plain fields, the rest in its row.
 //
 // Always true: from instance_destroy on, `is_alive` is false and nothing finds the instance any more; whoever holds it may still read
-// it until the collector recycles it.
+// it until the collector recycles it. An instance that sleeps is not `is_alive` either, so that every pass over the living leaves it out.
 #include <array>
 #include <tuple>
 
@@ -27,7 +27,9 @@ class CInstance final : public PropertyObject {
   double y = 0, xprevious = 0, yprevious = 0;
   ObjectType* type = nullptr;
   std::int32_t id = 0;
-  bool is_alive = true;
+  bool is_alive = true;       // takes part: false once destroyed, and while asleep
+  bool is_asleep = false;     // there, found by its id, and nothing else (world.h)
+  std::int16_t kept_in = -1;  // asleep with the persistent room that was left; -1: not
   double image_angle = 0, sprite_index = -1;
   double xstart = 0, ystart = 0;
   double hspeed = 0, vspeed = 0, speed = 0, direction = 0, friction = 0, gravity = 0, gravity_direction = 270;
@@ -43,7 +45,8 @@ class CInstance final : public PropertyObject {
   static constexpr auto fields() {
     return std::tuple(field("x", &CInstance::x), field("y", &CInstance::y), field("xprevious", &CInstance::xprevious),
                       field("yprevious", &CInstance::yprevious), derived("type", &CInstance::type), derived("id", &CInstance::id),
-                      field("is_alive", &CInstance::is_alive), field("image_angle", &CInstance::image_angle),
+                      field("is_alive", &CInstance::is_alive), derived("is_asleep", &CInstance::is_asleep),
+                      derived("kept_in", &CInstance::kept_in), field("image_angle", &CInstance::image_angle),
                       field("sprite_index", &CInstance::sprite_index), field("xstart", &CInstance::xstart),
                       field("ystart", &CInstance::ystart), field("hspeed", &CInstance::hspeed), field("vspeed", &CInstance::vspeed),
                       field("speed", &CInstance::speed), field("direction", &CInstance::direction), field("friction", &CInstance::friction),

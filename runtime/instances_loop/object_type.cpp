@@ -77,10 +77,27 @@ std::int32_t ObjectTypes::find(std::string_view name) const {
   return -1;
 }
 
+std::int32_t ObjectTypes::find_alarm(std::string_view name) const {
+  const auto found = std::find(alarm_names_.begin(), alarm_names_.end(), name);
+  return found == alarm_names_.end() ? -1 : kFirstNamedAlarm + static_cast<std::int32_t>(found - alarm_names_.begin());
+}
+
+std::int32_t ObjectTypes::alarm_number(std::string_view name) {
+  if (const std::int32_t known = find_alarm(name); known >= 0) return known;
+  alarm_names_.emplace_back(name);
+  return kFirstNamedAlarm + static_cast<std::int32_t>(alarm_names_.size()) - 1;
+}
+
+std::string_view ObjectTypes::alarm_name(std::int32_t number) const {
+  const std::int32_t place = number - kFirstNamedAlarm;
+  return place >= 0 && place < std::ssize(alarm_names_) ? std::string_view(alarm_names_[static_cast<std::size_t>(place)]) : "";
+}
+
 std::vector<std::string> ObjectTypes::define(std::vector<ObjectDefinition> definitions) {
   std::vector<std::string> problems;
   types_.clear();
   lists_.clear();
+  alarm_names_.clear();
   for (ObjectDefinition& definition : definitions) {
     if (find(definition.name) >= 0) problems.push_back("object '" + definition.name + "' is defined twice");
     auto type = std::make_unique<ObjectType>();

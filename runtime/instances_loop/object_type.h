@@ -88,6 +88,10 @@ class ObjectTypes {
     return *types_[static_cast<std::size_t>(index)];
   }
   std::int32_t find(std::string_view name) const;  // -1: none
+  // The number of the alarm event of that name, and the name; a name gets its number when it is first met.
+  std::int32_t alarm_number(std::string_view name);
+  std::int32_t find_alarm(std::string_view name) const;    // -1: no object has an event for it
+  std::string_view alarm_name(std::int32_t number) const;  // "": there is none
   // The list of an event's participants; made on demand.
   EventList& list(EventKey key) { return lists_[key]; }
   std::map<EventKey, EventList>& lists() { return lists_; }
@@ -101,12 +105,16 @@ class ObjectTypes {
   void save(State& into) const;
   void load(const State& from);
   void restart() {}
-  static constexpr auto fields() { return std::tuple(derived("types", &ObjectTypes::types_), derived("lists", &ObjectTypes::lists_)); }
+  static constexpr auto fields() {
+    return std::tuple(derived("types", &ObjectTypes::types_), derived("lists", &ObjectTypes::lists_),
+                      derived("alarm_names", &ObjectTypes::alarm_names_));
+  }
 
  private:
   void bind_events(ObjectType& type, std::vector<std::string>& problems);
   std::vector<std::unique_ptr<ObjectType>> types_;
   std::map<EventKey, EventList> lists_;
+  std::vector<std::string> alarm_names_;  // of the data
 };
 
 inline ObjectTypes& object_types() { return *session().object_types; }

@@ -27,7 +27,8 @@ const RunningEvent* running_event() { return session().running_event; }
 EventDescription describe_running_event() {
   const RunningEvent* const running = running_event();
   if (running == nullptr) return {};
-  return {event_text(running->event->key), running->self->type->definition.name, running->action};
+  return {event_text(running->event->key), running->self != nullptr ? running->self->type->definition.name : std::string(),
+          running->action};
 }
 
 // Leaves everything as it was before the handler, also when it ends by an error.
@@ -60,17 +61,18 @@ const bool installed = (set_event_describer(describe_running_event), true);
 
 void set_script_error_sink(ScriptErrorSink sink) { error_sink() = sink; }
 
-bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
-  const HandlerScope scope(&self, other, &event, 1);
-  CInstance* const other_instance = instance_or(other, &self);
-  const auto run = [&] { with_memory_reported([&] { event.function->handler(&self, other_instance); }); };
+namespace {
+
+// False when it ended by an error that went to the sink.
+template <class Run>
+bool runs_to_its_end(Run run) {
   const ScriptErrorSink sink = error_sink();
   if (sink == nullptr) {
-    run();
+    with_memory_reported(run);
     return true;
   }
   try {
-    run();
+    with_memory_reported(run);
     return true;
   } catch (const WBKSLException& error) {
     if (innermost_frame() != nullptr) throw;  // the script that caused the event ends too
@@ -84,6 +86,20 @@ bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) 
   }
 }
 
+}  // namespace
+
+bool run_handler(CInstance& self, WBObjectBase* other, const BoundEvent& event) {
+  const HandlerScope scope(&self, other, &event, 1);
+  CInstance* const other_instance = instance_or(other, &self);
+  return runs_to_its_end([&] { event.function->handler(&self, other_instance); });
+}
+
+bool run_called(EventKey key, CInstance* self, const std::function<void()>& call) {
+  const BoundEvent event{key, nullptr, -1};
+  const HandlerScope scope(self, self, &event, 1);
+  return runs_to_its_end(call);
+}
+
 bool run_event(CInstance& self, WBObjectBase* other, EventKey key) {
   const BoundEvent* event = self.type->find_event(key);
   if (event == nullptr) return false;
@@ -93,14 +109,14 @@ bool run_event(CInstance& self, WBObjectBase* other, EventKey key) {
 
 bool running_handler(RunningHandler& out) {
   const RunningEvent* const running = running_event();
-  if (running == nullptr) return false;
+  if (running == nullptr || running->self == nullptr) return false;
   out = {running->self, running->event->key};
   return true;
 }
 
 void run_inherited_event() {
   const RunningEvent* const running = running_event();
-  if (running == nullptr) return;
+  if (running == nullptr || running->event->owner < 0) return;  // what runs is no event of an object
   const std::vector<std::int32_t>& lineage = object_types().at(running->event->owner).lineage;
   if (lineage.size() < 2) return;
   const BoundEvent* inherited = object_types().at(lineage[1]).find_event(running->event->key);

@@ -26,9 +26,8 @@ const RefKind instance_refs{ref_type::kInstance, "instance"};
 const RefKind object_refs{ref_type::kObject, "object", [](std::int32_t index) {
                             return object_types().has(index) ? object_types().at(index).definition.name : std::string();
                           }};
-const RefKind room_refs{ref_type::kRoom, "room", [](std::int32_t index) {
-                          return world().has_room(index) ? world().rooms[static_cast<std::size_t>(index)].name : std::string();
-                        }};
+const RefKind room_refs{ref_type::kRoom, "room",
+                        [](std::int32_t index) { return world().has_room(index) ? world().room_definition(index).name : std::string(); }};
 const RefKind layer_refs{ref_type::kLayer, "layer", [](std::int32_t id) {
                            const Layer* const layer = world().find_layer(id);
                            return layer != nullptr ? layer->name : std::string();
@@ -70,7 +69,7 @@ World::World() { session().world = this; }
 
 CInstance* World::create(double x, double y, std::int32_t layer, double depth, std::int32_t object, PropertyObject* fields,
                          WBObjectBase* creator) {
-  if (alive >= kMostInstances) {
+  if (alive + std::ssize(sleeping) >= kMostInstances) {
     report_error(messages::kWorldFull, kMostInstances);
     return nullptr;
   }
@@ -121,13 +120,16 @@ World::Page& World::page_of(std::uint32_t place) {
 
 void World::after_load() {
   pages.clear();
-  for (CInstance* const instance : instances) {
-    if (!instance->is_alive) continue;
+  const auto note = [&](CInstance* instance) {
     const std::uint32_t place = static_cast<std::uint32_t>(instance->id - kFirstInstanceId);
     Page& page = page_of(place);
     page.slots[place % kPageSlots] = instance;
     ++page.used;
+  };
+  for (CInstance* const instance : instances) {
+    if (instance->is_alive) note(instance);
   }
+  for (CInstance* const instance : sleeping) note(instance);
 }
 
 // Gives the instance its id and a place in every list. Where memory runs out it stands in none.
@@ -160,11 +162,11 @@ void World::unlist(CInstance& instance) {
   instance.is_alive = false;
   instance.is_root = false;
   has_dead = true;
-  --alive;
-  for (const std::int32_t ancestor : instance.type->lineage) {
-    ARENA_ASSERT(object_types().at(ancestor).live_count > 0);
-    --object_types().at(ancestor).live_count;
-  }
+  count_as_awake(instance, false);
+  forget_id(instance);
+}
+
+void World::forget_id(const CInstance& instance) {
   const std::uint32_t place = static_cast<std::uint32_t>(instance.id - kFirstInstanceId);
   Page& page = pages[place / kPageSlots];
   page.slots[place % kPageSlots] = nullptr;
@@ -172,8 +174,15 @@ void World::unlist(CInstance& instance) {
 }
 
 void World::destroy(CInstance& instance, bool runs_destroy_event) {
-  if (!instance.is_alive) return;
-  unlist(instance);
+  if (instance.is_asleep) {
+    leave_sleep(instance);
+    instance.is_root = false;
+    forget_id(instance);
+  } else if (instance.is_alive) {
+    unlist(instance);
+  } else {
+    return;
+  }
   WBObjectBase* const self = &instance;
   if (runs_destroy_event) run_event(instance, self, {EventKind::kDestroy, 0});
   run_event(instance, self, {EventKind::kCleanUp, 0});
@@ -199,6 +208,7 @@ std::int32_t World::add_layer(const Layer& layer) {
 void World::depth_changed(CInstance& instance, double old_depth) {
   std::vector<CInstance*>& from = depth_order[old_depth];
   const auto place = std::find(from.begin(), from.end(), &instance);
+  if (place == from.end() && instance.is_asleep) return;  // it stands in no list
   ARENA_ASSERT(place != from.end());
   from.erase(place);
   std::vector<CInstance*>& to = depth_order[instance.depth];
@@ -230,55 +240,22 @@ void World::run_for_all(EventKey key) {
 
 // What a Clean Up handler makes goes with the rest; the bound only breaks endless circles.
 void World::end_instances(bool persistent_too) {
-  const auto goes = [&](const CInstance* instance) { return instance->is_alive && (persistent_too || instance->persistent < 0.5); };
+  const auto goes = [&](const CInstance* instance) {
+    const bool is_here = instance->is_alive || (instance->is_asleep && (persistent_too || instance->kept_in < 0));
+    return is_here && (persistent_too || instance->persistent < 0.5);
+  };
   for (int round = 0; round < 100; ++round) {
     std::vector<CInstance*> leaving;
     std::copy_if(instances.begin(), instances.end(), std::back_inserter(leaving), goes);
+    std::copy_if(sleeping.begin(), sleeping.end(), std::back_inserter(leaving),
+                 [&](const CInstance* each) { return goes(each) && !is_listed(*each); });
     if (leaving.empty()) break;
     for (CInstance* instance : leaving) destroy(*instance, false);
   }
   for (CInstance* instance : instances) {
-    if (goes(instance)) unlist(*instance);
+    if (goes(instance) && instance->is_alive) unlist(*instance);
   }
   forget_dead();
-}
-
-void World::leave_room() {
-  run_for_all({EventKind::kOther, kOtherRoomEnd});
-  end_instances(false);
-}
-
-void World::enter_room(std::int32_t next) {
-  ARENA_ASSERT(next >= 0 && static_cast<std::size_t>(next) < rooms.size());
-  if (room >= 0) leave_room();
-  const RoomDefinition& definition = rooms[static_cast<std::size_t>(next)];
-  const bool is_first = room < 0;
-  room = next;
-  room_width = definition.width;
-  room_height = definition.height;
-  layers.clear();
-  std::vector<std::int32_t> layer_ids;
-  for (const Layer& layer : definition.layers) layer_ids.push_back(add_layer(layer));
-  reset_cameras(definition.view_width, definition.view_height);
-  for (const std::int32_t object : starters) {
-    const auto is_placed = [&](const RoomInstance& placed) { return placed.object == object; };
-    if (!is_first || std::any_of(definition.instances.begin(), definition.instances.end(), is_placed)) continue;
-    create(0, 0, layer_ids.empty() ? -1 : layer_ids.front(), 0, object, nullptr, nullptr);
-  }
-  for (const RoomInstance& placed : definition.instances) {
-    const bool has_layer = placed.layer >= 0 && static_cast<std::size_t>(placed.layer) < layer_ids.size();
-    // A persistent object that came along is not made a second time.
-    const ObjectType& type = object_types().at(placed.object);
-    if (type.definition.persistent && type.live_count > 0) continue;
-    CInstance* made =
-        create(placed.x, placed.y, has_layer ? layer_ids[static_cast<std::size_t>(placed.layer)] : -1, 0, placed.object, nullptr, nullptr);
-    if (made == nullptr) continue;
-    made->image_angle += placed.angle;
-    made->image_xscale *= placed.xscale;
-    made->image_yscale *= placed.yscale;
-  }
-  if (is_first) run_for_all({EventKind::kOther, kOtherGameStart});
-  run_for_all({EventKind::kOther, kOtherRoomStart});
 }
 
 void World::start_game(std::int32_t starting_room) {
@@ -301,6 +278,10 @@ void World::restart() {
   room_wanted = -1;
   layers.clear();
   next_layer_id = 0;
+  kept_rooms.clear();
+  own_rooms.clear();
+  waking.clear();
+  changes.clear();
 }
 
 // By type, so that two runs that differ can say whose instances do.
@@ -314,11 +295,12 @@ void WorldState::visit_content(StateVisitor& visitor) {
       visitor.variables(*instance);
     }
   }
+  visit_extras(visitor);
 }
 
 void World::carry_out_requests() {
   // A room may send on to the next one from its Create events; the bound only breaks endless circles.
-  for (int changes = 0; changes < 100 && room_wanted >= 0 && !restart_wanted; ++changes) {
+  for (int turns = 0; turns < 100 && room_wanted >= 0 && !restart_wanted; ++turns) {
     const std::int32_t next = room_wanted;
     room_wanted = -1;
     enter_room(next);
@@ -328,7 +310,7 @@ void World::carry_out_requests() {
 
 bool require_room(std::int32_t room, std::string_view function) {
   if (world().has_room(room)) return true;
-  report_error(messages::kArgumentResource, function, 1, "room", room, static_cast<std::int32_t>(world().rooms.size()));
+  report_error(messages::kArgumentResource, function, 1, "room", room, world().room_count());
   return false;
 }
 

@@ -166,6 +166,9 @@ inline constexpr Message<Text, Text> kFormat{"%s: %s"};
 // Instances
 inline constexpr Message<Int> kWorldFull{"cannot create another instance: the world holds %d already"};
 
+// Rooms
+inline constexpr Message<Int> kRoomsFull{"cannot make another room: there are %d already"};
+
 // Iteration over instances
 inline constexpr Message<> kWithGlobal{"Cannot use global in with statement"};
 inline constexpr Message<> kWithLocal{"Cannot use local in with statement"};

@@ -125,7 +125,7 @@ inline bool is_undefined(const Value& value) { return value.RValue::is_undefined
 inline bool instance_exists(const Value& target) {
   if (target.kind_bits != kNumber && target.kind_bits != kObject) return false;
   const CInstance* found = target.is_object() ? instance_of(target.object) : resolve_instance(to_int32(target));
-  return found != nullptr && found->is_alive;
+  return found != nullptr && (found->is_alive || found->is_asleep);
 }
 // The value's text, as string() gives it.
 inline Value string(const Value& value) { return make_string(to_text(value)); }

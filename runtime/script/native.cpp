@@ -26,7 +26,7 @@ const RValue* peek(const Value& target, std::int32_t variable) {
   PropertyObject* object = nullptr;
   if (target.is_object()) {
     object = property_object(target);
-    if (const CInstance* instance = instance_of(object); instance != nullptr && !instance->is_alive) return nullptr;
+    if (const CInstance* instance = instance_of(object); instance != nullptr && !instance->is_alive && !instance->is_asleep) return nullptr;
   } else if (is_numeric(target)) {
     object = resolve_instance(to_int32(target));
   }

@@ -37,6 +37,13 @@ class InvariantsDeathTest : public TestGame {
   static PropertyObject* old() { return global_struct("old"); }
   static ObjectType& type() { return object_types().at(kProbe); }
   static CInstance& probe() { return *type().instances.at(0); }
+  // Put to sleep, as it is behind the end of its frame.
+  static CInstance& sleeper() {
+    CInstance& chosen = probe();
+    world().put_to_sleep(chosen);
+    world().settle_lists();
+    return chosen;
+  }
   static EventList& participants() { return *type().subscriptions.at(0).list; }
   static std::vector<CInstance*>& drawn() { return world().depth_order[probe().depth]; }
   static World::Page& page() { return world().pages.at(static_cast<std::size_t>(probe().id - 100000) / World::kPageSlots); }
@@ -66,6 +73,18 @@ TEST_F(InvariantsDeathTest, EachIsReportedWhenItBreaks) {
       {"a page of ids counts wrong", [] { ++page().used; }},
       {"an id finds what does not live", [] { world().instances.pop_back(); }},
       {"the count of instances is wrong", [] { ++world().alive; }},
+      // Sleepers
+      {"one who does not sleep is listed among the sleepers", [] { sleeper().is_asleep = false; }},
+      {"one who does not sleep is listed among the sleepers", [] { sleeper().is_alive = true; }},
+      {"sleepers are not in order of creation",
+       [] {
+         sleeper();
+         sleeper();
+         swap_first_two(world().sleeping);
+       }},
+      {"a sleeper is no root", [] { sleeper().is_root = false; }},
+      {"a sleeper is kept in a room that was not left", [] { sleeper().kept_in = 1; }},
+      {"a sleeper is listed among the living", [] { probe().is_asleep = true; }},
       // Lists by depth
       {"a list by depth is not in order", [] { swap_first_two(drawn()); }},
       {"an instance is listed by another depth than its own", [] { probe().depth += 1; }},

@@ -34,6 +34,8 @@ class Snapshots : public ArenaGame {
     perform("global.system = part_system_create(); part_emit(global.system, global.sparks, 20, 1, 0, 0, 100, 100)");
     perform("global.stickers = stickers_create(100); stickers_add(global.stickers, sprPlayer, 0, 5, 5, 1, 1, 0, 255, 1)");
     perform("h = audio_play_sound(1, 1, true); audio_sound_gain(h, 0.5, 5000); window_set_cursor(-1); clipboard_set_text(\"mine\")");
+    perform("global.timer = timer_create_seconds(9, show_debug_message, 3); room_set_persistent(rPrepare, true); date_zone_offset(0)");
+    perform("window_set_caption(\"mine\"); game_set_speed(50); instance_sleep(instance_create_depth(5, 5, 0, oFader))");
     perform("draw_set_alpha(0.25); keyboard_string = \"typed\"; layer_create(5, \"mine\")");
   }
 };

@@ -13,8 +13,8 @@ from collections import defaultdict
 HOUSE = [
     ("runtime", ["checks calendar", "memory", "session", "program", "reports", "values", "arrays_structs", "variables_calls", "input", "instances_loop",
                  "script", "builtins", "."]),
-    ("engine", ["formats gpu audio machine licence", "files", "data buffers gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent", "draw platform documents", "host",
-                "recording console"]),
+    ("engine", ["formats gpu audio licence", "files", "data buffers machine gpu/gl33 gpu/d3d11 gpu/recorder audio/openal files/silent",
+                "draw platform documents", "host", "recording console"]),
     ("toolkit", [".", "support ui/layout", "ui", "viewer"]),
     ("game", [".", "support decals", "combat", "loot", "enemies player", "flow"]),
     ("samples", ["."]),

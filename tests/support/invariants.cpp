@@ -38,8 +38,26 @@ std::string broken_list_of_all() {
     if (used != static_cast<std::size_t>(page.used)) return "a page of ids counts wrong";
     found += used;
   }
-  if (found != world().all().size()) return "an id finds what does not live";
-  return static_cast<std::size_t>(world().live_count()) == found ? "" : "the count of instances is wrong";
+  if (found != world().all().size() + world().sleeping.size()) return "an id finds what does not live";
+  return static_cast<std::size_t>(world().live_count()) == world().all().size() ? "" : "the count of instances is wrong";
+}
+
+// Sleepers stand in no other list: those hold the living alone, which is checked with each.
+std::string broken_sleepers() {
+  const std::vector<CInstance*>& all = world().sleeping;
+  const auto is_behind = [](const CInstance* one, const CInstance* next) { return one->id >= next->id; };
+  if (std::adjacent_find(all.begin(), all.end(), is_behind) != all.end()) return "sleepers are not in order of creation";
+  for (const CInstance* instance : all) {
+    if (instance->is_alive || !instance->is_asleep) return "one who does not sleep is listed among the sleepers";
+    if (world().find(instance->id) != instance) return "an id does not find its sleeper";
+    if (!instance->is_root) return "a sleeper is no root";
+    if (instance->kept_in >= 0 && (instance->kept_in == world().room || !world().kept_rooms.contains(instance->kept_in)))
+      return "a sleeper is kept in a room that was not left";
+  }
+  for (const CInstance* instance : world().all()) {
+    if (instance->is_asleep) return "a sleeper is listed among the living";
+  }
+  return "";
 }
 
 std::string broken_depth_order() {
@@ -102,7 +120,8 @@ std::string broken_invariant() {
   if (session().running_event != nullptr) return "an event was left open";
   if (container_depth() != 0) return "the container stack is not empty";
   if (session().current_builtin != nullptr) return "a built-in is still current";
-  for (const auto check : {broken_list_of_all, broken_depth_order, broken_populations, broken_layers, broken_collector_invariant}) {
+  for (const auto check :
+       {broken_list_of_all, broken_sleepers, broken_depth_order, broken_populations, broken_layers, broken_collector_invariant}) {
     if (std::string broken = check(); !broken.empty()) return broken;
   }
   return "";

@@ -1,6 +1,7 @@
 #include "tests/support/probes.h"
 
 #include "runtime/script.h"
+#include "tests/support/watcher.h"
 
 namespace game {
 extern const Script<Value()> probe_destroys_first, probe_makes_one;
@@ -76,7 +77,9 @@ std::vector<ObjectDefinition> probe_objects() {
   child.name = "oProbeChild";
   child.parent = kProbe;
   child.events = {"Create_0", "Collision_oProbe"};
-  return {probe, child};
+  std::vector<ObjectDefinition> all = {probe, child};
+  for (ObjectDefinition& each : watcher_objects()) all.push_back(std::move(each));
+  return all;
 }
 
 }  // namespace arena::test
