@@ -17,6 +17,7 @@ struct GameDescription {
   const char* title;                                 // of its window and dialogs: "Arena"
   const char* version;                               // "1.0.0"
   std::unique_ptr<Autoplayer> (*make_autoplayer)();  // null: the game cannot play itself
+  bool is_single = false;                            // it does not start where it runs already
 };
 const GameDescription& game_description();
 

@@ -14,8 +14,11 @@
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
+#include "engine/licence/licence.h"
+#include "engine/machine/machine.h"
 #include "engine/platform/crash_reports.h"
 #include "engine/platform/end_requests.h"
+#include "engine/platform/single_instance.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
 #include "engine/recording/recorder.h"
@@ -205,6 +208,9 @@ int run(const Options& options) {
   std::error_code ignored;
   if (std::filesystem::is_directory(files::path_of(options.screenshot), ignored))
     return fail(unwritable_picture(options), !options.headless, kFailed);
+  const platform::SingleInstance instance(
+      game_description().is_single && !options.headless && options.replay.empty() ? game_description().name : "");
+  if (!instance.is_first()) return fail("the game runs already", true, kFailed);
   host::GameOptions game_options;
   game_options.data = data::open_data_file(data_path(options), problem);
   if (game_options.data == nullptr) return fail(problem, !options.headless, kFailed);
@@ -213,6 +219,8 @@ int run(const Options& options) {
   game_options.seed = options.seed;
   game_options.screenshot_folder = screenshot_folder;
   game_options.save_folder = save_storage(options);
+  game_options.arguments = options.arguments;
+  if (!options.headless) game_options.machine = &machine::system_machine();
 
   // All of these outlive the game.
   Played played;
@@ -247,7 +255,7 @@ int start(int argc, char** argv) {
   if (!parse_options(command_line(argc, argv), options, problem)) return fail(problem, false, kBadOption);
   if (options.shows_help) return tell(help_text());
   if (options.shows_builtins) return tell(builtins_document());
-  if (options.shows_version) return tell(name_and_version() + "\n");
+  if (options.shows_version) return tell(name_and_version() + " (" + licence::in_words() + ")\n");
   start_log();
   const bool has_dialogs = !options.headless && platform::has_display();
   // Of a replay everything is there already but the report, which standard error and the dialog show; whoever takes over sees to it.

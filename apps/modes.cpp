@@ -12,6 +12,7 @@
 #include "engine/host/game.h"
 #include "engine/host/state_hash.h"
 #include "engine/platform/end_requests.h"
+#include "engine/platform/pacer.h"
 #include "engine/platform/standard_streams.h"
 #include "engine/platform/window.h"
 #include "engine/recording/replay.h"
@@ -152,7 +153,11 @@ class WindowMode final : public FrameMode {
   }
 
   NextTick tick() override {
+    const bool stands_still = console_ != nullptr && console_->holds_clock();
+    window_.leave_closing_to_game(!stands_still);
     if (!window_.poll() || !goes_on() || (console_ != nullptr && !console_->answer())) return NextTick::kNever;
+    const platform::FramePace pace = platform::frame_pace();
+    if (pace.frames_per_second > 0) pacer_.wait(pace);
     int width = 0, height = 0;
     window_.drawable_size(width, height);
     game_.set_target_size(width, height);
@@ -164,13 +169,14 @@ class WindowMode final : public FrameMode {
       run_frame(std::clamp<std::int64_t>(now - before_, 1, kLongestFrame));
     }
     before_ = now;
-    return next_;
+    return pace.frames_per_second > 0 ? NextTick::kAtOnce : next_;
   }
 
  private:
   platform::Window& window_;
   std::unique_ptr<WindowConsole> console_;  // null: none
   NextTick next_;
+  platform::Pacer pacer_;
   std::int64_t before_ = platform::steady_microseconds() - kFrame;
 };
 

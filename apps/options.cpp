@@ -81,6 +81,10 @@ bool parse_options(const std::vector<std::string>& arguments, Options& options, 
       {"--frames", [&](const std::string& value) { return read_number(value, options.frames) && options.frames >= 0; }}};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& name = arguments[i];
+    if (name == "--") {
+      options.arguments.assign(arguments.begin() + static_cast<std::ptrdiff_t>(i) + 1, arguments.end());
+      break;
+    }
     if (const auto found = switches.find(name); found != switches.end()) {
       found->second();
       continue;
@@ -139,7 +143,8 @@ std::string help_text() {
          "  --hashes FILE      with --headless: writes a hash of the whole game every 600 frames, of a replay every frame; -: standard "
          "output\n"
          "  --builtins         writes docs/builtins.md to standard output\n"
-         "  --version, --help\n";
+         "  --version, --help\n"
+         "  --                 what follows is for the game\n";
 }
 
 }  // namespace arena::apps

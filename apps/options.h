@@ -20,8 +20,9 @@ struct Options {
   bool fullscreen = false, vsync = true, mute = false, headless = false, console = false, demo = false;
   // Of a replay
   bool verify = false, before_fault = false, describe = false;
-  std::string compare;          // another build of the program
-  std::int64_t take_over = -1;  // behind so many frames; -1: when the player wants to
+  std::string compare;                 // another build of the program
+  std::int64_t take_over = -1;         // behind so many frames; -1: when the player wants to
+  std::vector<std::string> arguments;  // behind --: for the game's scripts
   bool shows_help = false, shows_version = false, shows_builtins = false;
 };
 

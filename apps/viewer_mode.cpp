@@ -101,6 +101,7 @@ class ViewerMode final : public Mode {
     if (!file.empty()) recorder_ = std::make_unique<recording::Recorder>(file, recorded_, replay_.frame());
     game_.set_listener(recorder_.get());
     game_.hand_over(window_);
+    window_.leave_closing_to_game(true);
     std::error_code ignored;
     if (recorder_ != nullptr) platform::record_for_crash(std::filesystem::absolute(file, ignored));
     platform::prepare_crash_folder(next_crash_folder(data_));

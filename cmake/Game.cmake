@@ -1,12 +1,13 @@
 # A game is a folder of scripts and a folder of assets:
 #
 #   add_game(NAME SCRIPTS folder ASSETS folder [TITLE "Name"] [VERSION 1.0.0] [SUMMARY "A sentence"] [AUTOPLAYER folder]
-#            [README file INSTALL])
+#            [README file INSTALL SINGLE])
 #
 # makes the program NAME and its data file NAME.dat beside it. Scripts include "NAME/assets.h", which has the assets by name,
 # "runtime/script.h", "toolkit/..." and headers of their own folder by its name; nothing else can be found. TITLE stands
 # above the window and in the desktop's menu. AUTOPLAYER, a folder that may lie among the scripts, defines arena::apps::make_autoplayer()
 # and sees the whole runtime; without it the program has no --demo. INSTALL lets `cmake --install` take the game along.
+# SINGLE: who starts it while it runs is told so, and it does not start a second time.
 #
 # Besides the program there are the object libraries NAME_scripts and NAME_about, for tests that link them.
 set(ARENA_ROOT ${CMAKE_CURRENT_LIST_DIR}/..)
@@ -18,7 +19,7 @@ set(GAME_HEADERS ${CMAKE_CURRENT_BINARY_DIR}/generated/games)
 set(LICENSED_PACKAGES nlohmann-json3-dev libflatbuffers-dev fonts-dejavu-core timgm6mb-soundfont)
 
 function(add_game NAME)
-  cmake_parse_arguments(PARSE_ARGV 1 GAME "INSTALL" "SCRIPTS;ASSETS;TITLE;VERSION;SUMMARY;AUTOPLAYER;README" "")
+  cmake_parse_arguments(PARSE_ARGV 1 GAME "INSTALL;SINGLE" "SCRIPTS;ASSETS;TITLE;VERSION;SUMMARY;AUTOPLAYER;README" "")
   if(GAME_UNPARSED_ARGUMENTS OR NOT GAME_SCRIPTS OR NOT GAME_ASSETS)
     message(FATAL_ERROR "add_game(${NAME}): give SCRIPTS and ASSETS; unknown: '${GAME_UNPARSED_ARGUMENTS}'")
   endif()
@@ -67,6 +68,10 @@ function(add_game NAME)
   else()
     set(MAKE_AUTOPLAYER "nullptr")
   endif()
+  set(IS_SINGLE false)
+  if(GAME_SINGLE)
+    set(IS_SINGLE true)
+  endif()
   add_library(${NAME}_scripts OBJECT ${SCRIPTS})
   cmake_path(GET GAME_SCRIPTS FILENAME FOLDER)
   set(OWN_HEADERS ${CMAKE_CURRENT_BINARY_DIR}/generated/scripts/${NAME})
@@ -83,7 +88,7 @@ function(add_game NAME)
 
 namespace arena::apps {
 const GameDescription& game_description() {
-  static const GameDescription description{"@NAME@", "@GAME_TITLE@", "@GAME_VERSION@", @MAKE_AUTOPLAYER@};
+  static const GameDescription description{"@NAME@", "@GAME_TITLE@", "@GAME_VERSION@", @MAKE_AUTOPLAYER@, @IS_SINGLE@};
   return description;
 }
 }  // namespace arena::apps

@@ -35,6 +35,9 @@ std::unique_ptr<DataFile> read_data(std::vector<std::uint8_t> bytes, const std::
 // The header that belongs before a payload.
 std::vector<std::uint8_t> header_for(const std::uint8_t* payload, std::size_t bytes);
 
+// One sentence when this build of the program has not what the file asks for (engine/licence/licence.h); "" when it has.
+std::string missing_in_build(const DataFile& file);
+
 // Hands objects (`extra` ones behind those of the file), rooms and sprites to the world. Problems between data and code, one line each,
 // in both directions.
 std::vector<std::string> install_in_world(const DataFile& file, const std::vector<ObjectDefinition>& extra);

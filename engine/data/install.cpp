@@ -73,6 +73,7 @@ void install_rooms(const File& content) {
     definition.view_width = room->view_width();
     definition.view_height = room->view_height();
     definition.color = room->color();
+    definition.persistent = room->persistent();
     for (const Layer* layer : *room->layers()) {
       arena::Layer made;
       made.name = layer->name()->str();

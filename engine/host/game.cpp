@@ -14,6 +14,8 @@
 #include "engine/files/save_folder.h"
 #include "engine/gpu/backend.h"
 #include "engine/gpu/recorder/recorder.h"
+#include "engine/host/frame_pixels.h"
+#include "engine/machine/machine.h"
 #include "engine/platform/window.h"
 #include "runtime/arrays_structs/holder.h"
 #include "runtime/builtins/implement.h"
@@ -22,6 +24,7 @@
 #include "runtime/input/outside.h"
 #include "runtime/instances_loop/frame_loop.h"
 #include "runtime/instances_loop/random.h"
+#include "runtime/instances_loop/sprites.h"
 #include "runtime/instances_loop/world.h"
 #include "runtime/program/names.h"
 #include "runtime/reports/log.h"
@@ -35,10 +38,11 @@ struct Screen {
   bool shows_frames = true;        // false: only those of which a picture is taken
   bool is_seen = true;             // false: not even those
   bool is_heard = true;
-  bool picture_wanted = false;        // of the next frame that goes to the graphics card, the current one included
-  std::vector<std::uint8_t> picture;  // empty: none was taken
-  bool run_began = false;             // in this frame, by a restart
-  std::function<void()> draw_above;   // over the game's own picture
+  bool picture_wanted = false;           // of the next frame that goes to the graphics card, the current one included
+  std::vector<std::uint8_t> picture;     // empty: none was taken
+  bool run_began = false;                // in this frame, by a restart
+  std::function<void()> draw_above;      // over the game's own picture
+  const data::DataFile* data = nullptr;  // of the game
 
   void restart() { run_began = true; }
 };
@@ -83,7 +87,20 @@ void screen_save_numbered() {
 void gpu_debug_lose_device() {
   if (draw::draw_service() != nullptr) draw::draw_service()->gpu().lose_device();
 }
+// Without a window nobody sees it.
+void window_set_icon(std::int32_t sprite, std::int32_t frame) {
+  const SpriteInfo* const info = find_sprite(sprite);
+  if (info == nullptr) {
+    report_invalid_resource(1, "sprite", sprite, static_cast<std::int32_t>(sprite_infos().size()));
+    return;
+  }
+  platform::Window* const window = platform::window_in_use();
+  if (window == nullptr || screen().data == nullptr || info->frames < 1) return;
+  const FramePixels pixels = pixels_of_frame(*screen().data, sprite, (frame % info->frames + info->frames) % info->frames);
+  if (!pixels.rgba.empty()) window->set_icon(pixels.rgba, pixels.width, pixels.height);
+}
 constexpr Implementation kRows[] = {
+    implement<script::window_set_icon, window_set_icon>,
     implement<script::screen_save_numbered, screen_save_numbered>,
     implement<script::gpu_debug_lose_device, gpu_debug_lose_device>,
 };
@@ -125,6 +142,8 @@ std::string in_one_message(const std::vector<std::string>& problems) {
 }  // namespace
 
 Started Game::start(GameOptions options) {
+  if (std::string missing = data::missing_in_build(*options.data); !missing.empty())
+    return {nullptr, Started::Failure::kMissingInBuild, std::move(missing)};
   const LookupResult& lookup = look_up_names();
   std::vector<std::string> problems = lookup.problems;
   std::unique_ptr<Game> game(new Game);
@@ -145,12 +164,15 @@ Started Game::start(GameOptions options) {
   game->screenshot_folder_ = std::move(options.screenshot_folder);
   draw::use_draw_service(game->draw_.get());
   set_draw_hooks({begin_world, draw_background, draw::draw_instance_default, begin_gui, end_frame, before_handler});
+  screen().data = game->data_.get();
   load_clips(*game->data_->content);
   pack_files(*game->data_->content);
   files::use_save_folder(std::move(options.save_folder));
   if (game->audio_device_ != nullptr) game->audio_device_->load(audio::audio().clips);
   if (options.has_seed) fix_random_seed(options.seed);
   platform::use_window(options.window);
+  machine::use_machine(options.machine);
+  machine::set_arguments(std::move(options.arguments));
   if (options.first_input != nullptr) {
     replace_queued_input(*options.first_input);
   } else if (options.window != nullptr) {

@@ -15,6 +15,9 @@
 #include "runtime/instances_loop/object_type.h"
 #include "runtime/session/snapshot.h"
 
+namespace arena::machine {
+class Machine;
+}
 namespace arena::platform {
 class Window;
 }
@@ -41,6 +44,8 @@ struct GameOptions {
   std::unique_ptr<gpu::Backend> backend;        // null: the recorder
   std::unique_ptr<audio::Device> audio_device;  // null: silence
   platform::Window* window = nullptr;           // not owned; null: none
+  const machine::Machine* machine = nullptr;    // not owned; null: its silent form
+  std::vector<std::string> arguments;           // for scripts
   std::string room;                             // "": the first room of the data
   std::vector<ObjectDefinition> extra_objects;  // object types behind those of the data: probes of tests
   bool has_seed = false;
@@ -60,7 +65,7 @@ class Game;
 
 // What came of a start: the game, or why there is none, in a sentence and by kind.
 struct Started {
-  enum class Failure : std::uint8_t { kNone, kDataAndCodeDiffer, kUnknownRoom };
+  enum class Failure : std::uint8_t { kNone, kDataAndCodeDiffer, kUnknownRoom, kMissingInBuild };
   std::unique_ptr<Game> game;
   Failure failure = Failure::kNone;
   std::string problem;

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 #include "engine/platform/key_codes.h"
 #include "engine/platform/sdl_gamepads.h"
@@ -49,7 +50,7 @@ void push_size(int width, int height) {
 class SdlWindow final : public Window {
  public:
   SdlWindow(SDL_Window* window, std::unique_ptr<WindowGraphics> graphics, const WindowOptions& options)
-      : window_(window), graphics_(std::move(graphics)), windowed_{0, 0, options.width, options.height} {
+      : window_(window), graphics_(std::move(graphics)), windowed_{0, 0, options.width, options.height}, title_(options.title) {
     if (is_fullscreen()) fill_display();
   }
   ~SdlWindow() override {
@@ -102,6 +103,32 @@ class SdlWindow final : public Window {
     const SDL_Rect area{x, y, width, height};
     SDL_SetTextInputRect(&area);
   }
+
+  std::vector<Display> displays() const override {
+    std::vector<Display> all;
+    for (int i = 0; i < SDL_GetNumVideoDisplays(); ++i) all.push_back(display_at(i));
+    if (all.empty()) all.emplace_back();
+    return all;
+  }
+  int display() const override { return std::max(SDL_GetWindowDisplayIndex(window_), 0); }
+  void position(int& x, int& y) const override { SDL_GetWindowPosition(window_, &x, &y); }
+  void move(int x, int y) override {
+    if (!is_fullscreen()) SDL_SetWindowPosition(window_, x, y);
+  }
+  void set_title(const std::string& title) override { SDL_SetWindowTitle(window_, title.empty() ? title_.c_str() : title.c_str()); }
+  void set_icon(const std::vector<std::uint8_t>& rgba, int width, int height) override {
+    std::vector<std::uint8_t> pixels = rgba;
+    SDL_Surface* const icon = SDL_CreateRGBSurfaceWithFormatFrom(pixels.data(), width, height, 32, width * 4, SDL_PIXELFORMAT_RGBA32);
+    if (icon != nullptr) SDL_SetWindowIcon(window_, icon);
+    SDL_FreeSurface(icon);
+  }
+  void set_border(bool has_border) override { SDL_SetWindowBordered(window_, has_border ? SDL_TRUE : SDL_FALSE); }
+  void minimise() override { SDL_MinimizeWindow(window_); }
+  void restore() override { SDL_RestoreWindow(window_); }
+  bool is_minimised() const override { return (SDL_GetWindowFlags(window_) & SDL_WINDOW_MINIMIZED) != 0; }
+  void keep_display_awake(bool wanted) override { wanted ? SDL_DisableScreenSaver() : SDL_EnableScreenSaver(); }
+  void leave_closing_to_game(bool wanted) override { game_closes_ = wanted; }
+
   void set_clipboard(const std::string& text) override { SDL_SetClipboardText(text.c_str()); }
   std::string clipboard() const override {
     char* const text = SDL_GetClipboardText();
@@ -114,6 +141,36 @@ class SdlWindow final : public Window {
   void fill_display() {
     SDL_Rect display;
     if (SDL_GetDisplayBounds(SDL_GetWindowDisplayIndex(window_), &display) == 0) place_without_manager(window_, display);
+  }
+
+  static Display display_at(int index) {
+    Display found;
+    SDL_Rect bounds{0, 0, found.width, found.height};
+    if (SDL_GetDisplayBounds(index, &bounds) == 0) {
+      found.x = bounds.x;
+      found.y = bounds.y;
+      found.width = bounds.w;
+      found.height = bounds.h;
+    }
+    SDL_Rect work = bounds;
+    if (SDL_GetDisplayUsableBounds(index, &work) != 0) work = bounds;
+    found.work_x = work.x;
+    found.work_y = work.y;
+    found.work_width = work.w;
+    found.work_height = work.h;
+    SDL_DisplayMode mode;
+    found.frequency = SDL_GetCurrentDisplayMode(index, &mode) == 0 ? mode.refresh_rate : 0;
+    float dots = 0;
+    if (SDL_GetDisplayDPI(index, &dots, nullptr, nullptr) == 0 && dots > 0) found.dpi = static_cast<int>(dots + 0.5f);
+    return found;
+  }
+
+  void ask_to_close() {
+    closed_ = !game_closes_;
+    if (closed_) return;
+    InputEvent close;
+    close.type = InputEvent::Type::kClose;
+    push_input(close);
   }
 
   void report_size() {
@@ -138,7 +195,7 @@ class SdlWindow final : public Window {
 
   void handle(const SDL_Event& event) {
     switch (event.type) {
-      case SDL_QUIT: closed_ = true; break;
+      case SDL_QUIT: ask_to_close(); break;
       case SDL_KEYDOWN:
       case SDL_KEYUP: handle_key(event.key); break;
       case SDL_MOUSEMOTION: handle_motion(event.motion); break;
@@ -242,7 +299,8 @@ class SdlWindow final : public Window {
   std::string labels_[kPlaces];  // as reported last; "": that of the US layout
   std::unique_ptr<SdlGamepads> gamepads_ = std::make_unique<SdlGamepads>();
   std::array<SDL_FingerID, kFingers> fingers_ = no_fingers();
-  bool closed_ = false, takes_screenshot_ = false;
+  const std::string title_;
+  bool closed_ = false, takes_screenshot_ = false, game_closes_ = false;
 };
 
 }  // namespace

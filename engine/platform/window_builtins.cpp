@@ -25,7 +25,7 @@ struct WindowState {
 const StatePart<WindowState> part{PartLevel::kServices, "window state"};
 const Part<Window*> used{PartLevel::kServices, "window"};
 
-Window* window() { return used(); }
+Window* window() { return window_in_use(); }
 void show_cursor() {
   if (window() != nullptr) window()->show_cursor(part().cursor != -1);
 }
@@ -71,15 +71,18 @@ const BuiltinTable table("Window", "", kRows);
 
 }  // namespace
 
+Window* window_in_use() { return used(); }
+
 void use_window(Window* window) {
   used() = window;
-  show_cursor();
-  use_window_for_pointer(shown);
+  use_window_for_pointer(window);
+  follow_window_state();
 }
 
 void follow_window_state() {
   show_cursor();
   follow_pointer_state();
+  follow_window_settings();
 }
 
 }  // namespace arena::platform

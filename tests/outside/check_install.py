@@ -2,6 +2,7 @@
 """Installs a build into an empty folder and runs what lies there, without the build in sight. check_install.py BUILD VERSION"""
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -37,7 +38,7 @@ def main():
     def run(*arguments, told=""):
         return subprocess.run([program, *arguments], cwd="/", env=environment, input=told, check=True, capture_output=True, text=True).stdout
 
-    assert run("--version") == f"arena {version}\n"
+    assert re.fullmatch(rf"arena {re.escape(version)} \(edition [\w-]+, features .+\)\n", run("--version"))
     run("--headless", "--demo", "--frames", "120")
     reply = json.loads(run("--headless", "--console", told='{"step": 3}\n'))
     assert reply == {"frame": 3, "room": "rPrepare", "ended": False}, reply

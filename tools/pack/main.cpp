@@ -46,9 +46,15 @@ class Packer {
     std::vector<int> starters;
     for (const auto& object : sources_.starters) starters.push_back(object_number(object));
     const auto files = build_files();
+    // What nobody asks for is left out.
+    const std::string edition_name = sources_.requirements.value("edition", "");
+    const auto edition = edition_name.empty() ? 0 : builder_.CreateString(edition_name);
+    const auto feature_names = sources_.requirements.value("features", std::vector<std::string>());
+    const auto features = feature_names.empty() ? 0 : builder_.CreateVectorOfStrings(feature_names);
     builder_.Finish(data::CreateFile(builder_, kDensity, number("rooms", sources_.first_room), builder_.CreateVector(sprites),
                                      builder_.CreateVector(pages_), builder_.CreateVector(fonts), builder_.CreateVector(sounds),
-                                     builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects), files));
+                                     builder_.CreateVector(rooms), builder_.CreateVector(starters), builder_.CreateVector(objects), files,
+                                     edition, features));
     std::vector<std::uint8_t> bytes = data::header_for(builder_.GetBufferPointer(), builder_.GetSize());
     bytes.insert(bytes.end(), builder_.GetBufferPointer(), builder_.GetBufferPointer() + builder_.GetSize());
     return bytes;
@@ -268,7 +274,8 @@ class Packer {
       }
       written.push_back(data::CreateRoom(builder_, builder_.CreateString(name), number("rooms", name), json.at("size").at(0),
                                          json.at("size").at(1), json.at("view").at(0), json.at("view").at(1), json.value("color", 0u),
-                                         builder_.CreateVector(layers), builder_.CreateVectorOfStructs(instances)));
+                                         builder_.CreateVector(layers), builder_.CreateVectorOfStructs(instances),
+                                         json.value("persistent", false)));
     }
     return written;
   }

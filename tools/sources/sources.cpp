@@ -68,6 +68,7 @@ Sources read_sources(const std::string& assets) {
   all.fonts = read_if_there(assets, "fonts.json");
   all.sounds = read_if_there(assets, "sounds/sounds.json");
   all.objects = read_if_there(assets, "objects.json");
+  all.requirements = read_if_there(assets, "requires.json");
   all.rooms = Json::object();
   for (const std::string& file : room_files(assets)) {
     const Json json = read(assets, file);
