@@ -15,11 +15,11 @@
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
 #include "engine/licence/licence.h"
-#include "engine/machine/machine.h"
 #include "engine/platform/crash_reports.h"
 #include "engine/platform/end_requests.h"
 #include "engine/platform/single_instance.h"
 #include "engine/platform/standard_streams.h"
+#include "engine/platform/system_machine.h"
 #include "engine/platform/window.h"
 #include "engine/recording/recorder.h"
 #include "engine/recording/replay.h"
@@ -220,7 +220,7 @@ int run(const Options& options) {
   game_options.screenshot_folder = screenshot_folder;
   game_options.save_folder = save_storage(options);
   game_options.arguments = options.arguments;
-  if (!options.headless) game_options.machine = &machine::system_machine();
+  if (!options.headless) game_options.machine = &platform::system_machine();
 
   // All of these outlive the game.
   Played played;

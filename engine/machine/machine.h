@@ -22,9 +22,6 @@ class Machine {
   virtual bool open_address(const std::string& address) const = 0;
 };
 
-// The real one.
-const Machine& system_machine();
-
 // What the scripts of the current session reach; null: the silent form. Not owned.
 void use_machine(const Machine* machine);
 // What stood behind -- on the command line.

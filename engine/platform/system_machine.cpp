@@ -1,4 +1,5 @@
-// The machine as the system tells of it.
+#include "engine/platform/system_machine.h"
+
 #define SDL_MAIN_HANDLED
 #include <SDL.h>
 
@@ -8,10 +9,9 @@
 #include <ctime>
 
 #include "engine/files/paths.h"
-#include "engine/machine/machine.h"
 #include "runtime/calendar/calendar.h"
 
-namespace arena::machine {
+namespace arena::platform {
 namespace {
 
 bool local_time(std::int64_t utc_seconds, std::tm& local) {
@@ -25,7 +25,7 @@ bool local_time(std::int64_t utc_seconds, std::tm& local) {
 #endif
 }
 
-class SystemMachine final : public Machine {
+class SystemMachine final : public machine::Machine {
  public:
   std::int64_t now_microseconds() const override {
     const auto since = std::chrono::system_clock::now().time_since_epoch();
@@ -67,9 +67,9 @@ class SystemMachine final : public Machine {
 
 }  // namespace
 
-const Machine& system_machine() {
+const machine::Machine& system_machine() {
   static const SystemMachine machine;
   return machine;
 }
 
-}  // namespace arena::machine
+}  // namespace arena::platform
