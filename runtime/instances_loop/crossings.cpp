@@ -92,7 +92,7 @@ void run_pointer_events() {
 }
 
 void run_window_events() {
-  for (const InputEvent& event : std::vector<InputEvent>(applied_input())) {
+  for (const InputEvent& event : applied_input()) {  // what handlers push comes with the next frame
     switch (event.type) {
       case InputEvent::Type::kClose:
         if (!run_for_all({EventKind::kWindow, kWindowClose})) world().ended = true;

@@ -3,6 +3,7 @@ What somebody plays there is recorded and proves to be the same run without a wi
 
 usage: check_display.py ARENA
 """
+import ctypes
 import json
 import os
 import signal
@@ -197,6 +198,50 @@ def check_console(display, home):
     return problems + end(program, signal.SIGTERM, 143)
 
 
+def ask_to_close(display, window):
+    """What a window manager sends when somebody presses the cross."""
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XInternAtom.restype = ctypes.c_ulong
+    connection = ctypes.c_void_p(x11.XOpenDisplay(display.name.encode()))
+    protocols, delete = (ctypes.c_ulong(x11.XInternAtom(connection, name, 0)) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
+
+    class ClientMessage(ctypes.Structure):
+        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int), ("display", ctypes.c_void_p),
+                    ("window", ctypes.c_ulong), ("message", ctypes.c_ulong), ("format", ctypes.c_int), ("data", ctypes.c_long * 5),
+                    ("rest", ctypes.c_long * 24)]
+
+    event = ClientMessage(33, 0, 1, connection, window, protocols, 32, (ctypes.c_long * 5)(delete.value))
+    x11.XSendEvent(connection, ctypes.c_ulong(window), 0, 0, ctypes.byref(event))
+    x11.XCloseDisplay(connection)
+
+
+def check_window(display, home):
+    """A script moves the window and writes above it; to close it ends the game, as an input of the run."""
+    program = start(display, home, "--console", plays=("--room", "rArena"), stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+    program.stdin.write(json.dumps({"eval": 'window_set_position(50, 60); window_set_caption("Moved")'}) + "\n")
+    program.stdin.flush()
+    problems = []
+    if until(lambda: (geometry(display) or (0, 0))[:2] == (50, 60), program) is None:
+        problems.append("window: it stands at %s" % (geometry(display),))
+    if not display.ask("search", "--name", "Moved").split():
+        problems.append("window: it has no caption")
+    problems += end(program, signal.SIGTERM, 143)
+
+    for recording in recordings(home):
+        os.remove(recording)
+    program = start(display, home, plays=("--room", "rArena"))
+    window = until(lambda: recordings(home) and display.ask("search", "--name", "Arena").split(), program)
+    if not window:
+        return problems + ["window: none opened"] + end(program, signal.SIGTERM, 143)
+    ask_to_close(display, int(window[-1]))
+    until(lambda: program.poll() is not None, program)
+    if program.poll() != 0:
+        return problems + ["window: closing it ends with status %s" % program.poll()] + end(program, signal.SIGTERM, 143)
+    program.communicate()
+    return problems + verify(recordings(home)[0])
+
+
 def check():
     problems = []
     with Display() as display:
@@ -214,6 +259,8 @@ def check():
             problems += check_recordings(display, home)
         with tempfile.TemporaryDirectory() as home:
             problems += check_console(display, home)
+        with tempfile.TemporaryDirectory() as home:
+            problems += check_window(display, home)
     for by, status in ((signal.SIGTERM, 143), (signal.SIGINT, 130)):
         with tempfile.TemporaryDirectory() as home:
             program = start(None, home, "--frames", "10000000")
