@@ -1,6 +1,8 @@
 #include "engine/host/state_hash.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <string_view>
 #include <unordered_map>
 
@@ -18,6 +20,24 @@
 
 namespace arena::host {
 namespace {
+
+constexpr std::uint64_t kBeginning = 0xCBF29CE484222325u;
+
+void mix(std::uint64_t& hash, std::uint64_t bits) {
+  hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
+  hash ^= hash >> 29;
+}
+
+// Eight bytes at a time, on every machine the same.
+void mix_text(std::uint64_t& hash, std::string_view text) {
+  static_assert(std::endian::native == std::endian::little);
+  mix(hash, text.size());
+  for (; !text.empty(); text.remove_prefix(std::min<std::size_t>(text.size(), 8))) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, text.data(), std::min(text.size(), sizeof bits));
+    mix(hash, bits);
+  }
+}
 
 // Follows the values of what is shown, in one order, whatever is made of it.
 class StateWalk : public StateVisitor {
@@ -40,9 +60,17 @@ class StateWalk : public StateVisitor {
   void variables(WBObjectBase& of) override {
     ARENA_ASSERT(of.object_kind != ObjectKind::kArray);
     PropertyObject& object = static_cast<PropertyObject&>(of);
-    for (const std::int32_t id : object.variable_ids()) {
-      variable(variable_name(id));
-      plain(*object.find_variable(id));
+    if (object.is_dictionary()) {
+      for (const std::int32_t id : object.variable_ids()) {
+        variable(id);
+        plain(*object.find_variable(id));
+      }
+      return;
+    }
+    const std::vector<std::int32_t>& ids = object.shape->ids;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      variable(ids[i]);
+      plain(object.row[i]);
     }
   }
 
@@ -53,7 +81,7 @@ class StateWalk : public StateVisitor {
   virtual void met(std::string_view group, std::uint64_t number) = 0;
   // What stands in such a container follows.
   virtual void begin_content(std::string_view /*group*/, std::size_t /*number*/) {}
-  virtual void variable(std::string_view name) = 0;
+  virtual void variable(std::int32_t id) = 0;
   virtual void kind(const RValue& value) = 0;
 
  private:
@@ -130,15 +158,15 @@ class Hasher final : public StateWalk {
   void count(std::uint64_t elements) override { add(elements); }
   void real(double& value) override { add(bit_cast<std::uint64_t>(value == 0 ? 0.0 : value)); }
   void text(std::string_view text) override {
-    for (const char c : text) add(static_cast<unsigned char>(c));
-    add(text.size());
+    begin_adding();
+    mix_text(figures.back().hash, text);
   }
   void clock(std::int64_t& microseconds) override { add(static_cast<std::uint64_t>(microseconds)); }
   void instance_id(std::int32_t id) override { add(static_cast<std::uint64_t>(id)); }
 
  private:
   void begin_group(std::string_view name) override {
-    figures.push_back({std::string(name), 0xCBF29CE484222325u});
+    figures.push_back({std::string(name), kBeginning});
     is_empty_ = true;
   }
   void end_group() override {
@@ -147,24 +175,35 @@ class Hasher final : public StateWalk {
   void met(std::string_view group, std::uint64_t number) override {
     if (group.data() != met_group_.data() || group.size() != met_group_.size()) {
       met_group_ = group;
-      met_group_hash_ = group.size();
-      for (const char c : group) met_group_hash_ = (met_group_hash_ ^ static_cast<unsigned char>(c)) * 0x9E3779B97F4A7C15u;
+      met_group_hash_ = hash_of_text(group);
     }
     add(met_group_hash_);
     add(number);
   }
-  void variable(std::string_view name) override { text(name); }
+  void variable(std::int32_t id) override {
+    const auto place = static_cast<std::size_t>(id);
+    if (place >= name_hashes_.size()) name_hashes_.resize(place + 1);
+    if (name_hashes_[place] == 0) name_hashes_[place] = hash_of_text(variable_name(id));
+    add(name_hashes_[place]);
+  }
   void kind(const RValue& value) override { add(value.kind()); }
+  static std::uint64_t hash_of_text(std::string_view text) {
+    std::uint64_t hash = 0;
+    mix_text(hash, text);
+    return hash;
+  }
   void add(std::uint64_t bits) {
+    begin_adding();
+    mix(figures.back().hash, bits);
+  }
+  void begin_adding() {
     ARENA_ASSERT(!figures.empty());  // a group was begun
     is_empty_ = false;
-    std::uint64_t& hash = figures.back().hash;
-    hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
-    hash ^= hash >> 29;
   }
   bool is_empty_ = true;
   std::string_view met_group_;  // the last one, and its hash
   std::uint64_t met_group_hash_ = 0;
+  std::vector<std::uint64_t> name_hashes_;  // by id; 0: not made yet
 };
 
 constexpr std::string_view kGroupMark = "-- ", kInstanceMark = "instance ";
@@ -203,7 +242,7 @@ class Describer final : public StateWalk {
   void begin_group(std::string_view name) override { ((lines += kGroupMark) += name) += '\n'; }
   void met(std::string_view group, std::uint64_t number) override { lines += container(group, number) + '\n'; }
   void begin_content(std::string_view group, std::size_t number) override { lines += kContentMark + container(group, number) + '\n'; }
-  void variable(std::string_view name) override { this->name(name); }
+  void variable(std::int32_t id) override { name(variable_name(id)); }
   void kind(const RValue& value) override {
     if (!value.is_number()) (lines += type_name(value)) += ' ';
     if (value.kind() == kPointer) lines += '\n';
@@ -221,11 +260,8 @@ std::vector<StateFigure> state_figures() {
 }
 
 std::uint64_t hash_of(const std::vector<StateFigure>& figures) {
-  std::uint64_t hash = 0xCBF29CE484222325u;
-  for (const StateFigure& figure : figures) {
-    hash = (hash ^ figure.hash) * 0x9E3779B97F4A7C15u;
-    hash ^= hash >> 29;
-  }
+  std::uint64_t hash = kBeginning;
+  for (const StateFigure& figure : figures) mix(hash, figure.hash);
   return hash;
 }
 
