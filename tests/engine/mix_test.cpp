@@ -40,6 +40,7 @@ class Mix : public ArenaGame {
     return found;
   }
   void TearDown() override {
+    ArenaGame::TearDown();
     if (const char* path = std::getenv("MIX_FILE")) {
       std::ofstream(path, std::ios::binary)
           .write(reinterpret_cast<const char*>(kept_.data()), static_cast<std::streamsize>(kept_.size() * sizeof(std::int16_t)));

@@ -6,7 +6,7 @@
 namespace arena::test {
 namespace {
 
-class AutoplayerTest : public TestGame {
+class AutoplayerTest : public PlayedGame {
  protected:
   AutoplayerTest() {
     step(2);

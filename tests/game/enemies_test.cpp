@@ -9,7 +9,7 @@
 namespace arena::test {
 namespace {
 
-class Enemies : public TestGame {
+class Enemies : public PlayedGame {
  protected:
   Enemies() { step(2); }
   void player(double x, double y) {

@@ -16,9 +16,9 @@ namespace {
 
 constexpr int kKeyEscape = 27;
 
-class Preparation : public TestGame {
+class Preparation : public PlayedGame {
  protected:
-  Preparation() : TestGame("rPrepare") {}
+  Preparation() : PlayedGame("rPrepare") {}
   std::string room_after_a_frame() { return ask({{"step", 1}})["room"].get<std::string>(); }
 };
 
@@ -86,9 +86,9 @@ TEST_F(Preparation, EscapeLeavesAndIsNoOtherKey) {
   EXPECT_EQ(reply["room"], "rPrepare");
 }
 
-class Waves : public ArenaGame {
+class Waves : public PlayedGame {
  protected:
-  Waves() { step(2); }
+  Waves() : PlayedGame("rArena") { step(2); }
   void start_wave(int number) { eval("oLevel1.wave_count = " + std::to_string(number - 1) + "; oLevel1.wave_timer = 0"), step(); }
   void kill_all() { eval("with (oParentEnemy) { instance_destroy() } 1"); }
   // Clicks the middle of a GUI place.

@@ -4,7 +4,7 @@
 namespace arena::test {
 namespace {
 
-class Music : public TestGame {
+class Music : public PlayedGame {
  protected:
   Music() { eval("global.m = new VoliMusic()"); }
 };

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kFrame = 1.0 / 60;
 
-class Rules : public TestGame {
+class Rules : public PlayedGame {
  protected:
   Rules() { eval("global.snd_Ref = 500; global.snd_Max = 2000; global.statistics = {kills: 0}; global.dt_steady = 1 / 60"); }
   // Whole-program definitions without the arena around them.
@@ -399,7 +399,10 @@ TEST_F(Rules, BloodSettlesOnItsLastFrame) {
   EXPECT_GE(number("playSoundAt(5, 99999, 0)"), 300000) << "a handle also beyond hearing";
 }
 
-class Arena : public ArenaGame {};
+class Arena : public PlayedGame {
+ protected:
+  Arena() : PlayedGame("rArena") {}
+};
 
 TEST_F(Arena, ARunEndsInDeathAndSpaceStartsAnew) {
   step(60 * 6);

@@ -9,7 +9,7 @@
 namespace arena::test {
 namespace {
 
-class Decals : public TestGame {};
+class Decals : public PlayedGame {};
 
 TEST_F(Decals, HoldWhatWasAddedTheNewestLast) {
   check({

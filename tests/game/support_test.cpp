@@ -9,7 +9,7 @@
 namespace arena::test {
 namespace {
 
-class Support : public TestGame {
+class Support : public PlayedGame {
  protected:
   void window(int width, int height) {
     InputEvent size;

@@ -7,7 +7,7 @@
 namespace arena::test {
 namespace {
 
-class Weapons : public TestGame {
+class Weapons : public PlayedGame {
  protected:
   Weapons() {
     step(2);  // a steady frame time

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "engine/recording/replay.h"
+#include "tests/support/probes.h"
 #include "tests/support/test_game.h"
 
 namespace arena::test {
@@ -21,13 +22,15 @@ recording::Recording golden_recording(const std::string& name) {
   return made;
 }
 
-void expect_the_golden_run(const std::string& name) {
-  const recording::Recording recorded = golden_recording(name);
+namespace {
+
+// At most so many frames, in a game with these objects besides.
+void play_again(const recording::Recording& recorded, std::size_t most_frames, const std::string& name, const std::string& advice,
+                host::GameOptions options) {
   auto backend = std::make_unique<gpu::Recorder>();
   recording::Witness witness(*backend);
   recording::Replay replay(recorded);
   replay.set_witness(&witness);
-  host::GameOptions options;
   std::string problem;
   options.data = data::open_data_file(data_file_path(), problem);
   ASSERT_NE(options.data, nullptr) << problem;
@@ -40,14 +43,26 @@ void expect_the_golden_run(const std::string& name) {
     console = std::make_unique<console::Console>(*started.game);
     replay.set_console([&](const std::string& request) { console->answer(request); });
   }
-  while (replay.frame() < kMostFrames && (!replay.is_at_end() || replay.finish())) {
+  while (replay.frame() < most_frames && (!replay.is_at_end() || replay.finish())) {
     if (!replay.is_at_end()) replay.step(*started.game);
     ASSERT_EQ(broken_invariant(), "") << name << ", frame " << replay.frame();
     ASSERT_EQ(replay.differences(), std::vector<std::string>())
-        << name << " is another run, by frame " << replay.frame() << "; this is what differs."
-        << "\nIf that is wanted: tests/golden/write, and a commit of its own with the reason.";
+        << name << " is another run, by frame " << replay.frame() << "; this is what differs." << advice;
   }
-  EXPECT_GE(replay.checkpoints_passed(), std::min(recorded.checkpoints.size(), kMostFrames / 60));
+  EXPECT_GE(replay.checkpoints_passed(), std::min(recorded.checkpoints.size(), most_frames / 60));
+}
+
+}  // namespace
+
+void expect_the_golden_run(const std::string& name) {
+  play_again(golden_recording(name), kMostFrames, name, "\nIf that is wanted: tests/golden/write, and a commit of its own with the reason.",
+             {});
+}
+
+void expect_the_same_run(const recording::Recording& recorded, const std::string& name) {
+  host::GameOptions options;
+  options.extra_objects = probe_objects();
+  play_again(recorded, recorded.frames.size() + 1, name, "", std::move(options));
 }
 
 }  // namespace arena::test

@@ -12,5 +12,7 @@ recording::Recording golden_recording(const std::string& name);
 // console's replies must be those of then, and after each frame what must always hold. Says at which frame and in what the run is another
 // one.
 void expect_the_golden_run(const std::string& name);
+// The same of any run that a test game played, whole.
+void expect_the_same_run(const recording::Recording& recorded, const std::string& name);
 
 }  // namespace arena::test

@@ -6,11 +6,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "engine/console/evaluator.h"
 #include "runtime/input/input_state.h"
 #include "runtime/program/functions.h"
 #include "runtime/script.h"
+#include "tests/support/golden.h"
 #include "tests/support/probes.h"
 
 namespace arena::test {
@@ -51,7 +53,15 @@ int run_program(const std::string& arguments, const std::string& errors_to) {
 #endif
 }
 
-TestGame::TestGame(const char* room) {
+namespace {
+// One game may stand beside another.
+std::string new_run_file() {
+  static int games = 0;
+  return temporary_path("played-" + std::to_string(++games % 8) + ".txt");
+}
+}  // namespace
+
+TestGame::TestGame(const char* room, bool plays_again) : run_file_(new_run_file()), plays_again_(plays_again) {
   std::string problem;
   host::GameOptions options;
   options.data = data::open_data_file(data_file_path(), problem);
@@ -63,6 +73,8 @@ TestGame::TestGame(const char* room) {
     options.extra_objects = probe_objects();
     options.has_seed = true;
     options.seed = 1;
+    run_ = std::make_unique<recording::Recorder>(run_file_, recording::Beginning{"arena", "", 0, room, true, 1, true});
+    options.listener = run_.get();
     host::Started started = host::Game::start(std::move(options));
     game = std::move(started.game);
     problem = started.problem;
@@ -75,6 +87,31 @@ TestGame::TestGame(const char* room) {
 }
 
 TestGame::~TestGame() = default;
+
+void TestGame::TearDown() {
+  {
+    const SessionScope scope(game->session());
+    run_->end();
+    game->set_listener(nullptr);
+  }
+  const ::testing::TestInfo& test = *::testing::UnitTest::GetInstance()->current_test_info();
+  const std::string name = std::string(test.test_suite_name()) + "." + test.name();
+  if (HasFailure()) {
+    const std::string folder = ARENA_BINARY "/failed";
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    const std::string kept = folder + "/" + std::regex_replace(name, std::regex("[^A-Za-z0-9_.]"), "-") + ".txt";
+    std::filesystem::copy_file(run_file_, kept, std::filesystem::copy_options::overwrite_existing, ignored);
+    std::fprintf(stderr, "what was played: %s\n", kept.c_str());
+  } else if (plays_again_) {
+    console.reset();
+    game.reset();
+    recording::Recording recorded;
+    std::string problem;
+    ASSERT_TRUE(recording::open_recording(run_file_, recorded, problem)) << problem;
+    expect_the_same_run(recorded, name);
+  }
+}
 
 nlohmann::ordered_json TestGame::ask(const nlohmann::ordered_json& request) {
   return nlohmann::ordered_json::parse(console->answer(request.dump()));

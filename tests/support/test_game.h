@@ -10,6 +10,8 @@
 #include "engine/console/console.h"
 #include "engine/gpu/recorder/recorder.h"
 #include "engine/host/game.h"
+#include "engine/recording/recorder.h"
+#include "runtime/memory/block_pool.h"
 
 namespace arena::test {
 
@@ -19,10 +21,17 @@ struct Row {
   const char* expected;
 };
 
+// What is played is recorded: of a test that fails the recording is kept (the output says where), and with `plays_again` one that passes
+// is played again and must be the same run.
 class TestGame : public ::testing::Test {
+  const std::string run_file_;
+  std::unique_ptr<recording::Recorder> run_;  // outlives the game
+  const bool plays_again_;
+
  protected:
-  explicit TestGame(const char* room = "rTest");
+  explicit TestGame(const char* room = "rTest", bool plays_again = false);
   ~TestGame() override;
+  void TearDown() override;
   nlohmann::ordered_json ask(const nlohmann::ordered_json& request);
   // The text of the value, or "! " and the message.
   std::string eval(const std::string& statement);
@@ -49,6 +58,12 @@ class TestGame : public ::testing::Test {
 class ArenaGame : public TestGame {
  protected:
   ArenaGame() : TestGame("rArena") {}
+};
+
+// For tests of play: all that happens comes through the console.
+class PlayedGame : public TestGame {
+ protected:
+  explicit PlayedGame(const char* room = "rTest") : TestGame(room, !kStressBuild) {}
 };
 
 // The packed data file of this build.
