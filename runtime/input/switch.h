@@ -21,7 +21,7 @@ struct Switch {
   // It was found down or up. What is no change has no effect.
   void turn(bool now) {
     if (now == (down != (waiting % 2 == 1))) return;
-    if (waiting > 0 || (now ? pressed : released)) {
+    if (now ? pressed : released) {  // whenever something waits, this frame has both
       ++waiting;
     } else {
       change();

@@ -189,6 +189,18 @@ TEST_F(PadGame, APadThatIsPulledOutLetsGoOfEverything) {
   EXPECT_EQ(take_log(), std::vector<std::string>{"WARNING: gamepad number 5 sends, but was not plugged in; that is ignored"});
 }
 
+TEST_F(PadGame, WithoutTheFocusNothingIsHeld) {
+  push_pad_button(5, 0, true);
+  push_pad_axis(5, 0, 1);
+  step();
+  InputEvent focus;
+  focus.type = InputEvent::Type::kFocus;
+  push_input(focus);
+  step();
+  check({{"[gamepad_check_button(0, 0), gamepad_check_button_released(0, 0), gamepad_check_button_released(0, 24), gamepad_get_axis(0, 0)]",
+          "[false,true,true,0]"}});
+}
+
 TEST_F(PadGame, VibratesForSoLongInTheGamesTime) {
   check({{"gamepad_vibrate(0, 0.5, 7, 0.1); gamepad_vibrate_triggers(0, NaN, 1, 0.05); gamepad_is_vibrating(0)", "true"}});
   EXPECT_EQ(gamepads()[0].body.first, 0.5);
@@ -305,9 +317,10 @@ TEST_F(PadGame, TellsWhatItIs) {
   push_pad_sensor(5, 4, 1);
   step();
   check({{"[gamepad_get_gyro(0, 1), gamepad_get_acceleration(0, 1), gamepad_get_gyro(0, 0)]", "[-90,1,0]"}});
-  eval("gamepad_swap(0, 6)");
+  eval("gamepad_set_thresholds(6, 4, 1, 1, 0, 1); gamepad_set_player(6, 5); gamepad_swap(0, 6)");
   check(
-      {{"[gamepad_is_connected(0), gamepad_is_connected(6), gamepad_get_name(6), gamepad_get_gyro(6, 1)]", "[false,true,\"Pad gs\",-90]"}});
+      {{"[gamepad_get_thresholds(6, 4), gamepad_get_player(6), gamepad_get_player(0), gamepad_get_light(6)]", "[[1,1,0,1],5,3,255]"},
+       {"[gamepad_is_connected(0), gamepad_is_connected(6), gamepad_get_name(6), gamepad_get_gyro(6, 1)]", "[false,true,\"Pad gs\",-90]"}});
   eval("game_restart()");
   step();
   check({{"[gamepad_is_connected(6), gamepad_get_light(6), gamepad_get_player(6)]", "[true,-1,6]"}});
