@@ -57,7 +57,7 @@ bool put(Buffer& buffer, std::uint64_t at, std::string_view bytes) {
 // The bytes from a place on, as far as a value of the type may need them: round the end of one that wraps.
 std::string_view bytes_from(const Buffer& buffer, std::uint64_t at, std::string& turned) {
   const std::string_view all_bytes = buffer.view();
-  if (buffer.kind != Kind::kWrap || all_bytes.empty()) return all_bytes.substr(std::min<std::size_t>(at, all_bytes.size()));
+  if (buffer.kind != Kind::kWrap || all_bytes.empty()) return all_bytes.substr(std::min(static_cast<std::size_t>(at), all_bytes.size()));
   const std::size_t place = static_cast<std::size_t>(at % all_bytes.size());
   turned = std::string(all_bytes.substr(place)) + std::string(all_bytes.substr(0, place));
   return turned;

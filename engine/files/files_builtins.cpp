@@ -112,7 +112,8 @@ bool can_read(const TextFileArgument& a) { return require("text file", *a.file, 
 bool can_write(const TextFileArgument& a) { return require("text file", *a.file, a.handle, false); }
 
 std::string_view rest(const OpenFile& file) {
-  return file.content.view().substr(std::min<std::size_t>(file.position, file.content.view().size()));
+  const std::string_view all = file.content.view();
+  return all.substr(std::min(static_cast<std::size_t>(file.position), all.size()));
 }
 
 std::int32_t text_open(FileName name) { return open_existing(text_files(), name, OpenFor::kReading); }
