@@ -51,7 +51,7 @@ inline const std::map<std::string_view, ArgumentSamples> kArgumentSamples = {
     {"buffer", {{"global.buffer", "buffer_from_text(\"text\")"}, "\"text\""}},
     {"file name", {{"\"text\"", "\"saves/añ.txt\"", "\"kept.txt\""}, "5"}},
     {"timer", {{"timer_create_frames(5, Approach)", "0"}, "[]"}},
-    {"alarm", {{"0", "11", "\"none\"", "-1"}, "[]"}},
+    {"alarm", {{"0", "11", "\"none\"", "-1"}, nullptr}},
     {"date", {{"0", "1e9", "date_create(2024, 2, 29)", "-1e12", "NaN"}, "[]"}},
     {"stickers", {{"global.stickers", "99"}, "[]"}},
     {"particle system", {{"global.system", "99"}, "[]"}},
