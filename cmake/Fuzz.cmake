@@ -18,8 +18,10 @@ enable_testing()
 add_fuzz_target(ini engine/formats/ini_document.cpp)
 add_fuzz_target(csv engine/formats/csv.cpp)
 add_fuzz_target(bytes engine/formats/base64.cpp engine/formats/compression.cpp)
-add_fuzz_target(recording engine/recording/recording.cpp engine/files/paths.cpp)
 # What JSON becomes lives in a session.
 file(GLOB VALUE_SOURCES CONFIGURE_DEPENDS runtime/memory/*.cpp runtime/session/*.cpp runtime/program/*.cpp runtime/reports/*.cpp runtime/values/*.cpp
   runtime/arrays_structs/*.cpp runtime/variables_calls/*.cpp)
 add_fuzz_target(json engine/documents/json_reader.cpp engine/documents/json_writer.cpp ${VALUE_SOURCES})
+file(GLOB INPUT_SOURCES CONFIGURE_DEPENDS runtime/input/*.cpp)
+add_fuzz_target(input ${INPUT_SOURCES} ${VALUE_SOURCES})
+add_fuzz_target(recording engine/recording/recording.cpp engine/recording/recording_text.cpp engine/files/paths.cpp engine/files/zipped.cpp ${VALUE_SOURCES})

@@ -142,8 +142,11 @@ class TextReader {
   }
 
   bool run_line(std::string_view word, Words& words) {
-    if (word == "go") return event("move", words) && frames(1);
-    if (word == "frames") return frames(words.whole<std::size_t>());
+    if (word == "go") return event("move", words) && words.are_read() && frames(1);
+    if (word == "frames") {
+      const std::size_t count = words.whole<std::size_t>();
+      return words.are_read() && frames(count);
+    }
     if (word == "length") {
       microseconds_ = words.whole<std::int64_t>();
       return microseconds_ >= 0 && microseconds_ <= kLongestFrame;

@@ -113,7 +113,7 @@ std::vector<std::string> Replay::differences() {
   const Witnessed now = witness_->take();
   if (!said->shown.has_value()) return found;
   if (now.drawing != said->shown->drawing) found.emplace_back("drawing calls");
-  if (now.sounds != said->shown->sounds) found.emplace_back("sounds");
+  if (now.sounds != said->shown->sounds) found.emplace_back("sounds that started");
   if (now.replies != said->shown->replies) found.emplace_back("replies");
   return found;
 }

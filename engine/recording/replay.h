@@ -41,7 +41,8 @@ class Replay final : public host::FrameListener {
   // The game was put back to where so many frames, at most all, had run.
   void restart_at(std::size_t frame);
   // Compares the state with what the recording says about it after this frame, where it says something: the parts that differ, or "state"
-  // when none of their short figures does; with a witness also "drawing calls", "sounds" and "replies", each since the last comparison.
+  // when none of their short figures does; with a witness also "drawing calls", "sounds that started" and "replies", each since the last
+  // comparison.
   std::vector<std::string> differences();
   // The same as words, "from second 3 on (by frame 180), in clock, oEnemy"; "" where nothing differs.
   std::string difference();

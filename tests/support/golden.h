@@ -8,9 +8,9 @@
 namespace arena::test {
 
 recording::Recording golden_recording(const std::string& name);
-// Plays it, at most 100 seconds, in a game of this build's data: after each second the state, the drawing calls, the sounds and the
-// console's replies must be those of then, and after each frame what must always hold. Says at which frame and in what the run is another
-// one.
+// Plays it, at most 100 seconds, in a game of this build's data: after each second the parts of the state, the drawing calls and the sounds
+// must be those of then, and after each frame all holds that must. Says at which frame and in what the run is another one. Tests have
+// scripts of their own, which change what depends on those: tests/golden/verify lets the programs compare all, to the end.
 void expect_the_golden_run(const std::string& name);
 // The same of any run that a test game played, whole.
 void expect_the_same_run(const recording::Recording& recorded, const std::string& name);
