@@ -1,18 +1,15 @@
 #pragma once
 // std::to_chars and std::from_chars for double, with the same results where the standard library has them for whole numbers only.
 #include <charconv>
-
-#ifdef _LIBCPP_VERSION
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
-#endif
 
 namespace arena {
 
-#ifdef _LIBCPP_VERSION
+// By way of the C library, whose locale is "C".
 namespace real_chars {
 
 // The end of the decimal number that the text begins with; `first` when it begins with none.
@@ -51,28 +48,26 @@ inline std::string shortest(double number) {
   return text;
 }
 
-}  // namespace real_chars
-
 // So many decimals, at most a hundred.
-inline std::to_chars_result fixed_to_chars(char* first, char* last, double number, int decimals) {
+inline std::to_chars_result fixed(char* first, char* last, double number, int decimals) {
   char text[512];
-  return real_chars::put(first, last, {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.*f", decimals, number))});
+  return put(first, last, {text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%.*f", decimals, number))});
 }
 
 // The shortest text that reads back to the same double; of two as short ones that without an exponent. `number` is finite.
-inline std::to_chars_result exact_to_chars(char* first, char* last, double number) {
-  const std::string scientific = real_chars::shortest(number);
+inline std::to_chars_result exact(char* first, char* last, double number) {
+  const std::string scientific = shortest(number);
   const int exponent = std::atoi(scientific.c_str() + scientific.find('e') + 1);
   const int digits = static_cast<int>(scientific.find('e')) - (number < 0 || std::signbit(number) ? 1 : 0);  // and the point between them
   const int decimals = (digits > 1 ? digits - 2 : 0) - exponent;
   char plain[512];
   const std::size_t length = static_cast<std::size_t>(std::snprintf(plain, sizeof plain, "%.*f", decimals > 0 ? decimals : 0, number));
-  if (length <= scientific.size()) return real_chars::put(first, last, {plain, length});
-  return real_chars::put(first, last, scientific);
+  if (length <= scientific.size()) return put(first, last, {plain, length});
+  return put(first, last, scientific);
 }
 
-inline std::from_chars_result real_from_chars(const char* first, const char* last, double& number) {
-  const char* const end = real_chars::end_of_number(first, last);
+inline std::from_chars_result from(const char* first, const char* last, double& number) {
+  const char* const end = end_of_number(first, last);
   if (end == first) return {first, std::errc::invalid_argument};
   const std::string text(first, end);
   const double read = std::strtod(text.c_str(), nullptr);
@@ -80,6 +75,16 @@ inline std::from_chars_result real_from_chars(const char* first, const char* las
   if (std::isinf(read) || (read == 0 && !is_zero)) return {end, std::errc::result_out_of_range};
   number = read;
   return {end, std::errc()};
+}
+}  // namespace real_chars
+
+#ifdef _LIBCPP_VERSION
+inline std::to_chars_result fixed_to_chars(char* first, char* last, double number, int decimals) {
+  return real_chars::fixed(first, last, number, decimals);
+}
+inline std::to_chars_result exact_to_chars(char* first, char* last, double number) { return real_chars::exact(first, last, number); }
+inline std::from_chars_result real_from_chars(const char* first, const char* last, double& number) {
+  return real_chars::from(first, last, number);
 }
 #else
 inline std::to_chars_result fixed_to_chars(char* first, char* last, double number, int decimals) {
