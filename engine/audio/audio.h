@@ -131,7 +131,7 @@ class Audio : public SoundState {
   std::vector<Voice> take_started();
 
   using State = SoundState;
-  void save(State& into) const { into = *this; }
+  void save(State& into) const { into = static_cast<const SoundState&>(*this); }
   void load(const State& from) { static_cast<SoundState&>(*this) = from; }
   void restart() { static_cast<SoundState&>(*this) = SoundState(); }  // nothing sounds, nothing was started
 

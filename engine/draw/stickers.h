@@ -83,7 +83,7 @@ class StickerLayer {
   // By serial; empty when not known, as in a copy.
   struct Ordered : std::vector<const Entry*> {
     Ordered() = default;
-    Ordered(const Ordered&) : std::vector<const Entry*>() {}
+    Ordered(const Ordered&) : Ordered() {}
     Ordered& operator=(const Ordered&) {
       clear();
       return *this;

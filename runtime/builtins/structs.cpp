@@ -113,6 +113,7 @@ RValue method_get_index(const RValue& value) {
 RValue method_call(const CallContext& call, Callable function, std::optional<ReadArray> arguments) {
   RValue holder = arguments ? array_copy(*arguments->array, 0, arguments->array->length) : make_array();
   std::vector<const RValue*> pointers;
+  pointers.reserve(static_cast<std::size_t>(holder.array->length));
   for (std::int32_t i = 0; i < holder.array->length; ++i) pointers.push_back(&holder.array->elements[i]);
   RValue result;
   call_method(call.self, call.other, result, holder.array->length, function.value, pointers.data());

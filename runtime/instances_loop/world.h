@@ -208,7 +208,7 @@ class World : public WorldState {
   void settle_lists();
 
   using State = WorldState;
-  void save(State& into) const { into = *this; }
+  void save(State& into) const { into = static_cast<const WorldState&>(*this); }
   void load(const State& from) { static_cast<WorldState&>(*this) = from; }
   void after_load();
   void restart();

@@ -73,7 +73,7 @@ void fill_function_slots(LookupResult& result) {
 void fill_variable_slots(LookupResult& result) {
   std::vector<std::string_view> texts;
   for (NameSlot* name = first_name; name != nullptr; name = name->next) {
-    if (name->type == NameSlot::Type::kVariable) texts.push_back(name->text);
+    if (name->type == NameSlot::Type::kVariable) texts.emplace_back(name->text);
   }
   std::sort(texts.begin(), texts.end());
   texts.erase(std::unique(texts.begin(), texts.end()), texts.end());

@@ -9,7 +9,7 @@
 namespace arena {
 namespace {
 
-constexpr std::size_t kMemoryReserve = 256 * 1024;  // bytes: a report with its frames, and the handlers' way out
+constexpr std::size_t kMemoryReserve = 262144;  // bytes: a report with its frames, and the handlers' way out
 
 struct Errors {
   int suppressions = 0;

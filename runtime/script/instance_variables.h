@@ -22,7 +22,7 @@ class FieldAccess {
   operator Real() && { return instance_.*field; }
   operator Value() && { return Value(instance_.*field); }
   void operator=(Real number) && { write(number.number()); }
-  void operator=(FieldAccess&& other) && { write(other.instance_.*field); }
+  void operator=(const FieldAccess& other) && { write(other.instance_.*field); }
   void operator+=(Real number) && { write(instance_.*field + number.number()); }
   void operator-=(Real number) && { write(instance_.*field - number.number()); }
   void operator*=(Real number) && { write(instance_.*field * number.number()); }

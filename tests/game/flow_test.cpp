@@ -199,7 +199,7 @@ TEST_F(Waves, TheHudShowsTheGunsSlots) {
          {"array_length(global.ui_weapon.content[1].content)", "1"},
          {"array_length(global.ui_weapon.content[2].content)", "0"},
          {"global.ui_weapon.content[1].content[0].value", "24"},
-         {"w = global.ui_weapon.content; [w[0].widget_type, w[1].widget_type, w[6].widget_type]", R"(["TuiImage","TuiBox","TuiBox"])"}});
+         {"w = global.ui_weapon.content; [w[0].widget_type, w[1].widget_type, w[6].widget_type]", "[\"TuiImage\",\"TuiBox\",\"TuiBox\"]"}});
   step();
   const double slot_x = number("w[6].rect_x"), slot_y = number("w[6].rect_y");
   bool is_seen = false;  // an empty slot, too

@@ -7,11 +7,11 @@ constexpr ObjectName oNobody{3};
 }  // namespace
 extern const Script<Value(Real)> takes_a_number;
 // The functions of C, which differ from machine to machine, are out of reach of scripts, whatever is handed to them.
-static_assert(std::is_same_v<decltype(sin(0.5)), Real> && std::is_same_v<decltype(cos(0.5)), Real>);
-static_assert(std::is_same_v<decltype(tan(0.5)), Real> && std::is_same_v<decltype(exp(0.5)), Real>);
-static_assert(std::is_same_v<decltype(sqrt(2.0)), Real> && std::is_same_v<decltype(abs(-1)), Real>);
-static_assert(std::is_same_v<decltype(floor(0.5)), Real> && std::is_same_v<decltype(ceil(0.5)), Real>);
-static_assert(std::is_same_v<decltype(random(2)), Real>);
+template <class... Types>
+constexpr bool kAreReal = (std::is_same_v<Types, Real> && ...);
+static_assert(kAreReal<decltype(sin(0.5)), decltype(cos(0.5)), decltype(tan(0.5)), decltype(exp(0.5))>);
+static_assert(kAreReal<decltype(sqrt(2.0)), decltype(abs(-1)), decltype(floor(0.5)), decltype(ceil(0.5))>);
+static_assert(kAreReal<decltype(random(2))>);
 const int kBuiltinLine = 23, kArgumentLine = 31, kObjectLine = 38, kArrayLine = 44;
 }  // namespace game
 
