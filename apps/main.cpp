@@ -71,7 +71,8 @@ std::unique_ptr<Mode> mode_for(host::Game& game, platform::Window* window, Playe
   const bool is_seen = !options.headless && platform::has_display();
   if (played.replay != nullptr && !options.compare.empty()) return compare_mode(game, *played.replay, options);
   if (played.replay != nullptr)
-    return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, played.ending, options) : replay_mode(game, *played.replay, options);
+    return is_seen ? viewer_mode(game, *window, *played.replay, played.recording, played.ending, options)
+                   : replay_mode(game, *played.replay, options);
   if (options.console && !is_seen) return console_mode(game, options);
   if (options.headless) return headless_mode(game, options);
   return is_seen ? window_mode(game, *window, options) : show_mode(game, options);
