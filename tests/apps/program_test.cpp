@@ -57,6 +57,7 @@ TEST(CommandLine, EveryMistakeGetsOneLine) {
               {{"--take-over", "-1", "--replay", "x"}, "option '--take-over' cannot take '-1'"},
               {{"--replay", "x", "--record", "y"}, "--record does not go with --replay"},
               {{"--replay", "x", "--seed", "1"}, "--seed does not go with --replay"},
+              {{"--replay", "x", "--saves", "y"}, "--saves does not go with --replay"},
               {{"--before-fault"}, "--before-fault goes with --replay"}};
   for (const auto& row : rows) EXPECT_EQ(problem_of(row.arguments), row.problem);
 }

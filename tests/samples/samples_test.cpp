@@ -63,6 +63,28 @@ TEST_F(Gallery, EverythingInItCanBePressedAndNothingIsReported) {
   EXPECT_EQ(eval("instance_number(oGallery)"), "1");
 }
 
+class FilesRoom : public Samples {
+ protected:
+  FilesRoom() : Samples("rFiles") {}
+  void press_button(const std::string& name) {
+    eval("w = oFiles.interface.find(\"" + name + "\")");
+    press(number("w.rect_x + 5"), number("w.rect_y + 5"));
+    step(2);
+  }
+};
+
+TEST_F(FilesRoom, KeepsNotesAndCountsVisits) {
+  step(10);
+  press_button("save");
+  EXPECT_EQ(eval("[oFiles.told, oFiles.listed, oFiles.progress]"), "[\"save done \",\" notes.json settings.ini\",100]");
+  eval("room_restart()");
+  step(10);
+  press_button("load");
+  EXPECT_EQ(eval("[oFiles.opened, oFiles.told]"), "[2,\"20000 notes, saved at visit 1\"]");
+  press_button("forget");
+  EXPECT_EQ(eval("oFiles.listed"), "");
+}
+
 // From the menu into the gallery; everything in it is clicked, its slider is dragged, the wheel turns.
 TEST(GoldenRecordings, OfTheGalleryAreTheSameRun) { expect_the_golden_run("gallery"); }
 
