@@ -82,6 +82,7 @@ void run_pointer_events() {
   const Point pointer = pointer_in_room();
   std::vector<std::int32_t> pointed;
   for (const CInstance* instance : all) {
+    if (!input_state().is_pointer_inside) break;  // over nothing
     if (shapes_overlap(shape_of(*instance), point_shape(pointer.x, pointer.y))) pointed.push_back(instance->id);
   }
   const std::vector<std::int32_t> before = std::exchange(part().pointed, pointed);
@@ -151,8 +152,8 @@ void run_outside_events(std::int32_t number) {
 
 void run_wheel_pointer_and_window_events() {
   if (anybody_handles(EventKind::kWheel, EventKind::kPointer)) {
-    const std::int32_t wheel = input_state().wheel;
-    if (wheel != 0) run_for_all({EventKind::kWheel, wheel > 0 ? kWheelUp : kWheelDown});
+    if (input_state().wheel_up > 0) run_for_all({EventKind::kWheel, kWheelUp});
+    if (input_state().wheel_down > 0) run_for_all({EventKind::kWheel, kWheelDown});
     run_pointer_events();
   }
   if (!applied_input().empty()) run_window_events();
