@@ -18,8 +18,9 @@ inline const char* end_of_number(const char* first, const char* last) {
     while (at != last && *at >= '0' && *at <= '9') ++at;
     return at;
   };
-  const char* end = skip_digits(first);
-  bool has_digits = end != first;
+  const char* const digits = first != last && *first == '-' ? first + 1 : first;
+  const char* end = skip_digits(digits);
+  bool has_digits = end != digits;
   if (end != last && *end == '.') {
     const char* const behind = skip_digits(end + 1);
     has_digits = has_digits || behind != end + 1;

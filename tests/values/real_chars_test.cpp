@@ -65,6 +65,12 @@ TEST(RealChars, AreThoseOfTheStandardLibrary) {
     expect_the_same_texts(static_cast<double>(chance.integer(-100000000, 100000000)) / 1000);
   }
   for (const char* each : {"1",
+                           "-1.5%",
+                           "-",
+                           "--1",
+                           "-.5",
+                           "-0",
+                           "+1",
                            "1.5",
                            ".5",
                            "5.",

@@ -1,8 +1,8 @@
 // From widgets to boxes and back: the tree is laid out, and every widget learns where it stands and what clips it.
-#include <charconv>
 #include <deque>
 #include <unordered_set>
 
+#include "runtime/script/real_chars.h"
 #include "toolkit/ui/layout/flexbox.h"
 #include "toolkit/ui/paint.h"
 #include "toolkit/ui/widget.h"
@@ -62,7 +62,7 @@ Length length_of(const RValue* given) {
   const std::string_view text = text_of(*given);
   if (text == "auto" || text.empty()) return {};
   double number = 0;
-  const char* const end = std::from_chars(text.data(), text.data() + text.size(), number).ptr;
+  const char* const end = arena::real_from_chars(text.data(), text.data() + text.size(), number).ptr;
   return end != text.data() + text.size() && *end == '%' ? Length::percent(number) : Length::pixels(number);
 }
 
