@@ -1,5 +1,7 @@
 #include "engine/recording/witness.h"
 
+#include <cmath>
+
 #include "engine/audio/audio.h"
 #include "runtime/values/bit_cast.h"
 
@@ -12,9 +14,13 @@ void add(std::uint64_t& hash, std::uint64_t bits) {
   hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
   hash ^= hash >> 29;
 }
-// To the last bit; but compilers may differ in the sign of a zero.
-void add(std::uint64_t& hash, float number) { add(hash, std::uint64_t{bit_cast<std::uint32_t>(number == 0 ? 0.0f : number)}); }
-void add(std::uint64_t& hash, double number) { add(hash, bit_cast<std::uint64_t>(number == 0 ? 0.0 : number)); }
+// To the last bit; but compilers may differ in the sign of a zero, and processors in the bits of what is no number.
+void add(std::uint64_t& hash, float number) {
+  add(hash, std::isnan(number) ? ~std::uint64_t{0} : std::uint64_t{bit_cast<std::uint32_t>(number == 0 ? 0.0f : number)});
+}
+void add(std::uint64_t& hash, double number) {
+  add(hash, std::isnan(number) ? ~std::uint64_t{0} : bit_cast<std::uint64_t>(number == 0 ? 0.0 : number));
+}
 void add(std::uint64_t& hash, int number) { add(hash, static_cast<std::uint64_t>(number)); }
 
 void add(std::uint64_t& hash, const gpu::RecordedDraw& draw) {
