@@ -5,11 +5,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(CCACHE ccache)
-if(CCACHE)
+if(CCACHE AND NOT EMSCRIPTEN)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 find_program(MOLD mold)
-if(MOLD AND NOT MINGW)
+if(MOLD AND NOT MINGW AND NOT EMSCRIPTEN)
   add_link_options(-fuse-ld=mold)
 endif()
 
@@ -22,6 +22,11 @@ set(QUICK_BUILD -O1)  # for what is built quickly rather than to be quick
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   add_compile_options(-Wno-restrict)  # GCC 12 warns of its own std::string code
   list(APPEND QUICK_BUILD -Wno-maybe-uninitialized)  # which needs more optimisation to tell what cannot happen
+endif()
+if(EMSCRIPTEN)  # run by node, with the files of the machine
+  add_compile_options(-fwasm-exceptions)
+  add_link_options(-fwasm-exceptions "SHELL:-s NODERAWFS=1" "SHELL:-s ENVIRONMENT=node" "SHELL:-s WASM_ASYNC_COMPILATION=0"
+    "SHELL:-s EXIT_RUNTIME=1" "SHELL:-s ALLOW_MEMORY_GROWTH=1" "SHELL:-s MAXIMUM_MEMORY=2GB" "SHELL:-s TOTAL_STACK=8MB")
 endif()
 add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(ARENA_CHECKS)

@@ -103,13 +103,13 @@ const GameDescription& game_description() {
     $<TARGET_OBJECTS:toolkit> $<TARGET_OBJECTS:engine> $<TARGET_OBJECTS:runtime>)
   target_link_libraries(${NAME} engine)
   add_dependencies(${NAME} ${NAME}_data)
-  if(NOT WIN32)  # a package brings libraries along; those look for each other there, too
+  if(NOT WIN32 AND NOT EMSCRIPTEN)  # a package brings libraries along; those look for each other there, too
     set_target_properties(${NAME} PROPERTIES BUILD_RPATH "$ORIGIN/lib")
     target_link_options(${NAME} PRIVATE LINKER:--disable-new-dtags)
     configure_file(${ARENA_ROOT}/cmake/game.desktop.in ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.desktop @ONLY)
   endif()
 
-  if(GAME_INSTALL AND NOT WIN32)
+  if(GAME_INSTALL AND NOT CMAKE_CROSSCOMPILING)
     install(TARGETS ${NAME} RUNTIME DESTINATION bin)
     install(FILES ${DATA} DESTINATION share/${NAME})
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.desktop DESTINATION share/applications)

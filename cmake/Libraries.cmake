@@ -1,4 +1,15 @@
 # What the engine stands on: SERVICES, and which of its backends are another system's.
+if(EMSCRIPTEN)
+  # No window, no sound, no threads, no libraries but those of headers only: silent forms stand in.
+  set(OTHER_BACKENDS "gl33|d3d11|audio/openal|engine/platform/|recording/(recorder|timeline)|files/(disk_sync|zipped\\.cpp|png\\.cpp)")
+  set(SERVICES "")
+  foreach(LIBRARY nlohmann flatbuffers)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include)
+    file(CREATE_LINK /usr/include/${LIBRARY} ${CMAKE_BINARY_DIR}/include/${LIBRARY} SYMBOLIC)
+  endforeach()
+  include_directories(SYSTEM ${CMAKE_BINARY_DIR}/include)
+  return()
+endif()
 find_package(ZLIB REQUIRED)
 find_package(PNG REQUIRED)
 find_package(SDL2 REQUIRED CONFIG)

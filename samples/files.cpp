@@ -78,12 +78,15 @@ EVENT(oFiles, Create_0) {
   self[listed] = names_found();
   const Value window = TuiWindow.make(struct_of({{value, "Files"}, {width, 560}, {inset_left, 360}, {inset_top, 120}, {row_gap, 10}}));
   const Value buttons = TuiRow.make(struct_of({{column_gap, 12}}));
-  buttons[addContent](array_of(button("Save notes", "save", files_save), button("Load notes", "load", files_load),
-                               button("Delete all", "forget", files_forget)));
+  buttons[addContent](button("Save notes", "save", files_save));
+  buttons[addContent](button("Load notes", "load", files_load));
+  buttons[addContent](button("Delete all", "forget", files_forget));
   const Value bar = TuiProgressBar.make(struct_of({{rounding, 0}, {suffix, " %"}}));
   bar[bindVariable](self[id], "progress");
-  window[addContent](array_of(shown(self[id], "opened", "Opened so often: "), buttons, bar, shown(self[id], "told", "Last: "),
-                              shown(self[id], "listed", "In the folder:")));
+  window[addContent](shown(self[id], "opened", "Opened so often: "));
+  window[addContent](array_of(buttons, bar));
+  window[addContent](shown(self[id], "told", "Last: "));
+  window[addContent](shown(self[id], "listed", "In the folder:"));
   self[interface][addContent](window);
 }
 

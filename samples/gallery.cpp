@@ -53,7 +53,8 @@ Value progress_window(Self self) {
   const Value energy = TuiProgressBar.make(struct_of({{rounding, 0}, {color, 16776960}}));
   energy[bindVariable](self[id], "progress");
   const Value bars = TuiColumn.make(struct_of({{row_gap, 8}}));
-  bars[addContent](array_of(row_of(array_of(label("Health"), bar)), row_of(array_of(label("Energy"), energy))));
+  bars[addContent](row_of(array_of(label("Health"), bar)));
+  bars[addContent](row_of(array_of(label("Energy"), energy)));
   window[addContent](bars);
   const Value rings = TuiRow.make(struct_of({{justify_content, tui::kEvenly}}));
   for (const int tint : {65310, 14512128, 33023}) {
@@ -149,7 +150,10 @@ EVENT(oGallery, Create_0) {
       self[sparks], struct_of({{type, ember}, {rate, 120}, {shape, particles::kEllipse}, {x1, 60}, {y1, 660}, {x2, 340}, {y2, 690}}));
   self[clicks] = 0;
   self[progress] = 0;
-  self[interface][addContent](array_of(controls_window(self), progress_window(self), text_window(), tabs_window()));
+  self[interface][addContent](controls_window(self));
+  self[interface][addContent](progress_window(self));
+  self[interface][addContent](text_window());
+  self[interface][addContent](tabs_window());
 }
 
 EVENT(oGallery, Step_0) {

@@ -42,9 +42,11 @@ EVENT(oMachine, Create_0) {
   self[resized] = 0;
   self[wants_to_close] = false;
   const Value window = TuiWindow.make(struct_of({{value, "Window"}, {width, 340}, {inset_left, 40}, {inset_top, 60}, {row_gap, 8}}));
-  window[addContent](array_of(button("Border", machine_border), button("Put away", machine_away),
-                              button("30 frames a second", machine_slow), button("Let the display go dark", machine_awake),
-                              button("Icon and caption", machine_icon)));
+  window[addContent](button("Border", machine_border));
+  window[addContent](button("Put away", machine_away));
+  window[addContent](button("30 frames a second", machine_slow));
+  window[addContent](button("Let the display go dark", machine_awake));
+  window[addContent](button("Icon and caption", machine_icon));
   self[interface][addContent](window);
 }
 

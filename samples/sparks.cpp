@@ -48,7 +48,9 @@ EVENT(oSparks, Create_0) {
   const Value window = TuiWindow.make(struct_of({{value, "Fountain"}, {width, 340}, {inset_left, 40}, {inset_top, 40}}));
   const Value shown = TuiText.make(struct_of({{prefix, "Alive: "}}));
   shown[bindVariable](self[id], "sparks_shown");
-  window[addContent](array_of(slider_row(self, "A second", "per_second", 0, 1500), slider_row(self, "Weight", "weight", -600, 900), shown));
+  window[addContent](slider_row(self, "A second", "per_second", 0, 1500));
+  window[addContent](slider_row(self, "Weight", "weight", -600, 900));
+  window[addContent](shown);
   self[interface][addContent](window);
 }
 

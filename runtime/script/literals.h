@@ -21,6 +21,8 @@ inline Value struct_of(std::initializer_list<FieldLiteral> fields) {
   return made;
 }
 
+// Which element is worked out first is the compiler's to choose: where that shows (what makes objects, what draws from a generator) give
+// them names before.
 template <class... Elements>
 Value array_of(const Elements&... elements) {
   Value made = make_empty_array(innermost_frame() != nullptr ? innermost_frame()->token : 1);

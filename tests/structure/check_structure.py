@@ -18,7 +18,7 @@ HOUSE = [
     ("toolkit", [".", "support ui/layout", "ui", "viewer"]),
     ("game", [".", "support decals", "combat", "loot", "enemies player", "flow"]),
     ("samples", ["."]),
-    ("apps", ["."]),
+    ("apps", [".", "verifier"]),
     ("tools", ["sources", "index pack"]),
     ("bench", ["."]),
     ("tests", None),  # whatever stands there sees everything
