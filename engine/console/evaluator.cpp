@@ -168,6 +168,7 @@ class Evaluator {
   }
   static std::vector<const RValue*> pointers(const std::vector<RValue>& values) {
     std::vector<const RValue*> all;
+    all.reserve(values.size());
     for (const RValue& value : values) all.push_back(&value);
     return all;
   }

@@ -94,7 +94,7 @@ TEST_F(Overlaps, PreciseMasksAreTheirPixels) {
     for (int column = 0; column < 11; ++column) {
       if (random.unit() < 0.7) continue;
       sprite.precise[static_cast<std::size_t>(row * 2 + column / 8)] |= static_cast<std::uint8_t>(1 << column % 8);
-      set.push_back({column, row});
+      set.emplace_back(column, row);
     }
   }
   SpriteInfo pixel = sprite;

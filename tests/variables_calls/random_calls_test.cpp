@@ -103,7 +103,7 @@ class RandomCalls : public ArenaGame {
 TEST_F(RandomCalls, OfBuiltInFunctions) {
   const std::set<std::string> not_here = {"screen_save", "screen_save_numbered"};  // they write files
   for (std::int32_t i = 0; i < builtin_count(); ++i) {
-    if (not_here.count(builtin_at(i).name) == 0) call_often(builtin_at(i).name, builtin_at(i).row);
+    if (!not_here.contains(builtin_at(i).name)) call_often(builtin_at(i).name, builtin_at(i).row);
     if (HasFatalFailure()) return;
   }
 }
