@@ -279,6 +279,7 @@ std::vector<Storage::Entry> SafeStore::list(const std::string& folder) {
     if (each.is_folder || known == index_.end() || known->second.last.exists()) found[each.name] = each.is_folder;
   }
   std::vector<Storage::Entry> sorted;
+  sorted.reserve(found.size());
   for (const auto& [name, is_folder] : found) sorted.push_back({name, is_folder});
   return sorted;
 }

@@ -1,10 +1,9 @@
 #include "engine/host/frame_pixels.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 
 #include "arena_generated.h"
+#include "engine/files/zipped.h"
 
 namespace arena::host {
 
@@ -16,8 +15,7 @@ FramePixels pixels_of_frame(const data::DataFile& file, std::int32_t sprite, std
   const data::Page* const page = file.content->pages()->Get(static_cast<std::uint32_t>(piece->page()));
   const std::size_t across = static_cast<std::size_t>(page->width()), down = static_cast<std::size_t>(page->height());
   std::vector<std::uint8_t> whole(across * down * 4);
-  uLongf size = static_cast<uLongf>(whole.size());
-  if (uncompress(whole.data(), &size, page->pixels()->data(), page->pixels()->size()) != Z_OK) return {};
+  files::unpack(whole.data(), whole.size(), page->pixels()->data(), page->pixels()->size());
   FramePixels pixels;
   pixels.width = piece->width();
   pixels.height = piece->height();

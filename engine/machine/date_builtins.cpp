@@ -62,7 +62,10 @@ double add(const CallContext& call, double date, double amount, std::string_view
 double span(const CallContext& call, double from, double to, std::string_view name, bool utc) {
   const Unit* const unit = require_unit(call, 2, name);
   if (unit == nullptr) return 0;
-  if (unit->months > 0) return static_cast<double>(calendar::months_between(fields_at(from, utc), fields_at(to, utc)) / unit->months);
+  if (unit->months > 0) {
+    const std::int64_t whole_units = calendar::months_between(fields_at(from, utc), fields_at(to, utc)) / unit->months;
+    return static_cast<double>(whole_units);
+  }
   if (unit->seconds < 86400) return (to - from) / unit->seconds;
   return (to + offset_at(to, utc) - from - offset_at(from, utc)) / unit->seconds;
 }

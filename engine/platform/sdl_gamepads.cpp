@@ -130,14 +130,14 @@ void SdlGamepads::handle(const SDL_Event& event) {
     case SDL_CONTROLLERDEVICEREMOVED: plug_out(event.cdevice.which); break;
     case SDL_CONTROLLERBUTTONDOWN:
     case SDL_CONTROLLERBUTTONUP:
-      if (devices_.count(event.cbutton.which) == 0) break;
+      if (!devices_.contains(event.cbutton.which)) break;
       push_pad_button(event.cbutton.which, event.cbutton.button, event.type == SDL_CONTROLLERBUTTONDOWN);
       break;
     case SDL_CONTROLLERAXISMOTION:
-      if (devices_.count(event.caxis.which) != 0) move(event.caxis.which, event.caxis.axis, event.caxis.value / kFullAxis);
+      if (devices_.contains(event.caxis.which)) move(event.caxis.which, event.caxis.axis, event.caxis.value / kFullAxis);
       break;
     case SDL_CONTROLLERSENSORUPDATE:
-      if (devices_.count(event.csensor.which) != 0) feel(event.csensor);
+      if (devices_.contains(event.csensor.which)) feel(event.csensor);
       break;
     case SDL_JOYDEVICEADDED:
       if (SDL_IsGameController(event.jdevice.which) == SDL_FALSE)

@@ -106,7 +106,9 @@ class SdlWindow final : public Window {
 
   std::vector<Display> displays() const override {
     std::vector<Display> all;
-    for (int i = 0; i < SDL_GetNumVideoDisplays(); ++i) all.push_back(display_at(i));
+    const int count = std::max(SDL_GetNumVideoDisplays(), 0);
+    all.reserve(static_cast<std::size_t>(count) + 1);
+    for (int i = 0; i < count; ++i) all.push_back(display_at(i));
     if (all.empty()) all.emplace_back();
     return all;
   }

@@ -66,7 +66,7 @@ auto answer(std::int32_t player, std::string_view action) {
 
 bool exists(std::int32_t player, std::string_view action) {
   const PlayerActions* const of = player_at(player);
-  return of != nullptr && of->inputs.count(std::string(action)) > 0;
+  return of != nullptr && of->inputs.contains(std::string(action));
 }
 RValue get_inputs(std::int32_t player, std::string_view action) {
   RValue made = make_array();

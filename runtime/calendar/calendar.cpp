@@ -93,7 +93,7 @@ std::int32_t week_of_year(const Fields& date) {
 }
 
 Fields add_months(Fields date, std::int64_t months) {
-  constexpr std::int64_t kMost = 12 * 20000;
+  constexpr std::int64_t kMost = std::int64_t{12} * 20000;
   const std::int64_t total = std::int64_t{date.year} * 12 + date.month - 1 + std::clamp(months, -kMost, kMost);
   date.year = within_years(floor_divide(total, 12));
   date.month = static_cast<std::int32_t>(total - floor_divide(total, 12) * 12) + 1;

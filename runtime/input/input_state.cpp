@@ -180,8 +180,8 @@ void apply(InputState& state, const InputEvent& event) {
     case InputEvent::Type::kPadButton:
     case InputEvent::Type::kPadAxis:
     case InputEvent::Type::kPadSensor: apply_pad_event(event); break;
-    case InputEvent::Type::kAsync: break;  // its event tells of it
-    case InputEvent::Type::kClose: break;  // the frame loop asks who handles it
+    case InputEvent::Type::kAsync:
+    case InputEvent::Type::kClose: break;  // events tell of them
   }
 }
 

@@ -14,7 +14,7 @@
 namespace game {
 namespace {
 
-const arena::ToolObject watcher{"oWatcher", {"Create_0", "Step_0", "Draw_0", "Draw_64"}};
+const arena::ToolObject watcher{"oOnlooker", {"Create_0", "Step_0", "Draw_0", "Draw_64"}};
 
 const Variable enemies_seen{"enemies_seen"}, life_seen{"life_seen"}, wave_seen{"wave_seen"}, name_seen{"name_seen"},
     inventory_seen{"inventory_seen"}, time_seen{"time_seen"}, fails{"fails"}, ends{"ends"}, wave_count{"wave_count"}, hp{"hp"},
@@ -23,7 +23,7 @@ const Variable enemies_seen{"enemies_seen"}, life_seen{"life_seen"}, wave_seen{"
 }  // namespace
 }  // namespace game
 
-EVENT(oWatcher, Create_0) {
+EVENT(oOnlooker, Create_0) {
   global[dust] = array_create(0);
   global[own_seconds] = 0;
   global[fails] = false;
@@ -31,7 +31,7 @@ EVENT(oWatcher, Create_0) {
 }
 
 // As busy as can be: heap, generators, instances, input, sounds of its own.
-EVENT(oWatcher, Step_0) {
+EVENT(oOnlooker, Step_0) {
   global[enemies_seen] = 0;
   for (const WatchedInstance& enemy : watched.all(oParentEnemy)) {
     global[enemies_seen] += 1;
@@ -47,8 +47,8 @@ EVENT(oWatcher, Step_0) {
   if (global[fails]) global[dust] = Value(global[told]) + Value(global[some_struct]);
   if (global[ends]) game_end();
 }
-EVENT(oWatcher, Draw_0) { draw_circle(100, 100, 10, false); }
-EVENT(oWatcher, Draw_64) {
+EVENT(oOnlooker, Draw_0) { draw_circle(100, 100, 10, false); }
+EVENT(oOnlooker, Draw_64) {
   draw_set_colour(255);
   draw_rectangle(0, 0, 50, 50, false);
 }
@@ -84,7 +84,7 @@ TEST_F(Companions, ChangeNothingInTheGame) {
   const std::size_t drawn = vertices();
   game->restore(start);
   player_ = player;
-  host::Companion watcher(*game, "oWatcher", nullptr);
+  host::Companion watcher(*game, "oOnlooker", nullptr);
   ASSERT_TRUE(watcher.is_there());
   double most = 0;
   for (int i = 0; i < 900; ++i) {
@@ -99,7 +99,7 @@ TEST_F(Companions, ChangeNothingInTheGame) {
 
 TEST_F(Companions, GetPlainValuesOnly) {
   eval("global.some_name = \"a text\"; global.some_struct = {a: 1}; oLevel1.wave_count = 7");
-  host::Companion watcher(*game, "oWatcher", nullptr);
+  host::Companion watcher(*game, "oOnlooker", nullptr);
   play(&watcher);
   const SessionScope scope(watcher.session());
   const auto seen = [](const char* name) { return RValue(*global_object()->find_variable(variable_id(name))); };
@@ -110,7 +110,7 @@ TEST_F(Companions, GetPlainValuesOnly) {
 }
 
 TEST_F(Companions, LiveByTheirOwnClockAndGlobals) {
-  host::Companion watcher(*game, "oWatcher", nullptr);
+  host::Companion watcher(*game, "oOnlooker", nullptr);
   watcher.tell("told", 12.5);
   watcher.tell_text("name_of_it", "x");
   EXPECT_EQ(watcher.hear("told"), 12.5);
@@ -133,7 +133,7 @@ TEST_F(Companions, ThatFailOrEndAreGoneAndTheGameGoesOn) {
   std::string log;
   set_log_sink([&](std::string_view line, bool) { (log += line) += "\n"; });
   for (const char* wish : {"fails", "ends"}) {
-    host::Companion watcher(*game, "oWatcher", nullptr);
+    host::Companion watcher(*game, "oOnlooker", nullptr);
     play(&watcher);
     ASSERT_TRUE(watcher.is_there());
     watcher.tell(wish, 1.0);
@@ -143,7 +143,7 @@ TEST_F(Companions, ThatFailOrEndAreGoneAndTheGameGoesOn) {
     EXPECT_FALSE(world().ended);
   }
   set_log_sink({});
-  EXPECT_NE(log.find("oWatcher"), std::string::npos) << log;
+  EXPECT_NE(log.find("oOnlooker"), std::string::npos) << log;
   EXPECT_EQ(eval("instance_exists(oPlayer)"), "true");
   host::Companion nobody(*game, "oNobody", nullptr);
   EXPECT_FALSE(nobody.is_there());

@@ -95,10 +95,25 @@ struct PretendedWindow final : platform::Window {
   void resize(int wide, int high) override { width = wide, height = high; }
   void set_clipboard(const std::string& text) override { copied = text; }
   std::string clipboard() const override { return copied; }
+  std::vector<platform::Display> displays() const override { return {{}, {1920, 0, 1280, 1024, 75, 120, 1920, 30, 1280, 994}}; }
+  int display() const override { return 1; }
+  void position(int& across, int& down) const override { across = x, down = y; }
+  void move(int across, int down) override { x = across, y = down; }
+  void set_title(const std::string& text) override { title = text; }
+  void set_icon(const std::vector<std::uint8_t>& rgba, int wide, int high) override {
+    EXPECT_EQ(rgba.size(), static_cast<std::size_t>(wide * high * 4));
+    icon = wide;
+  }
+  void set_border(bool wanted) override { border = wanted; }
+  void minimise() override { minimised = true; }
+  void restore() override { minimised = false; }
+  bool is_minimised() const override { return minimised; }
+  void keep_display_awake(bool wanted) override { awake = wanted; }
+  void leave_closing_to_game(bool wanted) override { game_closes = wanted; }
 
-  bool cursor = true, fullscreen = false;
-  int width = 640, height = 360;
-  std::string copied;
+  bool cursor = true, fullscreen = false, border = true, minimised = false, awake = false, game_closes = false;
+  int width = 640, height = 360, x = 0, y = 0, icon = 0;
+  std::string copied, title;
 };
 
 class WindowOfScripts : public TestGame {
@@ -137,6 +152,37 @@ TEST_F(WindowOfScripts, FollowsAtOnce) {
   check({{"clipboard_has_text()", "false"}});
   eval("clipboard_set_text(\"ours\")");
   EXPECT_EQ(window.copied, "ours");
+}
+
+TEST_F(WindowOfScripts, StandsAndLooksAsTheySay) {
+  check({{"display_get_count()", "2"},
+         {"display_get_of_window()", "1"},
+         {"d = display_get(1); [d.x, d.y, d.width, d.height, d.frequency, d.dpi, d.work_x, d.work_y, d.work_width, d.work_height]",
+          "[1920,0,1280,1024,75,120,1920,30,1280,994]"}});
+  eval("window_set_position(-30, 99999999)");
+  EXPECT_EQ(std::pair(window.x, window.y), std::pair(-30, 1 << 20));
+  check({{"[window_get_x(), window_get_y()]", "[-30,1048576]"}, {"window_is_minimised()", "false"}});
+  eval("window_minimise()");
+  check({{"window_is_minimised()", "true"}});
+  eval("window_restore()");
+  check({{"window_is_minimised()", "false"}});
+  eval("window_set_icon(sprPlayer, 0)");
+  EXPECT_GT(window.icon, 0);
+
+  // What is said to one window a later one hears, and a restart takes back.
+  eval("window_set_caption(\"Wave 3\"); window_set_borderless(true); display_set_awake(false)");
+  PretendedWindow next;
+  platform::use_window(&next);
+  for (const PretendedWindow* const each : {&window, &next}) {
+    EXPECT_EQ(each->title, "Wave 3");
+    EXPECT_FALSE(each->border);
+    EXPECT_FALSE(each->awake);
+  }
+  eval("game_restart()");
+  step();
+  EXPECT_EQ(next.title, "");
+  EXPECT_TRUE(next.border && next.awake);
+  platform::use_window(&window);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 #include "engine/host/state_hash.h"
 #include "runtime/instances_loop/random.h"

@@ -1,5 +1,7 @@
 // Instances that sleep and wake, change their object, are copied; rooms that are kept and rooms that scripts make; events of what is
 // crossed.
+#include <nlohmann/json.hpp>
+
 #include "engine/host/state_hash.h"
 #include "runtime/input/input_state.h"
 #include "runtime/instances_loop/random.h"

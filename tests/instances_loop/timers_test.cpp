@@ -1,6 +1,8 @@
 // Alarms by name and timers: when they run, in which order, whose they are, and what stops them.
 #include "runtime/instances_loop/timers.h"
 
+#include <nlohmann/json.hpp>
+
 #include "engine/host/state_hash.h"
 #include "runtime/session/snapshot.h"
 #include "tests/support/test_game.h"
