@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "engine/formats/utf8.h"
 #include "engine/recording/bytes.h"
 #include "runtime/values/bit_cast.h"
 #include "runtime/values/number_text.h"
@@ -37,18 +38,23 @@ std::string hexadecimal(std::uint64_t number, int digits) {
   return text;
 }
 
-// On one line.
+// On one line, and readable: what is no text is written as the numbers of its bytes.
 std::string escaped(std::string_view text) {
+  const bool is_text = formats::is_utf8(text);
   std::string made;
   for (const char each : text) {
-    if (each == '\n')
+    const auto byte = static_cast<unsigned char>(each);
+    if (each == '\n') {
       made += "\\n";
-    else if (each == '\r')
+    } else if (each == '\r') {
       made += "\\r";
-    else if (each == '\\')
+    } else if (each == '\\') {
       made += "\\\\";
-    else
+    } else if (byte < 0x20 || byte == 0x7F || (byte >= 0x80 && !is_text)) {
+      made += "\\x" + hexadecimal(byte, 2);
+    } else {
       made += each;
+    }
   }
   return made;
 }
@@ -105,6 +111,15 @@ class Words {
         continue;
       }
       const char next = ++i < text.size() ? text[i] : ' ';
+      if (next == 'x') {
+        std::uint8_t byte = 0;
+        const std::string_view digits = text.substr(i + 1, 2);
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+        if (digits.size() != 2 || error != std::errc() || end != digits.data() + 2) is_good_ = false;
+        made += static_cast<char>(byte);
+        i += 2;
+        continue;
+      }
       if (next != 'n' && next != 'r' && next != '\\') is_good_ = false;
       made += next == 'n' ? '\n' : next == 'r' ? '\r' : '\\';
     }

@@ -114,7 +114,7 @@ struct Written {
         for (const std::string& request : next.requests) bytes += writer.request(request);
       }
       bytes += writer.frame(next.microseconds, next.input);
-      if (frame % 40 == 0) answer(writer, next, std::string(static_cast<std::size_t>(frame), 'c'));
+      if (frame % 40 == 0) answer(writer, next, std::string(static_cast<std::size_t>(frame), 'c') + std::string("\x9C\0\xFF\\\n\x7F", 6));
       if (frame % 60 != 0) continue;
       recording::Checkpoint checkpoint = {
           recording.frames.size(), chance.next(), {{"world", 1}}, 0, recording::Witnessed{1, 2, 0xFFFFFFFF}};
