@@ -43,10 +43,10 @@ struct PadAxisSettings {
 // What two motors do, strengths from 0 to 1, and for how long still, in seconds of the game.
 struct PadVibration {
   double first = 0, second = 0, seconds = 0;
-  std::uint32_t asked = 0;  // how often a script wanted another
+  std::uint32_t asked = 0;  // how often a script wanted another: devices hear of each; nothing that scripts can tell
   static constexpr auto fields() {
     return std::tuple(field("first", &PadVibration::first), field("second", &PadVibration::second),
-                      field("seconds", &PadVibration::seconds), field("asked", &PadVibration::asked));
+                      field("seconds", &PadVibration::seconds), derived("asked", &PadVibration::asked));
   }
 };
 

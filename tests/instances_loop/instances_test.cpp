@@ -36,7 +36,7 @@ TEST_F(Instances, CreateRunsBeforeTheCallReturnsAndFieldsBeforeCreate) {
          {"instance_create_layer(0, 0, \"nowhere\", oFader)",
           "! instance_create_layer argument 3 incorrect type (string) expecting a layer of this room"},
          {"instance_create_layer(0, 0, \"layMobs\", 99)",
-          "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 23"}});
+          "! instance_create_layer argument 4 invalid reference to (object) - requested 99 max is 25"}});
 }
 
 TEST_F(Instances, AreGoneFromDestroyOnButReadableByTheirHolder) {

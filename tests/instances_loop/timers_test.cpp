@@ -25,7 +25,8 @@ class TimersOfGame : public TestGame {
   // What was seen since last asked, but for steps.
   std::string seen() {
     std::string text;
-    for (const std::string each : ask({{"eval", "global.seen"}})["value"]) {
+    const auto reply = ask({{"eval", "global.seen"}});
+    for (const std::string each : reply["value"]) {
       if (each.find(":Step_0") == std::string::npos) text += (text.empty() ? "" : " ") + each;
     }
     eval("global.seen = []");
