@@ -18,10 +18,12 @@ enable_testing()
 add_fuzz_target(ini engine/formats/ini_document.cpp)
 add_fuzz_target(csv engine/formats/csv.cpp)
 add_fuzz_target(bytes engine/formats/base64.cpp engine/formats/compression.cpp)
-# What JSON becomes lives in a session.
+# Values live in a session.
 file(GLOB VALUE_SOURCES CONFIGURE_DEPENDS runtime/memory/*.cpp runtime/session/*.cpp runtime/program/*.cpp runtime/reports/*.cpp runtime/values/*.cpp
   runtime/arrays_structs/*.cpp runtime/variables_calls/*.cpp)
-add_fuzz_target(json engine/documents/json_reader.cpp engine/documents/json_writer.cpp ${VALUE_SOURCES})
+add_library(fuzz_values OBJECT fuzz/no_world.cpp ${VALUE_SOURCES})
+target_compile_options(fuzz_values PRIVATE ${FUZZ_OPTIONS})
+add_fuzz_target(json engine/documents/json_reader.cpp engine/documents/json_writer.cpp $<TARGET_OBJECTS:fuzz_values>)
 file(GLOB INPUT_SOURCES CONFIGURE_DEPENDS runtime/input/*.cpp)
-add_fuzz_target(input ${INPUT_SOURCES} ${VALUE_SOURCES})
-add_fuzz_target(recording engine/recording/recording.cpp engine/recording/recording_text.cpp engine/files/paths.cpp engine/files/zipped.cpp ${VALUE_SOURCES})
+add_fuzz_target(input ${INPUT_SOURCES} $<TARGET_OBJECTS:fuzz_values>)
+add_fuzz_target(recording engine/recording/recording.cpp engine/recording/recording_text.cpp engine/files/paths.cpp engine/files/zipped.cpp $<TARGET_OBJECTS:fuzz_values>)

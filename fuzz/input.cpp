@@ -12,15 +12,6 @@
 #include "runtime/input/input_state.h"
 #include "runtime/program/names.h"
 #include "runtime/session/session.h"
-#include "runtime/variables_calls/resolve.h"
-
-// Input lives in a session without a world: nothing is an instance.
-namespace arena {
-PropertyObject* resolve_instance_object(std::int32_t) { return nullptr; }
-CInstance* instance_of(WBObjectBase*) { return nullptr; }
-bool is_instance_ref(const RValue&) { return false; }
-std::string_view object_type_name(std::int32_t) { return "<undefined>"; }
-}  // namespace arena
 
 namespace {
 
